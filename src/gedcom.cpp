@@ -1,0 +1,576 @@
+#include "gedcom.h"
+
+#include "twitem.h"
+
+#include <QApplication>
+#include <QDate>
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QIcon>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QStatusBar>
+#include <QTextStream>
+#include <QTime>
+#include <QTreeWidget>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int LevelColumn = 0;
+constexpr int TagColumn = 1; // or the identifier of a record; of a section node the count
+constexpr int ValueColumn = 2;
+
+constexpr int MaxLineSize = 255; // characters of a GEDCOM line, its end not counted
+constexpr int ProgressPeriod = 100; // entries between two refreshes of the window
+constexpr int CutProgressPeriod = 10; // the same for the lines that are cut
+
+/// Moves \p bar to \p value and lets events be processed, once every \p period of \p done.
+void showProgress(QProgressBar *bar, qsizetype done, qsizetype value, int period = ProgressPeriod)
+{
+    if (done % period != 0)
+        return;
+    bar->setValue(int(value));
+    QCoreApplication::processEvents();
+}
+
+void showProgress(QProgressBar *bar, qsizetype done)
+{
+    showProgress(bar, done, done);
+}
+
+void showCritical(const QString &title, const QString &text)
+{
+    QMessageBox::critical(nullptr, title, text, QMessageBox::Ok);
+}
+
+/// Shows all hidden rows while it lives, and hides them again.
+///
+/// The framework keeps each hidden row as a persistent index, and walks all of them at every
+/// insertion in front of another row: 2,000 insertions beside 55,000 hidden rows took 93 s. No
+/// event may be processed meanwhile: it would find the rows.
+class HiddenRowsShown
+{
+public:
+    explicit HiddenRowsShown(const QList<TwItem *> &roots)
+    {
+        for (TwItem *root : roots) {
+            show(root);
+            const QList<TwItem *> tabTwi = root->getTabTwiChilds(false);
+            for (TwItem *twi : tabTwi)
+                show(twi);
+        }
+    }
+    ~HiddenRowsShown()
+    {
+        for (TwItem *twi : std::as_const(m_rows))
+            twi->setHidden(true);
+    }
+    Q_DISABLE_COPY_MOVE(HiddenRowsShown)
+
+private:
+    void show(TwItem *twi)
+    {
+        if (!twi->isHidden())
+            return;
+        m_rows.append(twi);
+        twi->setHidden(false);
+    }
+
+    QList<TwItem *> m_rows;
+};
+
+} // namespace
+
+Gedcom::Gedcom()
+    : m_journal(new QString),
+      twiHeader(new TwItem(-1)),
+      twiIndi(new TwItem(-1)),
+      twiFam(new TwItem(-1)),
+      twiSour(new TwItem(-1)),
+      twiObje(new TwItem(-1)),
+      twiRepo(new TwItem(-1)),
+      twiNote(new TwItem(-1)),
+      twiSubm(new TwItem(-1)),
+      m_rxEmpty(u""_s),
+      m_rxName(uR"(^.*\/.*\/$)"_s),
+      m_rxId(uR"(^0 @[A-Z]{1}[0-9]+@ [A-Z]+$)"_s),
+      m_rxIdIndi(uR"(^0 @I[0-9]+@ INDI$)"_s),
+      m_rxIdFam(uR"(^0 @F[0-9]+@ FAM$)"_s),
+      m_rxIdSour(uR"(^0 @S[0-9]+@ SOUR$)"_s),
+      m_rxIdObje(uR"(^0 @O[0-9]+@ OBJE$)"_s),
+      m_rxIdRepo(uR"(^0 @R[0-9]+@ REPO$)"_s),
+      m_rxColIdObje(uR"(^@O[0-9]+@$)"_s),
+      m_rxColIdSour(uR"(^@S[0-9]+@$)"_s),
+      m_rxColIdFam(uR"(^@F[0-9]+@$)"_s),
+      m_rxWww(uR"(^1 WWW )"_s),
+      m_rx2Note(uR"(^2 NOTE )"_s),
+      m_rx1File(uR"(^1 FILE )"_s),
+      m_rx1Obje(uR"(^1 OBJE @O)"_s),
+      m_rx2Sour(uR"(^2 SOUR @S)"_s),
+      m_rxDate(uR"(^[0-9] DATE)"_s),
+      m_rxAnnee(uR"(1[0-9]{3}$)"_s),
+      m_rxCatchAnnee(uR"( (1[0-9]{3})$)"_s),
+      m_rxCatchAnnees(uR"(^FROM (1[0-9]{3}) TO (1[0-9]{3})$)"_s),
+      m_rxURL(
+          uR"(https?:\/\/(?:www\.)?[-a-zA-Z0-9@:%._\+~#=]{1,256}\.[a-zA-Z0-9()]{1,6}\b(?:[-a-zA-Z0-9()@:%_\+.~#?&\/=,]*))"_s)
+{
+}
+
+void Gedcom::addToJournal(QString log, QString level)
+{
+    QString levelWord = u"INFO : "_s;
+    if (level == "ERROR"_L1)
+        levelWord = u"ERROR : "_s;
+    else if (level == "NONE"_L1)
+        levelWord.clear();
+    *m_journal +=
+        QTime::currentTime().toString(u"hh:mm:ss.zzz"_s) + " - "_L1 + levelWord + log + "\r\n"_L1;
+}
+
+bool Gedcom::genererVectorGed(QString pathFileGed, QTreeWidget *tw, QProgressBar *pb,
+                              QStatusBar *sb)
+{
+    qDebug() << "ON genererVectorGed";
+    addToJournal(tr("Chargement du fichier %1").arg(pathFileGed), u"INFO"_s);
+    QFile fileGed(pathFileGed);
+    if (!fileGed.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        addToJournal(tr("Chargement du fichier impossible."), u"ERROR"_s);
+        showCritical(tr("Erreur"), tr("Impossible d'ouvrir le fichier %1").arg(fileGed.fileName()));
+        return false;
+    }
+
+    m_treeWidget = tw;
+    m_progress = pb;
+    m_status = sb;
+    // The section nodes of the tree, in its order.
+    const QList<TwItem *> sections{twiHeader, twiIndi, twiFam, twiSour, twiObje, twiRepo, twiNote};
+    if (m_tabTwItemRoot.isEmpty()) {
+        const struct
+        {
+            TwItem *twi;
+            QString label;
+            QString icon;
+        } labels[] = {
+            {twiHeader, tr("en-tête"), u"head"_s}, {twiIndi, tr("personnes"), u"indi"_s},
+            {twiFam, tr("familles"), u"fam"_s},    {twiSour, tr("sources"), u"sour"_s},
+            {twiObje, tr("médias"), u"obje"_s},    {twiRepo, tr("dépots"), u"repo"_s},
+            {twiNote, tr("notes"), u"chan"_s},     {twiSubm, tr("infos"), u"chan"_s},
+        };
+        for (const auto &section : labels) {
+            section.twi->setText(LevelColumn, section.label);
+            section.twi->setIcon(LevelColumn, QIcon(":/icones/"_L1 + section.icon + ".png"_L1));
+        }
+    }
+    // The tree is not cleared: after a refused load its old records stay on screen, and are no
+    // longer written.
+    m_tabTwItemRoot.clear();
+    generateTwiHeaders(m_treeWidget);
+    m_pathGedFile = pathFileGed;
+
+    QTextStream in(&fileGed);
+    in.setEncoding(QStringConverter::System);
+    int count = 0;
+    for (QString stringTampon; !in.atEnd(); ++count)
+        in.readLineInto(&stringTampon);
+    in.seek(0);
+
+    m_progress->setVisible(true);
+    m_progress->setRange(0, count);
+    int fileIndex = 0;
+    QStringList entryValues;
+    while (!in.atEnd()) {
+        const QString stringTampon = in.readLine();
+        if ((stringTampon.startsWith("0 "_L1) || in.atEnd()) && !entryValues.isEmpty()) {
+            if (!createNewTwiEntry(entryValues))
+                return false;
+            entryValues.clear();
+        }
+        entryValues.append(stringTampon);
+        ++fileIndex;
+        showProgress(m_progress, fileIndex);
+    }
+    // The last line, normally the trailer, stays in entryValues: the writer adds its own trailer.
+
+    m_progress->reset();
+    in.reset();
+    fileGed.close();
+    for (TwItem *section : sections)
+        section->setText(TagColumn, QString::number(section->childCount()));
+    if (twiNote->childCount() == 0)
+        twiNote->setHidden(true);
+    addToJournal(tr("Chargement de %1 lignes terminé.").arg(fileIndex), u"INFO"_s);
+    m_progress->setVisible(false);
+    qDebug() << "OFF genererVectorGed";
+    return true;
+}
+
+QString Gedcom::getPathGedFile() const
+{
+    return m_pathGedFile;
+}
+
+QString Gedcom::getJournal() const
+{
+    return *m_journal;
+}
+
+bool Gedcom::writeGedFile(QString pathFileGed)
+{
+    // The parameter file can ask for a save before there is a document.
+    if (!m_progress || !m_status)
+        return false;
+
+    qDebug() << "ON writeGedFile";
+    checkOversized();
+    m_status->showMessage(tr("Sauvegarde du fichier %1").arg(pathFileGed), 0);
+
+    // A path without a slash is its own file name, and loses its last character as a directory.
+    const qsizetype lastSlash = pathFileGed.lastIndexOf(u'/');
+    QString fileName = pathFileGed;
+    fileName.remove(0, lastSlash + 1);
+    fileName.prepend(QTime::currentTime().toString(Qt::TextDate) + u'.');
+    fileName.replace(u':', u'.');
+
+    QString archPath = pathFileGed;
+    archPath.remove(lastSlash, archPath.size() - lastSlash);
+    archPath += "/ARCH"_L1;
+    if (!QDir(archPath).exists())
+        QDir().mkdir(archPath);
+    archPath += u'/' + QDate::currentDate().toString(u"yyyy.MM.dd"_s);
+    if (!QDir(archPath).exists())
+        QDir().mkdir(archPath);
+    // Neither the directories nor the copy are checked: a new file has nothing to be archived, and
+    // a directory that is missing shows when the journal is opened below.
+    QFile::copy(pathFileGed, archPath + u'/' + fileName);
+    addToJournal(tr("Fichier %1 copié sous %2/%3").arg(pathFileGed, archPath, fileName), u"INFO"_s);
+
+    QFile fileGed(pathFileGed);
+    if (!fileGed.open(QIODevice::WriteOnly | QIODevice::Text)) {
+        addToJournal(tr("Erreur d'écriture du fichier %1").arg(pathFileGed), u"ERROR"_s);
+        showCritical(tr("Erreur d'écriture"),
+                     tr("Modification non prise en compte, vérifier l'accès au fichier %1")
+                         .arg(pathFileGed));
+        return false;
+    }
+    QTextStream out(&fileGed);
+    out.setEncoding(QStringConverter::System);
+    const QList<TwItem *> tabTwItemRoot = getTabTwItemsRoot();
+    m_progress->setVisible(true);
+    m_progress->setRange(0, int(tabTwItemRoot.size()));
+    for (qsizetype i = 0; i < tabTwItemRoot.size(); ++i) {
+        const QStringList listEntryValue = tabTwItemRoot.at(i)->getGedEntryList();
+        for (const QString &line : listEntryValue)
+            out << line << Qt::endl;
+        showProgress(m_progress, i);
+    }
+    out << "0 TRLR\n";
+    out.reset();
+    fileGed.close();
+    const QString saved = tr("Fichier %1 sauvegardé.").arg(pathFileGed);
+    addToJournal(saved, u"INFO"_s);
+    m_status->showMessage(saved, 0);
+
+    fileName.prepend("journal."_L1);
+    const QString journalPath = archPath + u'/' + fileName;
+    QFile fileJournal(journalPath);
+    m_status->showMessage(tr("Sauvegarde du journal %1").arg(journalPath), 0);
+    if (!fileJournal.open(QIODevice::WriteOnly | QIODevice::Text)) {
+        addToJournal(tr("Erreur d'écriture du fichier journal %1").arg(journalPath), u"ERROR"_s);
+        showCritical(tr("Erreur d'écriture du journal"),
+                     tr("Modification non prise en compte, vérifier l'accès au fichier %1")
+                         .arg(journalPath));
+        return false;
+    }
+    QTextStream outJournal(&fileJournal);
+    outJournal.setEncoding(QStringConverter::System);
+    const QStringList journal = m_journal->split("\r\n"_L1);
+    m_progress->setRange(0, int(journal.size()));
+    for (qsizetype i = 0; i < journal.size(); ++i) {
+        outJournal << journal.at(i) << Qt::endl;
+        showProgress(m_progress, i);
+    }
+    outJournal.reset();
+    fileJournal.close();
+    m_status->showMessage(tr("Fichier journal %1 sauvegardé.").arg(journalPath), 0);
+    m_progress->setVisible(false);
+    qDebug() << "OFF writeGedFile";
+    return true;
+}
+
+int Gedcom::unConc()
+{
+    qDebug() << "ON unConc";
+    m_status->showMessage(tr("Reconcaténation des balises en cours..."), 0);
+    const QList<TwItem *> tabTotalTwItems = getTabTotalTwItems();
+    const qsizetype size = tabTotalTwItems.size();
+    m_progress->setRange(0, int(size) - 1);
+
+    int count = 0;
+    // Last to first: of a chain of CONC lines the later ones are folded into the earlier first.
+    for (qsizetype i = size - 1; i > 0; --i) {
+        TwItem *twiConc = tabTotalTwItems.at(i);
+        if (twiConc->getTag() == "CONC"_L1) {
+            // The line before in the file, whatever it is, and not the parent: the rest of a CONT
+            // line belongs to that line.
+            TwItem *twiTarget = tabTotalTwItems.at(i - 1);
+            twiTarget->setText(ValueColumn,
+                               twiTarget->text(ValueColumn) + twiConc->text(ValueColumn));
+            const auto quote = [](TwItem *twi) -> QString {
+                return twi->getFullTag().join(u'.') + u' ' + twi->text(ValueColumn)
+                     + lineReference(twi);
+            };
+            addToJournal(
+                tr("Balise '%1 concaténée dans la balise %2").arg(quote(twiConc), quote(twiTarget)),
+                u"INFO"_s);
+            twiConc->setDelete(true);
+            ++count;
+        }
+        showProgress(m_progress, i, size - i - 1);
+    }
+
+    const QString summary = tr("%1 balises CONC reconcaténées.").arg(count);
+    addToJournal(summary, u"INFO"_s);
+    m_status->showMessage(summary, 0);
+    m_progress->reset();
+    QCoreApplication::processEvents();
+    qDebug() << "OFF unConc";
+    return count;
+}
+
+int Gedcom::checkOversized()
+{
+    qDebug() << "ON checkOversized";
+    m_status->showMessage(tr("Vérification de la taille des balises en cours..."), 0);
+    const QList<TwItem *> tabTotalTwItems = getTabTotalTwItems();
+    m_progress->setRange(0, int(tabTotalTwItems.size()) - 1);
+
+    QList<TwItem *> tabTotalTooBigs;
+    int index = 0;
+    for (TwItem *twi : tabTotalTwItems) {
+        if (lineSize(twi) > MaxLineSize)
+            tabTotalTooBigs.append(twi);
+        showProgress(m_progress, ++index);
+    }
+
+    const qsizetype tooBigs = tabTotalTooBigs.size();
+    int splited = 0;
+    if (!tabTotalTooBigs.isEmpty()) {
+        index = 0;
+        m_progress->setRange(0, int(tooBigs) - 1);
+        m_status->showMessage(
+            tr("Déconcaténation de %1 balises > 255 caractères en cours...").arg(tooBigs), 0);
+        addToJournal(tr("%1 balises > 255 caractères détectées, déconcaténation...").arg(tooBigs),
+                     u"INFO"_s);
+        // First all the cuts, then what is told of them: events may come only while the hidden rows
+        // are hidden.
+        QList<QStringList> splitLists;
+        splitLists.reserve(tooBigs);
+        {
+            const HiddenRowsShown hiddenRowsShown(m_tabTwItemRoot);
+            for (TwItem *twi : std::as_const(tabTotalTooBigs))
+                splitLists.append(twi->splitTagOverSized(twi, {}));
+        }
+        for (const QStringList &splitList : std::as_const(splitLists)) {
+            for (const QString &log : splitList)
+                addToJournal(log, u"INFO"_s);
+            splited += int(splitList.size());
+            ++index;
+            showProgress(m_progress, index, index, CutProgressPeriod);
+        }
+    }
+
+    m_progress->reset();
+    addToJournal(tr("%1 balises > 255 caractères déconcaténées.").arg(tooBigs), u"INFO"_s);
+    m_status->showMessage(tr("Vérification de la taille des balises terminée. %1 balises "
+                             "déconcaténées. ")
+                              .arg(splited),
+                          0);
+    qDebug() << "OFF checkOversized";
+    return splited;
+}
+
+QList<TwItem *> Gedcom::getTabTwItemsRootMatch(const QRegularExpression &rx, bool usePatern,
+                                               bool withChilds) const
+{
+    QList<TwItem *> matches;
+    const auto appendMatch = [&](TwItem *twi) {
+        if (!usePatern || rx.match(lineText(twi)).hasMatch())
+            matches.append(twi);
+    };
+    for (TwItem *root : m_tabTwItemRoot) {
+        if (root->isToDelete())
+            continue;
+        appendMatch(root);
+        if (!withChilds)
+            continue;
+        const QList<TwItem *> tabTwi = root->getTabTwiChilds(true);
+        for (TwItem *twi : tabTwi)
+            appendMatch(twi);
+    }
+    return matches;
+}
+
+QList<TwItem *> Gedcom::getTabTwItemsRoot() const
+{
+    return getTabTwItemsRootMatch(m_rxEmpty, false, false);
+}
+
+QList<TwItem *> Gedcom::getTabTotalTwItems()
+{
+    return getTabTwItemsRootMatch(m_rxEmpty, false, true);
+}
+
+QList<TwItem *> Gedcom::getTabTotalTwItemsMatch(const QRegularExpression &rx)
+{
+    return getTabTwItemsRootMatch(rx, true, true);
+}
+
+QList<TwItem *> Gedcom::getTabTwItemsMatch(QString strToSearch, QList<TwItem *> &liste) const
+{
+    QList<TwItem *> matches;
+    for (TwItem *twi : std::as_const(liste)) {
+        if (twi->getColumnIndexEqualString(strToSearch, true) >= 0)
+            matches.append(twi);
+    }
+    return matches;
+}
+
+QStringList Gedcom::getCommonTag(QStringList tagOneList, QStringList tagTwoList)
+{
+    QStringList common;
+    if (tagOneList.size() <= 1 && tagTwoList.size() <= 1)
+        return common;
+    // A difference does not end the scan: what comes out is no prefix, and may be the full tag of
+    // no entry at all.
+    const qsizetype size = qMin(tagOneList.size(), tagTwoList.size());
+    for (qsizetype i = 0; i < size; ++i) {
+        if (tagTwoList.at(i) == "*"_L1 || tagTwoList.at(i) == tagOneList.at(i))
+            common.append(tagOneList.at(i));
+    }
+    return common;
+}
+
+int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, bool contains, bool rx,
+                       QString containValue)
+{
+    qDebug() << "ON delListTag";
+    m_status->showMessage(tr("Suppression des balises en cours..."), 0);
+    const QList<TwItem *> tabTotalTwItems = getTabTotalTwItems();
+    m_progress->setRange(0, int(tabTotalTwItems.size()));
+    const QRegularExpression rxContains(rx ? containValue : QString());
+
+    // The entry is searched for a part of a column, its children for a whole column.
+    const auto hasValue = [&](TwItem *twi) -> bool {
+        const QList<TwItem *> tabTwi = twi->getTabTwiChilds(true);
+        if (rx) {
+            return twi->getColumnIndexMatchRx(rxContains) >= 0
+                || std::any_of(tabTwi.begin(), tabTwi.end(), [&](const TwItem *child) {
+                       return child->getColumnIndexMatchRx(rxContains) >= 0;
+                   });
+        }
+        return twi->getColumnIndexContainsString(containValue, true) >= 0
+            || std::any_of(tabTwi.begin(), tabTwi.end(), [&](const TwItem *child) {
+                   return child->getColumnIndexEqualString(containValue, true) >= 0;
+               });
+    };
+
+    int count = 0;
+    const auto deleteEntry = [&](TwItem *twi) {
+        if (!twi->isTagMatch(tagsToDel))
+            return;
+        if (emptyOnly && !twi->text(ValueColumn).trimmed().isEmpty())
+            return;
+        if (noChilds && !twi->getTabTwiChilds(true).isEmpty())
+            return;
+        if (contains && !hasValue(twi))
+            return;
+
+        if (!twi->getTabTwiChilds(true).isEmpty()) {
+            const QStringList childLogs = twi->delChilds();
+            for (const QString &log : childLogs)
+                addToJournal(log, u"INFO"_s);
+            count += int(childLogs.size());
+        }
+        const QString entry = entryText(twi);
+        if (twi->setDelete(true)) {
+            addToJournal(tr("Suppression de l'entrée : %1%2").arg(entry, lineReference(twi)),
+                         u"INFO"_s);
+            ++count;
+        }
+    };
+
+    int progressCount = 0;
+    // Last to first: a parent is judged after its children, so that it is childless once they are
+    // all deleted.
+    for (auto it = tabTotalTwItems.crbegin(); it != tabTotalTwItems.crend(); ++it) {
+        deleteEntry(*it);
+        showProgress(m_progress, ++progressCount);
+    }
+
+    addToJournal(tr("%1 suppressions effectuées.").arg(count), u"INFO"_s);
+    m_status->showMessage(tr("%1 balises supprimées.").arg(count), 0);
+    qDebug() << "OFF delListTag";
+    m_progress->reset();
+    return count;
+}
+
+bool Gedcom::createNewTwiEntry(QStringList listEntryValues)
+{
+    ++m_currentLineGedFile;
+    auto *twiRoot = new TwItem(m_currentLineGedFile);
+    const int tempCountLine = twiRoot->setEntryTwItems(listEntryValues, m_currentLineGedFile);
+    // Strictly greater: a record of a single line is refused like one whose lines have no place.
+    if (tempCountLine <= m_currentLineGedFile) {
+        const QString record = listEntryValues.join("\r\n"_L1);
+        addToJournal(tr("Entrée non reconnue :"), u"ERROR"_s);
+        addToJournal(record, u"NONE"_s);
+        // The refused entries are left as they are, in no list and no tree.
+        showCritical(tr("Erreur"), tr("Entrée non reconnue") + " :\r\n"_L1 + record);
+        return false;
+    }
+    m_currentLineGedFile = tempCountLine;
+    m_tabTwItemRoot.append(twiRoot);
+
+    const auto sectionOf = [this](const QString &text) -> TwItem * {
+        if (text == "HEAD"_L1)
+            return twiHeader;
+        if (text == "INDI"_L1)
+            return twiIndi;
+        if (text == "FAM"_L1)
+            return twiFam;
+        if (text == "SOUR"_L1)
+            return twiSour;
+        if (text == "OBJE"_L1)
+            return twiObje;
+        if (text == "REPO"_L1)
+            return twiRepo;
+        // A note may have its text on the same line, and is then cut off in the same column.
+        if (text.startsWith("NOTE"_L1))
+            return twiNote;
+        if (text.startsWith("SUBM"_L1))
+            return twiSubm;
+        return nullptr;
+    };
+    if (twiRoot->isRoot()) {
+        for (int column = TagColumn; column < twiRoot->columnCount(); ++column) {
+            if (TwItem *section = sectionOf(twiRoot->text(column))) {
+                section->addChild(twiRoot);
+                return true;
+            }
+        }
+    }
+    addToJournal(tr("Entrée non reconnue :"), u"INFO"_s);
+    addToJournal(listEntryValues.join("\r\n"_L1), u"NONE"_s);
+    m_treeWidget->addTopLevelItem(twiRoot);
+    return true;
+}
+
+void Gedcom::generateTwiHeaders(QTreeWidget *tw)
+{
+    // The submitters' node is left out: their records are kept and written, but never on screen.
+    for (TwItem *section : {twiHeader, twiIndi, twiFam, twiSour, twiObje, twiRepo, twiNote})
+        tw->addTopLevelItem(section);
+}

@@ -1,0 +1,131 @@
+#ifndef GEDCOM_H
+#define GEDCOM_H
+
+#include <QCoreApplication>
+#include <QList>
+#include <QRegularExpression>
+#include <QString>
+#include <QStringList>
+
+class QProgressBar;
+class QStatusBar;
+class QTreeWidget;
+class TwItem;
+
+/// The document: the records of one GEDCOM file, the section nodes that sort them in the tree, and
+/// the journal of all that is done to them.
+///
+/// The tree widget, the progress bar and the status bar are borrowed from the window when a load
+/// begins; no long operation may run before. Entries belong to the tree. The journal and the
+/// records that are not on screen live to the end of the process.
+///
+/// Long operations tell of themselves in the status bar, move the progress bar and let events be
+/// processed at a fixed period. Nothing guards against what such an event does: lists of entries
+/// are copies, and an entry never goes away.
+class Gedcom
+{
+    Q_DECLARE_TR_FUNCTIONS(Gedcom)
+
+public:
+    Gedcom();
+
+    /// Appends a line with the present time to the journal. \p level is "INFO", "ERROR" or "NONE";
+    /// with the last the line has no level word.
+    void addToJournal(QString log, QString level);
+
+    /// Reads the file into \p tw. False, with a box shown, if the file cannot be opened or one of
+    /// its records is refused; the records before that one stay.
+    bool genererVectorGed(QString pathFileGed, QTreeWidget *tw, QProgressBar *pb, QStatusBar *sb);
+
+    /// The path of the file last loaded, empty before.
+    [[nodiscard]] QString getPathGedFile() const;
+
+    /// The journal of the whole run, its lines ended by CR LF.
+    [[nodiscard]] QString getJournal() const;
+
+    /// Cuts oversized lines, copies the file that is about to be overwritten into the dated archive
+    /// directory beside it, writes the document, and the journal beside the archive copy. False,
+    /// with a box shown, if one of the two files cannot be opened; false also before a load, when
+    /// nothing at all is done.
+    bool writeGedFile(QString pathFileGed);
+
+    /// Folds each CONC line into the live line before it. Returns the number of lines folded.
+    int unConc();
+
+    /// Cuts each line of over 255 characters into a line and new CONC entries. Returns the number
+    /// of lines cut.
+    int checkOversized();
+
+    /// The live roots, in file order: all of them, or with \p usePatern those whose line text
+    /// matches \p rx; with \p withChilds each is followed by its live descendants, which are
+    /// tried on \p rx by themselves.
+    [[nodiscard]] QList<TwItem *> getTabTwItemsRootMatch(const QRegularExpression &rx,
+                                                         bool usePatern, bool withChilds) const;
+
+    /// The live roots.
+    [[nodiscard]] QList<TwItem *> getTabTwItemsRoot() const;
+
+    /// All live entries.
+    [[nodiscard]] QList<TwItem *> getTabTotalTwItems();
+
+    /// All live entries whose line text matches \p rx.
+    [[nodiscard]] QList<TwItem *> getTabTotalTwItemsMatch(const QRegularExpression &rx);
+
+    /// The entries of \p liste with a column equal to \p strToSearch.
+    [[nodiscard]] QList<TwItem *> getTabTwItemsMatch(QString strToSearch,
+                                                     QList<TwItem *> &liste) const;
+
+    /// The components on which two full tags agree, position by position; a "*" of the second
+    /// agrees with everything. Empty if neither has more than one component.
+    [[nodiscard]] QStringList getCommonTag(QStringList tagOneList, QStringList tagTwoList);
+
+    /// Marks the entries that \p tagsToDel names, with their descendants, as deleted; of them only
+    /// those without a value, without a live child, or with \p containValue in the entry or its
+    /// child list, as the flags say. \p rx makes it a regular expression. Returns the number of
+    /// entries marked.
+    int delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, bool contains, bool rx,
+                   QString containValue);
+
+private:
+    bool createNewTwiEntry(QStringList listEntryValues);
+    void generateTwiHeaders(QTreeWidget *tw);
+
+    QList<TwItem *> m_tabTwItemRoot;
+    QTreeWidget *m_treeWidget = nullptr;
+    QProgressBar *m_progress = nullptr;
+    QStatusBar *m_status = nullptr;
+    QString m_pathGedFile;
+    QString *m_journal;
+    TwItem *twiHeader;
+    TwItem *twiIndi;
+    TwItem *twiFam;
+    TwItem *twiSour;
+    TwItem *twiObje;
+    TwItem *twiRepo;
+    TwItem *twiNote;
+    TwItem *twiSubm;
+    int m_currentLineGedFile = 0;
+    const QRegularExpression m_rxEmpty;
+    const QRegularExpression m_rxName;
+    const QRegularExpression m_rxId;
+    const QRegularExpression m_rxIdIndi;
+    const QRegularExpression m_rxIdFam;
+    const QRegularExpression m_rxIdSour;
+    const QRegularExpression m_rxIdObje;
+    const QRegularExpression m_rxIdRepo;
+    const QRegularExpression m_rxColIdObje;
+    const QRegularExpression m_rxColIdSour;
+    const QRegularExpression m_rxColIdFam;
+    const QRegularExpression m_rxWww;
+    const QRegularExpression m_rx2Note;
+    const QRegularExpression m_rx1File;
+    const QRegularExpression m_rx1Obje;
+    const QRegularExpression m_rx2Sour;
+    const QRegularExpression m_rxDate;
+    const QRegularExpression m_rxAnnee;
+    const QRegularExpression m_rxCatchAnnee;
+    const QRegularExpression m_rxCatchAnnees;
+    const QRegularExpression m_rxURL;
+};
+
+#endif // GEDCOM_H

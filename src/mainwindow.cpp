@@ -1,0 +1,353 @@
+#include "mainwindow.h"
+
+#include "fenapropos.h"
+#include "fenjournal.h"
+#include "twitem.h"
+#include "ui_mainwindow.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QFile>
+#include <QFileDialog>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QStatusBar>
+#include <QStyle>
+#include <QTreeWidget>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The file of that name beside the executable. It lives to the end of the process.
+QFile *fileBesideExecutable(const QString &name)
+{
+    return new QFile(QCoreApplication::applicationDirPath() + u'/' + name);
+}
+
+QString documentsDirectory()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
+/// Adds the full tag of the current entry of \p tree to a tag field.
+void pickTag(const QTreeWidget *tree, QLineEdit *field)
+{
+    auto *twi = static_cast<TwItem *>(tree->currentItem());
+    // Nothing is current before the first click; a section node has no tag.
+    if (!twi || twi->getTag() == "ERREUR"_L1)
+        return;
+    const QString fullTag = twi->getFullTag().join(u'.');
+    field->setText(field->text().isEmpty() ? fullTag : field->text() + u';' + fullTag);
+}
+
+} // namespace
+
+MainWindow::MainWindow(QWidget *parent)
+    : QMainWindow(parent),
+      ui(new Ui_MainWindow),
+      m_progress(new QProgressBar(this))
+{
+    ui->setupUi(this);
+    setWindowTitle(FenAPropos::getAppName() + u' ' + FenAPropos::getVersion());
+    ui->menubar->setPalette(QApplication::style()->standardPalette());
+    menuBar()->setStyleSheet(u"QMenuBar {background-color: #f0f0f0;}"_s);
+    ui->statusbar->addPermanentWidget(m_progress);
+    m_progress->setStyleSheet(
+        u"QProgressBar::chunk{background-color:green; width: 10px; margin: 0.5px;}"_s);
+    m_progress->setTextVisible(false);
+    m_progress->setHidden(true);
+    ui->mainGroupBox->setEnabled(false);
+    m_FichierParams = fileBesideExecutable(u"PARAM.INI"_s);
+    m_FichierSequence = fileBesideExecutable(u"SEQUENCE.INI"_s);
+}
+
+MainWindow::~MainWindow()
+{
+    delete ui;
+}
+
+void MainWindow::on_actionOuvrir_triggered()
+{
+    ui->statusbar->show();
+    ui->statusbar->showMessage(tr("Chargement du fichier GED en cours..."), 0);
+    const QString path = QFileDialog::getOpenFileName(this, tr("Ouvrir un fichier Gedcom"),
+                                                      documentsDirectory(), tr("ged (*.ged)"));
+    if (!m_gedcom.genererVectorGed(path, ui->treeWidget, m_progress, ui->statusbar)) {
+        m_gedcom.addToJournal(tr("Chargement du fichier GED interrompu."), u"ERROR"_s);
+        return;
+    }
+
+    ui->treeWidget->resizeColumnToContents(3);
+    ui->treeWidget->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    ui->statusbar->showMessage(tr("Chargement du fichier GED terminé"), 0);
+    m_gedcom.addToJournal(tr("Chargement du fichier GED terminé."), u"INFO"_s);
+    m_gedcom.addToJournal(tr("%1 entrées trouvées.").arg(m_gedcom.getTabTwItemsRoot().size()),
+                          u"INFO"_s);
+    ui->mainGroupBox->setEnabled(true);
+    ui->leTagToClickable->setEnabled(true);
+    ui->cbFiltreSensible->setEnabled(true);
+    ui->cbSourceDateDiff->setEnabled(true);
+    ui->cbSourceMultiUse->setEnabled(true);
+    ui->cbFiltrerRegex->setEnabled(true);
+    ui->leRecherche->setEnabled(true);
+    ui->actionEnregistrerFichier_sous->setEnabled(true);
+    ui->actionEnregistrerFichier->setEnabled(true);
+    ui->actionOuvrir->setEnabled(false); // one document a run
+}
+
+void MainWindow::on_actionEnregistrerFichier_triggered()
+{
+    m_gedcom.writeGedFile(m_gedcom.getPathGedFile()); // reports its own failures
+}
+
+void MainWindow::on_actionEnregistrerFichier_sous_triggered()
+{
+    const QString path = QFileDialog::getSaveFileName(this, tr("Enregistrer sous"),
+                                                      m_gedcom.getPathGedFile(), tr("Ged (*.ged)"));
+    m_gedcom.writeGedFile(path); // reports its own failures, that of a cancelled dialog too
+}
+
+void MainWindow::on_actionJournal_triggered()
+{
+    auto *fenJournal = new FenJournal(this, m_gedcom.getJournal(), tr("Journal"));
+    fenJournal->show();
+}
+
+void MainWindow::on_pbApply_clicked()
+{
+    m_progress->show();
+    m_gedcom.unConc();
+    start();
+    on_actionJournal_triggered();
+    eraseSettingsValues();
+    m_progress->hide();
+}
+
+void MainWindow::on_pbReadSequence_clicked() { }
+
+void MainWindow::on_action_propos_triggered()
+{
+    auto *fenAPropos = new FenAPropos(this);
+    fenAPropos->show();
+}
+
+void MainWindow::on_leRecherche_returnPressed() { }
+
+void MainWindow::on_leRecherche_textChanged(const QString &) { }
+
+void MainWindow::on_cbFiltrerRegex_stateChanged(int) { }
+
+void MainWindow::on_cbFiltreSensible_stateChanged(int) { }
+
+void MainWindow::on_cbSourceDateDiff_stateChanged(int) { }
+
+void MainWindow::on_cbSourceMultiUse_stateChanged(int) { }
+
+void MainWindow::on_pickSrcTag_clicked()
+{
+    pickTag(ui->treeWidget, ui->leTagSour);
+}
+
+void MainWindow::on_pickDestTag_clicked()
+{
+    pickTag(ui->treeWidget, ui->leTagDest);
+}
+
+void MainWindow::on_pickDestClickableTag_clicked()
+{
+    pickTag(ui->treeWidget, ui->leTagToClickable);
+}
+
+void MainWindow::on_pbPickTagToDel_clicked()
+{
+    pickTag(ui->treeWidget, ui->leTagsToDel);
+}
+
+void MainWindow::on_pbSelectTagReplace_clicked()
+{
+    pickTag(ui->treeWidget, ui->leTagToApply);
+}
+
+void MainWindow::on_pbImportCsvLinks_clicked()
+{
+    const QStringList files = QFileDialog::getOpenFileNames(
+        this, tr("Ouvrir les fichiers de correspondance"), documentsDirectory(), tr("csv (*.csv)"));
+    if (!files.isEmpty())
+        m_filesImport = files;
+}
+
+void MainWindow::on_pbExtractMediasSource_clicked()
+{
+    ui->leExtractMediasSource->setText(QFileDialog::getExistingDirectory(
+        this, tr("Dossier des médias"), documentsDirectory(),
+        QFileDialog::ShowDirsOnly | QFileDialog::DontResolveSymlinks));
+}
+
+void MainWindow::on_pbExtractMediasToKeep_clicked()
+{
+    ui->leExtractMediasToKeep->setText(QFileDialog::getExistingDirectory(
+        this, tr("Dossier des médias"), documentsDirectory(),
+        QFileDialog::ShowDirsOnly | QFileDialog::DontResolveSymlinks));
+}
+
+void MainWindow::on_cbDelMediaPath_stateChanged(int)
+{
+    const bool keepPath = !ui->cbDelMediaPath->isChecked();
+    ui->leNewMediaPath->setEnabled(keepPath);
+    ui->pbOpenNewMediaPath->setEnabled(keepPath);
+}
+
+void MainWindow::on_pbOpenNewMediaPath_clicked()
+{
+    ui->cbDelMediaPath->setChecked(false);
+    ui->gbReplaceMediaPath->setChecked(true);
+    ui->leNewMediaPath->setText(QFileDialog::getExistingDirectory(
+        this, tr("Ouvrir le dossier des médias"), QString(), QFileDialog::ShowDirsOnly));
+}
+
+void MainWindow::on_cbUrlInEvt_stateChanged(int)
+{
+    if (!ui->cbUrlInEvt->isChecked() && ui->gbSetURLLinks->isChecked())
+        ui->cbUrlInSour->setChecked(true);
+}
+
+void MainWindow::on_cbUrlInSour_stateChanged(int)
+{
+    if (!ui->cbUrlInSour->isChecked() && ui->gbSetURLLinks->isChecked())
+        ui->cbUrlInEvt->setChecked(true);
+}
+
+void MainWindow::on_cbDelIfContent_clicked()
+{
+    const bool byContent = ui->cbDelIfContent->isChecked();
+    ui->cbDelIfContentRX->setEnabled(byContent);
+    ui->leValueToDel->setEnabled(byContent);
+}
+
+void MainWindow::on_gbDelTags_clicked()
+{
+    on_cbDelIfContent_clicked();
+}
+
+void MainWindow::checkRequirements()
+{
+    const QStringList listOri = ui->leTagSour->text().split(u';');
+    const QStringList listDest = ui->leTagDest->text().split(u';');
+    const auto sameBaseTag = [](const QString &ori, const QString &dest) {
+        return ori.section(u'.', 0, 0) == dest.section(u'.', 0, 0);
+    };
+    const bool sameBaseTags =
+        std::equal(listOri.begin(), listOri.end(), listDest.begin(), listDest.end(), sameBaseTag);
+
+    const bool links = ui->gbSetURLLinks->isChecked();
+    const bool extract = links && ui->gbExtractMediasToKeep->isChecked();
+    const bool move = ui->gbMoveTagContent->isChecked();
+    const bool mediaPath = ui->gbReplaceMediaPath->isChecked();
+    const bool del = ui->gbDelTags->isChecked();
+    const bool replace = ui->gbReplaceString->isChecked();
+    const struct
+    {
+        bool failed;
+        QString message;
+    } requirements[] = {
+        {links && m_filesImport.isEmpty(),
+         tr("Veuillez sélectionner les fichiers de correspondance avant d'importer les liens "
+            "médias.")},
+        {extract
+             && (ui->leExtractMediasSource->text().isEmpty()
+                 || ui->leExtractMediasToKeep->text().isEmpty()),
+         tr("Veuillez sélectionner les dossiers source et destination des médias à extraire.")},
+        {links && ui->leStrPlitCsv->text().isEmpty(),
+         tr("Indiquez la chaîne de séparation du fichier de correspondance.")},
+        {move && (ui->leTagDest->text().isEmpty() || ui->leTagSour->text().isEmpty()),
+         tr("Veuillez sélectionner les balises source et destination des balises doublons.")},
+        {move && listOri.size() != listDest.size(),
+         tr("Le nombre de balises source et destination en doublon doivent correspondre.")},
+        {move && !sameBaseTags,
+         tr("Les balises source et destination des doublons doivent être de même type de base.")},
+        {mediaPath && !ui->cbDelMediaPath->isChecked() && ui->leNewMediaPath->text().isEmpty(),
+         tr("Indiquer le nouveau chemin des médias ou choisissez de supprimer celui-ci.")},
+        {del && ui->leTagsToDel->text().isEmpty(), tr("Indiquer la ou les balises à supprimer.")},
+        {del && ui->cbDelIfContent->isChecked() && ui->leValueToDel->text().isEmpty(),
+         tr("Indiquer la valeur à rechercher dans la balise et sous balises.")},
+        // The message names both texts, but an empty replacement is a wish like any other.
+        {replace && ui->leTextOri->text().isEmpty(),
+         tr("Veuillez entrer le texte à rechercher et le texte par lequel le remplacer.")},
+    };
+    for (const auto &requirement : requirements) {
+        if (requirement.failed) {
+            QMessageBox::critical(nullptr, tr("Erreur"), requirement.message, QMessageBox::Ok);
+            return;
+        }
+    }
+}
+
+void MainWindow::start()
+{
+    checkRequirements(); // the run goes on whatever it has found
+
+    // Each group is read only when its turn comes: the form stays usable during a run.
+    if (ui->gbDelTags->isChecked()) {
+        const QStringList tagList = ui->leTagsToDel->text().split(u';');
+        const QString contentValue = ui->leValueToDel->text();
+        m_gedcom.delListTag(tagList, ui->cbDelEmptyTags->isChecked(),
+                            ui->cbDelEmptyClilds->isChecked(), ui->cbDelIfContent->isChecked(),
+                            ui->cbDelIfContentRX->isChecked(), contentValue);
+    }
+}
+
+void MainWindow::eraseSettingsValues()
+{
+    ui->cbEspacer->setChecked(false);
+
+    ui->gbDelTags->setChecked(false);
+    ui->leTagsToDel->clear();
+    ui->cbDelEmptyTags->setChecked(false);
+    ui->cbDelEmptyClilds->setChecked(false);
+    ui->leValueToDel->clear();
+    ui->cbDelIfContentRX->setChecked(false);
+    ui->cbDelIfContent->setChecked(false);
+
+    // The group falls last: while it is checked, unchecking one of the two links checks the other,
+    // so that the reset leaves cbUrlInEvt checked if one of them was. The next use of the group
+    // starts from there.
+    ui->leStrPlitCsv->clear();
+    ui->cbUrlInEvt->setChecked(false);
+    ui->cbUrlInSour->setChecked(false);
+    ui->cbDelTagObjeFile->setChecked(false);
+    ui->gbExtractMediasToKeep->setChecked(false);
+    ui->leExtractMediasSource->clear();
+    ui->leExtractMediasToKeep->clear();
+    ui->gbSetURLLinks->setChecked(false);
+
+    ui->gbClickablesLinks->setChecked(false);
+    ui->leTagToClickable->clear();
+
+    ui->gbReplaceMediaPath->setChecked(false);
+    ui->leNewMediaPath->clear();
+    ui->cbDelMediaPath->setChecked(false);
+
+    ui->leTagSour->clear();
+    ui->leTagDest->clear();
+    ui->cbCpSourDestContent->setChecked(false);
+    ui->cbDelTagSour->setChecked(false);
+    ui->cbCreateDestTag->setChecked(false);
+    ui->gbMoveTagContent->setChecked(false);
+
+    ui->gbReplaceString->setChecked(false);
+    ui->leTextOri->clear();
+    ui->leTextDest->clear();
+    ui->leTagToApply->clear();
+    ui->cbRegex->setChecked(false);
+    ui->cbSensible->setChecked(false);
+}

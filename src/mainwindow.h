@@ -1,0 +1,71 @@
+#ifndef MAINWINDOW_H
+#define MAINWINDOW_H
+
+#include "gedcom.h"
+
+#include <QMainWindow>
+#include <QStringList>
+
+class QFile;
+class QProgressBar;
+class Ui_MainWindow;
+
+/// The window over the one document: it gathers arguments from the form, calls the document's
+/// operations, and shows their outcome. Slots are bound to the widgets of the form by name.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit MainWindow(QWidget *parent);
+    ~MainWindow() override;
+
+private slots:
+    void on_actionOuvrir_triggered();
+    void on_actionEnregistrerFichier_triggered();
+    void on_actionEnregistrerFichier_sous_triggered();
+    void on_actionJournal_triggered();
+    void on_pbApply_clicked();
+    void on_pbReadSequence_clicked();
+    void on_action_propos_triggered();
+    void on_leRecherche_returnPressed();
+    void on_leRecherche_textChanged(const QString &arg1);
+    void on_cbFiltrerRegex_stateChanged(int arg1);
+    void on_cbFiltreSensible_stateChanged(int arg1);
+    void on_cbSourceDateDiff_stateChanged(int arg1);
+    void on_cbSourceMultiUse_stateChanged(int arg1);
+    void on_pickSrcTag_clicked();
+    void on_pickDestTag_clicked();
+    void on_pickDestClickableTag_clicked();
+    void on_pbPickTagToDel_clicked();
+    void on_pbSelectTagReplace_clicked();
+    void on_pbImportCsvLinks_clicked();
+    void on_pbExtractMediasSource_clicked();
+    void on_pbExtractMediasToKeep_clicked();
+    void on_cbDelMediaPath_stateChanged(int arg1);
+    void on_pbOpenNewMediaPath_clicked();
+    void on_cbUrlInEvt_stateChanged(int arg1);
+    void on_cbUrlInSour_stateChanged(int arg1);
+    void on_cbDelIfContent_clicked();
+    void on_gbDelTags_clicked();
+
+private:
+    /// Warns of the first incomplete group of the form, and stops nothing.
+    void checkRequirements();
+    /// Runs the checked operations, in the order of the form from top to bottom.
+    void start();
+    /// Empties the settings panel; not the list of correspondence files, nor the link format.
+    void eraseSettingsValues();
+
+    Ui_MainWindow *ui;
+    QProgressBar *m_progress;
+    Gedcom m_gedcom;
+    QStringList m_filesImport;
+    QString m_prevSearchText;
+    bool m_prevSearchTextSensitive = false;
+    bool m_prevSearchTextRegex = false;
+    QFile *m_FichierParams;
+    QFile *m_FichierSequence;
+};
+
+#endif // MAINWINDOW_H

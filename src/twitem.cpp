@@ -1,0 +1,492 @@
+#include "twitem.h"
+
+#include <QIcon>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int LevelColumn = 0;
+constexpr int TagColumn = 1;
+constexpr int ValueColumn = 2;
+
+constexpr int MaxLineSize = 255; // characters of a GEDCOM line, its end not counted
+constexpr int MaxTextSize = MaxLineSize - 2; // less the two blanks between three columns
+
+constexpr auto NoTag = "ERREUR"_L1;
+
+// Compiled once: a million entries that each built their own would take minutes and gigabytes.
+const QRegularExpression &tagExpression()
+{
+    static const QRegularExpression rx(u"^_?[A-Z]{3,6}$"_s);
+    return rx;
+}
+
+/// The same answer as m_rxTag, without the price of the expression engine at every line.
+bool isTag(QStringView text)
+{
+    // "$" also matches in front of a final line feed.
+    if (text.endsWith(u'\n'))
+        text.chop(1);
+    if (text.startsWith(u'_'))
+        text = text.sliced(1);
+    return text.size() >= 3 && text.size() <= 6
+        && std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'A' && c <= u'Z'; });
+}
+
+} // namespace
+
+TwItem::TwItem(int p_numLineGedFile)
+    : QTreeWidgetItem(Type),
+      m_rxTag(tagExpression()),
+      m_numLineGedFile(p_numLineGedFile)
+{
+    // One string for both columns: it is shared, not copied.
+    static const QString prefix = tr("ligne ");
+    const QString toolTip = prefix + QString::number(p_numLineGedFile);
+    setToolTip(LevelColumn, toolTip);
+    setToolTip(TagColumn, toolTip);
+}
+
+QString TwItem::getNumLineGedFile() const
+{
+    return QString::number(m_numLineGedFile);
+}
+
+bool TwItem::isRoot()
+{
+    return text(LevelColumn) == "0"_L1;
+}
+
+QString TwItem::getTag()
+{
+    for (int column = 0; column < columnCount(); ++column) {
+        const QString value = text(column);
+        if (isTag(value))
+            return value;
+    }
+    return NoTag;
+}
+
+QStringList TwItem::getFullTag()
+{
+    QStringList fullTag;
+    // A section node reads as level 0, and its lacking tag ends the walk. A record of unknown kind
+    // stands at the top of the tree, with no section node above it.
+    for (TwItem *twi = this; twi && twi->text(LevelColumn).toInt() >= 0; twi = twi->getParent()) {
+        const QString tag = twi->getTag();
+        if (tag == NoTag)
+            break;
+        fullTag.append(tag);
+    }
+    std::reverse(fullTag.begin(), fullTag.end());
+    return fullTag;
+}
+
+QList<TwItem *> TwItem::getTabTwiChilds(bool noHidden)
+{
+    if (!noHidden)
+        return m_tabTwiChilds;
+
+    QList<TwItem *> live;
+    live.reserve(m_tabTwiChilds.size());
+    std::copy_if(m_tabTwiChilds.cbegin(), m_tabTwiChilds.cend(), std::back_inserter(live),
+                 [](const TwItem *twi) { return !twi->m_toDelete; });
+    return live;
+}
+
+QStringList TwItem::getTwiValuesList() const
+{
+    QStringList columns;
+    columns.reserve(columnCount());
+    for (int column = 0; column < columnCount(); ++column)
+        columns.append(text(column));
+    return columns;
+}
+
+QStringList TwItem::getValuesListFromLine(QString line) const
+{
+    QStringList list;
+    if (line.isEmpty())
+        return list;
+
+    // The level is one character and no more, and what follows it is dropped unseen: "12 NOTE x" is
+    // a line of level 1 with an empty tag.
+    list.append(line.left(1));
+    const QStringView rest = QStringView(line).mid(2);
+    if (rest.isEmpty())
+        return list;
+
+    const qsizetype blank = rest.indexOf(u' ');
+    if (blank == -1) {
+        list.append(rest.toString());
+        return list;
+    }
+    list.append(rest.first(blank).toString());
+    const QStringView value = rest.sliced(blank + 1);
+    if (!value.isEmpty())
+        list.append(value.toString());
+    return list;
+}
+
+TwItem *TwItem::getParent()
+{
+    return static_cast<TwItem *>(parent());
+}
+
+int TwItem::getThisTwiIndexParent(TwItem *child) const
+{
+    const QTreeWidgetItem *parent = child->parent();
+    return parent ? parent->indexOfChild(child) : -1;
+}
+
+int TwItem::getThisTabIndexParent(TwItem *child) const
+{
+    TwItem *parent = child->getParent();
+    return parent ? int(parent->getTabTwiChilds(false).indexOf(child)) : -1;
+}
+
+int TwItem::getLevel()
+{
+    return getTwiValuesList().value(LevelColumn).toInt();
+}
+
+const QStringList TwItem::getGedEntryList()
+{
+    QStringList lines;
+    if (m_toDelete)
+        return lines;
+
+    lines.append(lineText(this));
+    const QList<TwItem *> tabTwi = getTabTwiChilds(true);
+    for (const TwItem *twi : tabTwi)
+        lines.append(lineText(twi));
+    return lines;
+}
+
+bool TwItem::isToDelete()
+{
+    return m_toDelete;
+}
+
+void TwItem::setLineNumber(int p_numLineGedFile)
+{
+    m_numLineGedFile = p_numLineGedFile;
+}
+
+bool TwItem::insertStrAtIndex(QString strToInsert, QString strToMatch, int twiCol, bool before)
+{
+    if (twiCol == -1)
+        return false;
+
+    QString newText = text(twiCol);
+    qsizetype index = newText.indexOf(strToMatch);
+    if (!before)
+        index += strToMatch.size();
+    setText(twiCol, newText.insert(index, strToInsert).trimmed());
+    return true;
+}
+
+void TwItem::insertTabChild(int twiIndex, TwItem *twiChild)
+{
+    if (twiIndex < 0 || twiIndex > childCount())
+        twiIndex = childCount();
+    insertChild(twiIndex, twiChild);
+    // At a root the index of the tree is wanted although the list holds all descendants: the new
+    // entry lands in file order only while the children before it have no children of their own.
+    m_tabTwiChilds.insert(std::min<qsizetype>(twiIndex, m_tabTwiChilds.size()), twiChild);
+    if (isRoot())
+        return;
+
+    TwItem *root = getParent();
+    while (root && !root->isRoot())
+        root = root->getParent();
+    // A replacement may have taken the "0" from the root's level.
+    if (root)
+        regenerateRootChilds(root);
+}
+
+QStringList TwItem::delChilds()
+{
+    QStringList logs;
+    for (int i = 0; i < childCount(); ++i) {
+        auto *twi = static_cast<TwItem *>(child(i));
+        if (twi->setDelete(true)) {
+            logs.append(
+                tr("Suppression de l'entrée : %1%2").arg(entryText(twi), lineReference(twi)));
+        }
+        logs.append(twi->delChilds());
+    }
+    return logs;
+}
+
+void TwItem::setTwiHidden(bool hide)
+{
+    if (hide || !m_toDelete)
+        setHidden(hide);
+}
+
+bool TwItem::setDelete(bool del)
+{
+    if (m_toDelete)
+        return false;
+    m_toDelete = del;
+    setHidden(true); // whatever was asked for: the review tools show a live row again
+    return true;
+}
+
+void TwItem::setTwiValuesFromStr(QString lineValues, TwItem *twi)
+{
+    const QStringList columns = getValuesListFromLine(lineValues);
+    for (int column = 0; column < int(columns.size()); ++column)
+        twi->setText(column, columns.at(column));
+}
+
+int TwItem::setEntryTwItems(QStringList listEntryValues, int currentLineGedFile)
+{
+    setTwiValuesFromStr(listEntryValues.value(0), this);
+
+    // The last entry of each level. It is the nearest earlier one by definition, and saves a walk
+    // backwards that would be quadratic in a note of 200,000 continuation lines.
+    std::array<TwItem *, 10> lastOfLevel{};
+    for (qsizetype i = 1; i < listEntryValues.size(); ++i) {
+        auto *twiChild = new TwItem(++currentLineGedFile);
+        m_tabTwiChilds.append(twiChild);
+        setTwiValuesFromStr(listEntryValues.at(i), twiChild);
+
+        const QString levelText = twiChild->text(LevelColumn);
+        const int level = levelText.toInt();
+        if (levelText == "1"_L1) {
+            // The flat list, which has it already, is its only list.
+            addChild(twiChild);
+        } else {
+            TwItem *twiParent = level > 1 ? lastOfLevel.at(size_t(level - 1)) : nullptr;
+            if (!twiParent)
+                return 0;
+            twiParent->addChild(twiChild);
+            twiParent->m_tabTwiChilds.append(twiChild);
+        }
+        lastOfLevel.at(size_t(level)) = twiChild;
+    }
+    return currentLineGedFile;
+}
+
+QStringList TwItem::splitTagOverSized(TwItem *twiOri, QStringList splitList)
+{
+    const QString tag = twiOri->getTag();
+    const bool continuation = tag == "CONT"_L1 || tag == "CONC"_L1;
+    TwItem *parent = continuation ? twiOri->getParent() : twiOri;
+    const QString value = twiOri->text(ValueColumn);
+    // Nothing to cut without a value, nor on a line that an event has shortened meanwhile. A
+    // continuation at the top of its record stays whole: its rest would stand beside the record, in
+    // no list, and never reach the file. A section node lists none of its children.
+    if (value.isEmpty() || lineSize(twiOri) <= MaxLineSize || !parent
+        || (continuation && parent->m_tabTwiChilds.isEmpty())) {
+        return splitList;
+    }
+
+    // Not negative: a level and tag of over 253 characters leave no room for any of the value.
+    const qsizetype lenghtColText = std::max<qsizetype>(
+        0, MaxTextSize - twiOri->text(LevelColumn).size() - twiOri->text(TagColumn).size());
+    QString partOne = value.left(lenghtColText);
+    QString partTwo = value.mid(lenghtColText);
+    // A line that ends in a blank would lose it in other programs; only this one is looked at.
+    if (partOne.endsWith(u' ')) {
+        partOne.chop(1);
+        partTwo.prepend(u' ');
+    }
+    twiOri->setText(ValueColumn, partOne);
+
+    auto *twiConc = new TwItem(-1);
+    int indexTwiInsert = 0;
+    QString level;
+    if (continuation) {
+        indexTwiInsert = getThisTwiIndexParent(twiOri) + 1;
+        level = twiOri->text(LevelColumn);
+    } else {
+        level = QString::number(twiOri->text(LevelColumn).toInt() + 1);
+    }
+    setTwiValuesFromStr(level + " CONC "_L1 + partTwo, twiConc);
+    parent->insertTabChild(indexTwiInsert, twiConc);
+
+    splitList.append(tr("Ajout de la balise %1 complétant la balise %2%3")
+                         .arg(entryText(twiConc), entryText(twiOri), lineReference(twiOri)));
+    // What the further cuts report is dropped: the journal tells and counts the first one alone.
+    if (lineSize(twiConc) > MaxLineSize)
+        splitTagOverSized(twiConc, splitList);
+    return splitList;
+}
+
+bool TwItem::isTagMatch(QStringList fullTagsList)
+{
+    if (fullTagsList.isEmpty())
+        return true;
+    const QString tag = getTag();
+    if (fullTagsList.contains(tag))
+        return true;
+
+    // A full tag ends in the entry's own tag, or is empty: that tells most entries apart without
+    // the walk up to the root.
+    fullTagsList.removeIf([&tag](const QString &fulltag) {
+        const QStringView last = QStringView(fulltag).mid(fulltag.lastIndexOf(u'.') + 1);
+        return last != tag && last != "*"_L1 && !last.isEmpty();
+    });
+    if (fullTagsList.isEmpty())
+        return false;
+
+    const QStringList thisFullTag = getFullTag();
+    const QString joinedFullTag = thisFullTag.join(u'.');
+    for (QString fulltag : std::as_const(fullTagsList)) {
+        QStringList tagList = fulltag.split(u'.');
+        if (fulltag.contains(u'*') && tagList.size() == thisFullTag.size()) {
+            for (qsizetype i = 0; i < tagList.size(); ++i) {
+                if (tagList.at(i) == "*"_L1)
+                    tagList[i] = thisFullTag.at(i);
+            }
+            fulltag = tagList.join(u'.');
+        }
+        if (fulltag == joinedFullTag)
+            return true;
+    }
+    return false;
+}
+
+QList<TwItem *> TwItem::getTabTwiChildsMatchReg(QRegularExpression rx)
+{
+    QList<TwItem *> matches;
+    if (!rx.isValid())
+        return matches; // matches nothing, and would warn at every try
+    for (TwItem *twi : std::as_const(m_tabTwiChilds)) {
+        if (!twi->m_toDelete && rx.match(lineText(twi)).hasMatch())
+            matches.append(twi);
+    }
+    return matches;
+}
+
+void TwItem::getChildsListFromFullTag(QStringList fullTag, QList<TwItem *> *listTwiMatch,
+                                      TwItem *twiParent)
+{
+    const QStringList pattern{fullTag.join(u'.')};
+    if (twiParent->isTagMatch(pattern)) {
+        listTwiMatch->append(twiParent);
+        return;
+    }
+    if (twiParent->getFullTag().size() >= fullTag.size())
+        return;
+
+    const int childLevel = twiParent->text(LevelColumn).toInt() + 1;
+    // An entry without a tag on the way makes the full tag shorter than the level says: then the
+    // path has no component for the children, and none of them takes part.
+    if (childLevel < 0 || childLevel >= fullTag.size())
+        return;
+    const QString &component = fullTag.at(childLevel);
+    const QList<TwItem *> tabTwi = twiParent->getTabTwiChilds(true);
+    for (TwItem *twi : tabTwi) {
+        // The list of a root holds all its descendants.
+        if (twi->text(LevelColumn).toInt() != childLevel)
+            continue;
+        if (component != "*"_L1 && twi->getTag() != component)
+            continue;
+        if (childLevel < fullTag.size() - 1)
+            getChildsListFromFullTag(fullTag, listTwiMatch, twi);
+        else if (twi->isTagMatch(pattern))
+            listTwiMatch->append(twi); // here the first component, too, has been compared
+    }
+}
+
+TwItem *TwItem::getItemParentFromFullTag(QStringList fullTag, TwItem *twi)
+{
+    if (fullTag.isEmpty())
+        return nullptr;
+    const QStringList thisFullTag = twi->getFullTag();
+    if (thisFullTag == fullTag)
+        return twi;
+    if (thisFullTag.size() <= fullTag.size())
+        return nullptr;
+
+    TwItem *ancestor = twi->getParent();
+    for (qsizetype climbed = 1; ancestor && climbed < thisFullTag.size(); ++climbed) {
+        if (ancestor->getFullTag() == fullTag)
+            return ancestor;
+        ancestor = ancestor->getParent();
+    }
+    return nullptr;
+}
+
+int TwItem::getColumnIndexMatchRx(QRegularExpression rx) const
+{
+    if (!rx.isValid())
+        return -1; // matches nothing, and would warn at every try
+    for (int column = 0; column < columnCount(); ++column) {
+        if (rx.match(text(column)).hasMatch())
+            return column;
+    }
+    return -1;
+}
+
+int TwItem::getColumnIndexEqualString(QString valueToSearch, bool sensitive) const
+{
+    const QString upper = valueToSearch.toUpper();
+    for (int column = 0; column < columnCount(); ++column) {
+        const QString value = text(column);
+        if (sensitive ? value == valueToSearch : value.toUpper() == upper)
+            return column;
+    }
+    return -1;
+}
+
+int TwItem::getColumnIndexContainsString(QString valueToSearch, bool sensitive) const
+{
+    const Qt::CaseSensitivity cs = sensitive ? Qt::CaseSensitive : Qt::CaseInsensitive;
+    for (int column = 0; column < columnCount(); ++column) {
+        if (text(column).contains(valueToSearch, cs))
+            return column;
+    }
+    return -1;
+}
+
+void TwItem::regenerateRootChilds(TwItem *twiRoot)
+{
+    twiRoot->m_tabTwiChilds.clear();
+    listChilds(twiRoot, twiRoot);
+}
+
+void TwItem::listChilds(TwItem *twiRoot, TwItem *currentTwi)
+{
+    for (int i = 0; i < currentTwi->childCount(); ++i) {
+        auto *twi = static_cast<TwItem *>(currentTwi->child(i));
+        twiRoot->m_tabTwiChilds.append(twi);
+        listChilds(twiRoot, twi);
+    }
+}
+
+void TwItem::setIco(const QIcon &ico)
+{
+    setIcon(LevelColumn, ico);
+}
+
+QString lineText(const TwItem *twi)
+{
+    return twi->getTwiValuesList().join(u' ');
+}
+
+qsizetype lineSize(const TwItem *twi)
+{
+    qsizetype size = twi->columnCount() - 1;
+    for (int column = 0; column < twi->columnCount(); ++column)
+        size += twi->text(column).size();
+    return size;
+}
+
+QString entryText(TwItem *twi)
+{
+    return twi->getFullTag().join(u'.') + u' ' + lineText(twi);
+}
+
+QString lineReference(const TwItem *twi)
+{
+    return " (l."_L1 + twi->getNumLineGedFile() + u')';
+}

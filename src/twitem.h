@@ -1,0 +1,157 @@
+#ifndef TWITEM_H
+#define TWITEM_H
+
+#include <QCoreApplication>
+#include <QList>
+#include <QRegularExpression>
+#include <QString>
+#include <QStringList>
+#include <QTreeWidgetItem>
+
+/// One line of a GEDCOM file, and at once one row of the tree. The columns are the line: the level
+/// (one character), the tag or the identifier, the value; there is no other copy of the text.
+///
+/// An entry belongs to its parent in the tree, as the framework's item classes own their children.
+/// Lists of entries only borrow. No entry is destroyed while a document is open: a deletion is a
+/// mark.
+class TwItem : public QTreeWidgetItem
+{
+    Q_DECLARE_TR_FUNCTIONS(TwItem)
+
+public:
+    /// The form of a tag. Every entry has its own instance, all of them copies of one compiled
+    /// expression.
+    const QRegularExpression m_rxTag;
+
+    /// \p p_numLineGedFile is the line of the loaded file, counted from 1, or -1 for an entry that
+    /// stands in no file.
+    explicit TwItem(int p_numLineGedFile);
+
+    /// The line of the loaded file in decimal, "-1" for an entry made by the program.
+    [[nodiscard]] QString getNumLineGedFile() const;
+
+    /// Whether the entry begins a record, that is whether its column 0 is "0". The section nodes of
+    /// the tree are no roots.
+    [[nodiscard]] bool isRoot();
+
+    /// The first column that has the form of a tag, or "ERREUR" if none has.
+    [[nodiscard]] QString getTag();
+
+    /// The tags from the root down to this entry. The list begins below the nearest entry on the
+    /// way that has no tag, and is empty if this entry has none.
+    [[nodiscard]] QStringList getFullTag();
+
+    /// For a root all its descendants in file order, for any other entry its direct children; with
+    /// \p noHidden without those marked as deleted.
+    [[nodiscard]] QList<TwItem *> getTabTwiChilds(bool noHidden);
+
+    /// The texts of all columns.
+    [[nodiscard]] QStringList getTwiValuesList() const;
+
+    /// Cuts a line of a file into at most three columns; an empty line gives none.
+    [[nodiscard]] QStringList getValuesListFromLine(QString line) const;
+
+    /// The parent in the tree, null at its top level.
+    [[nodiscard]] TwItem *getParent();
+
+    /// The index of \p child among the children of its parent in the tree, -1 at the top level.
+    [[nodiscard]] int getThisTwiIndexParent(TwItem *child) const;
+
+    /// The index of \p child in the child list of its parent, deleted entries counted; -1 if it is
+    /// not there.
+    [[nodiscard]] int getThisTabIndexParent(TwItem *child) const;
+
+    /// The level that column 0 says, 0 if it is no number.
+    [[nodiscard]] int getLevel();
+
+    /// The lines of the record for the file: this entry, then its live child list. Empty if this
+    /// entry is marked as deleted.
+    [[nodiscard]] const QStringList getGedEntryList();
+
+    /// Whether the entry is marked as deleted.
+    [[nodiscard]] bool isToDelete();
+
+    /// Stores the line number; the tool tips keep the one given at construction.
+    void setLineNumber(int p_numLineGedFile);
+
+    /// Inserts \p strToInsert in front of or behind the first \p strToMatch in column \p twiCol and
+    /// trims the column. False, with nothing changed, only for the column -1: a text that is not
+    /// found is not looked at.
+    bool insertStrAtIndex(QString strToInsert, QString strToMatch, int twiCol, bool before);
+
+    /// Inserts \p twiChild, which becomes the property of this entry, at \p twiIndex among the
+    /// children, at the end if the index is negative. Keeps the child lists of the entry and of its
+    /// record up to date.
+    void insertTabChild(int twiIndex, TwItem *twiChild);
+
+    /// Marks all descendants as deleted and returns one journal text for each that was not marked
+    /// before. Leaves this entry alone.
+    QStringList delChilds();
+
+    /// Hides or shows the row. A deleted entry is never shown again.
+    void setTwiHidden(bool hide);
+
+    /// Marks the entry as deleted, for good, and hides its row; with \p del false only hides it.
+    /// False, with nothing changed, if it is marked already.
+    bool setDelete(bool del);
+
+    /// Sets the columns of \p twi from a line. Columns beyond those of the line keep their text.
+    void setTwiValuesFromStr(QString lineValues, TwItem *twi);
+
+    /// Places the lines of a record below this new root, the first of them being the root itself.
+    /// \p currentLineGedFile is the root's line number. Returns the number of the last line, or 0
+    /// if a line has no place.
+    int setEntryTwItems(QStringList listEntryValues, int currentLineGedFile);
+
+    /// Cuts the line of \p twiOri, which is over 255 characters long, and puts the rest into new
+    /// CONC entries. Returns \p splitList with one journal text more, for the first cut alone, or
+    /// unchanged if the line cannot be cut.
+    QStringList splitTagOverSized(TwItem *twiOri, QStringList splitList);
+
+    /// Whether one of the tag patterns names this entry: by its tag, or by its full tag, in which a
+    /// component "*" stands for any one tag. An empty list names every entry.
+    [[nodiscard]] bool isTagMatch(QStringList fullTagsList);
+
+    /// The live entries of the child list whose line text matches \p rx.
+    [[nodiscard]] QList<TwItem *> getTabTwiChildsMatchReg(QRegularExpression rx);
+
+    /// Appends to \p listTwiMatch the live entries at the path \p fullTag that are \p twiParent or
+    /// stand below it, in file order.
+    void getChildsListFromFullTag(QStringList fullTag, QList<TwItem *> *listTwiMatch,
+                                  TwItem *twiParent);
+
+    /// \p twi or that ancestor of it whose full tag is \p fullTag, null if there is none.
+    [[nodiscard]] TwItem *getItemParentFromFullTag(QStringList fullTag, TwItem *twi);
+
+    /// The first column that matches \p rx, or -1.
+    [[nodiscard]] int getColumnIndexMatchRx(QRegularExpression rx) const;
+
+    /// The first column equal to \p valueToSearch, or -1.
+    [[nodiscard]] int getColumnIndexEqualString(QString valueToSearch, bool sensitive) const;
+
+    /// The first column that contains \p valueToSearch, or -1.
+    [[nodiscard]] int getColumnIndexContainsString(QString valueToSearch, bool sensitive) const;
+
+private:
+    void regenerateRootChilds(TwItem *twiRoot);
+    void listChilds(TwItem *twiRoot, TwItem *currentTwi);
+    void setIco(const QIcon &ico);
+
+    QList<TwItem *> m_tabTwiChilds;
+    bool m_toDelete = false;
+    int m_numLineGedFile;
+};
+
+/// The line of the file that the entry stands for: its columns joined with one blank.
+[[nodiscard]] QString lineText(const TwItem *twi);
+
+/// The number of characters of lineText(), without building it.
+[[nodiscard]] qsizetype lineSize(const TwItem *twi);
+
+/// How the journal quotes an entry: the full tag joined with ".", a blank, the line text.
+[[nodiscard]] QString entryText(TwItem *twi);
+
+/// How the journal refers to the loaded file: " (l.12)".
+[[nodiscard]] QString lineReference(const TwItem *twi);
+
+#endif // TWITEM_H

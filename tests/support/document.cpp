@@ -1,0 +1,113 @@
+#include "document.h"
+
+#include <QDate>
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTreeWidgetItemIterator>
+
+using namespace Qt::StringLiterals;
+
+QStringList journalWithoutTimes(const QString &journal)
+{
+    static const QRegularExpression time(uR"(^\d\d:\d\d:\d\d\.\d\d\d - )"_s);
+    QStringList lines = journal.split(u"\r\n"_s);
+    if (!lines.takeLast().isEmpty())
+        QTest::qFail("the journal does not end in a line end", __FILE__, __LINE__);
+    for (QString &line : lines)
+        line.remove(time);
+    return lines;
+}
+
+void writeLines(const QString &path, const QStringList &lines)
+{
+    writeBytes(path, (lines.join(u'\n') + u'\n').toUtf8());
+}
+
+void writeBytes(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        QTest::qFail(qPrintable("cannot write " + path), __FILE__, __LINE__);
+}
+
+QByteArray readBytes(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        QTest::qFail(qPrintable("cannot read " + path), __FILE__, __LINE__);
+    return file.readAll();
+}
+
+QStringList readLines(const QString &path)
+{
+    QStringList lines = QString::fromUtf8(readBytes(path)).split(u'\n');
+    if (lines.constLast().isEmpty())
+        lines.removeLast();
+    return lines;
+}
+
+Document::Document()
+{
+    tree.setColumnCount(4);
+}
+
+bool Document::load(const QStringList &lines)
+{
+    writeLines(path(), lines + QStringList{u"0 TRLR"_s});
+    return loadFile();
+}
+
+bool Document::loadFile()
+{
+    return gedcom.genererVectorGed(path(), &tree, &progress, &statusBar);
+}
+
+QString Document::path() const
+{
+    return m_folder.filePath(u"arbre.ged"_s);
+}
+
+QStringList Document::archive() const
+{
+    const QDir dir(folder() + u"/ARCH/"_s + QDate::currentDate().toString(u"yyyy.MM.dd"_s));
+    return dir.entryList(QDir::Files | QDir::Hidden, QDir::Name);
+}
+
+QStringList Document::journal() const
+{
+    return journalWithoutTimes(gedcom.getJournal());
+}
+
+QStringList Document::newJournal()
+{
+    const QString whole = gedcom.getJournal();
+    const QString news = whole.mid(m_journalSeen);
+    m_journalSeen = whole.size();
+    return journalWithoutTimes(news);
+}
+
+QStringList Document::lines() const
+{
+    QStringList lines;
+    const QList<TwItem *> roots = gedcom.getTabTwItemsRoot();
+    for (TwItem *root : roots)
+        lines += root->getGedEntryList();
+    return lines;
+}
+
+TwItem *Document::entry(const QString &line) const
+{
+    const QList<TwItem *> roots = gedcom.getTabTwItemsRoot();
+    for (TwItem *root : roots) {
+        if (lineText(root) == line)
+            return root;
+        const QList<TwItem *> tabTwi = root->getTabTwiChilds(false);
+        for (TwItem *twi : tabTwi) {
+            if (lineText(twi) == line)
+                return twi;
+        }
+    }
+    return nullptr;
+}
