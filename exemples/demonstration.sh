@@ -1,0 +1,90 @@
+#!/usr/bin/env bash
+# Shows the program at work, on a virtual X server and by the keyboard alone, as a user would: opens
+# a copy of the sample family, deletes two tags by the form, saves, and prints where everything is.
+#
+#   demonstration.sh PROGRAM FOLDER     FOLDER is emptied first
+set -euo pipefail
+
+program=$(realpath "$1")
+family=$(realpath "$(dirname "${BASH_SOURCE[0]}")")/famille.ged
+rm -rf "$2"
+mkdir -p "$2"
+folder=$(realpath "$2")
+cp "$family" "$folder/famille.ged"
+
+server= window_program=
+stop()
+{
+    [ -z "$window_program" ] || kill "$window_program" 2>/dev/null || true
+    [ -z "$server" ] || kill "$server" 2>/dev/null || true
+}
+trap stop EXIT
+
+# Waits at most 30 seconds until the command succeeds.
+until_true()
+{
+    for _ in $(seq 150); do
+        "$@" >/dev/null 2>&1 && return
+        sleep 0.2
+    done
+    echo "demonstration: no answer to: $*" >&2
+    exit 1
+}
+
+Xvfb -displayfd 3 -screen 0 1280x1080x24 -nolisten tcp -noreset 3>"$folder/.display" >/dev/null 2>&1 &
+server=$!
+display_number() { grep -x '[0-9]\+' "$folder/.display"; }
+until_true display_number
+DISPLAY=:$(display_number)
+export DISPLAY QT_QPA_PLATFORM=xcb
+unset WAYLAND_DISPLAY
+rm "$folder/.display"
+until_true xdotool getdisplaygeometry
+
+# A session's desktop would bring its own file dialog.
+QT_QPA_PLATFORMTHEME='' "$program" 2>/dev/null &
+window_program=$!
+
+visible() { xdotool search --onlyvisible --name "$1"; }
+keys() { xdotool key --delay 60 "$@"; }
+tabs() { keys --repeat "$1" Tab; }
+
+until_true visible 'Varlune v'
+main_window=$(visible 'Varlune v' | head -n 1)
+xdotool windowfocus --sync "$main_window"
+
+# The first entry of the first menu opens a file.
+keys alt Down Return
+until_true visible 'Ouvrir un fichier Gedcom'
+xdotool type --delay 10 "$folder/famille.ged"
+keys Return
+gone() { ! visible "$1"; }
+until_true gone 'Ouvrir un fichier Gedcom'
+sleep 1
+import -window root "$folder/1-ouvert.png"
+
+# From the tree over the filter row to the group of deletion, then to the button that applies.
+xdotool windowfocus --sync "$main_window"
+tabs 7
+keys space Tab
+xdotool type --delay 10 '_UID;CHAN'
+import -window root "$folder/2-choisi.png"
+tabs 11
+keys space
+until_true visible '^Journal$'
+sleep 1
+import -window root "$folder/3-journal.png"
+
+# Open is disabled for good by now: the first menu begins with Save.
+xdotool windowfocus --sync "$main_window"
+keys alt Down Return
+written() { compgen -G "$folder/ARCH/*/journal.*.famille.ged"; }
+until_true written
+sleep 1
+journal=$(written)
+archive=${journal/journal./}
+
+echo "The rewritten file:  $folder/famille.ged ($(wc -l <"$folder/famille.ged") lines, $(wc -l <"$family") before)"
+echo "The archive copy:    $archive"
+echo "The journal:         $journal ($(wc -l <"$journal") lines)"
+echo "Screenshots:         $folder/1-ouvert.png 2-choisi.png 3-journal.png"
