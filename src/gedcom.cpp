@@ -468,6 +468,8 @@ QList<TwItem *> Gedcom::getTabTwItemsRootMatch(const QRegularExpression &rx, boo
                                                bool withChilds) const
 {
     QList<TwItem *> matches;
+    if (usePatern && !rx.isValid())
+        return matches; // matches nothing, and would warn at every try
     const auto appendMatch = [&](TwItem *twi) {
         if (!usePatern || rx.match(lineText(twi)).hasMatch())
             matches.append(twi);

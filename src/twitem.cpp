@@ -37,6 +37,43 @@ bool isTag(QStringView text)
         && std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'A' && c <= u'Z'; });
 }
 
+/// Shortens the line of \p twi to the greatest size and puts the rest into a new CONC entry, which
+/// may still be too long. Null, with nothing changed, if the line fits or cannot be cut.
+TwItem *cutOff(TwItem *twi)
+{
+    const QString value = twi->text(ValueColumn);
+    if (value.isEmpty() || lineSize(twi) <= MaxLineSize)
+        return nullptr;
+
+    // Not negative: a level and tag of over 253 characters leave no room for any of the value.
+    qsizetype lenghtColText = std::max<qsizetype>(0, MaxTextSize - twi->text(LevelColumn).size()
+                                                         - twi->text(TagColumn).size());
+    // A line that ends in a blank would lose it in other programs; only this one is looked at.
+    if (lenghtColText > 0 && value.at(lenghtColText - 1) == u' ')
+        --lenghtColText;
+    twi->setText(ValueColumn, value.left(lenghtColText));
+
+    // The rest of a continuation stands behind it, that of another line in front of its children.
+    const QString tag = twi->getTag();
+    const bool continuation = tag == "CONT"_L1 || tag == "CONC"_L1;
+    TwItem *parent = continuation ? twi->getParent() : twi;
+    // A continuation at the top of its record stays whole: its rest would stand beside the record,
+    // in no list, and never reach the file. A section node lists none of its children.
+    if (!parent || (continuation && parent->getTabTwiChilds(false).isEmpty())) {
+        twi->setText(ValueColumn, value);
+        return nullptr;
+    }
+
+    const int indexTwiInsert = continuation ? twi->getThisTwiIndexParent(twi) + 1 : 0;
+    QString line =
+        continuation ? twi->text(LevelColumn) : QString::number(twi->text(LevelColumn).toInt() + 1);
+    auto *twiConc = new TwItem(-1);
+    line.append(" CONC "_L1).append(QStringView(value).mid(lenghtColText));
+    twi->setTwiValuesFromStr(line, twiConc);
+    parent->insertTabChild(indexTwiInsert, twiConc);
+    return twiConc;
+}
+
 } // namespace
 
 TwItem::TwItem(int p_numLineGedFile)
@@ -276,47 +313,14 @@ int TwItem::setEntryTwItems(QStringList listEntryValues, int currentLineGedFile)
 
 QStringList TwItem::splitTagOverSized(TwItem *twiOri, QStringList splitList)
 {
-    const QString tag = twiOri->getTag();
-    const bool continuation = tag == "CONT"_L1 || tag == "CONC"_L1;
-    TwItem *parent = continuation ? twiOri->getParent() : twiOri;
-    const QString value = twiOri->text(ValueColumn);
-    // Nothing to cut without a value, nor on a line that an event has shortened meanwhile. A
-    // continuation at the top of its record stays whole: its rest would stand beside the record, in
-    // no list, and never reach the file. A section node lists none of its children.
-    if (value.isEmpty() || lineSize(twiOri) <= MaxLineSize || !parent
-        || (continuation && parent->m_tabTwiChilds.isEmpty())) {
+    TwItem *twiConc = cutOff(twiOri);
+    if (!twiConc)
         return splitList;
-    }
-
-    // Not negative: a level and tag of over 253 characters leave no room for any of the value.
-    const qsizetype lenghtColText = std::max<qsizetype>(
-        0, MaxTextSize - twiOri->text(LevelColumn).size() - twiOri->text(TagColumn).size());
-    QString partOne = value.left(lenghtColText);
-    QString partTwo = value.mid(lenghtColText);
-    // A line that ends in a blank would lose it in other programs; only this one is looked at.
-    if (partOne.endsWith(u' ')) {
-        partOne.chop(1);
-        partTwo.prepend(u' ');
-    }
-    twiOri->setText(ValueColumn, partOne);
-
-    auto *twiConc = new TwItem(-1);
-    int indexTwiInsert = 0;
-    QString level;
-    if (continuation) {
-        indexTwiInsert = getThisTwiIndexParent(twiOri) + 1;
-        level = twiOri->text(LevelColumn);
-    } else {
-        level = QString::number(twiOri->text(LevelColumn).toInt() + 1);
-    }
-    setTwiValuesFromStr(level + " CONC "_L1 + partTwo, twiConc);
-    parent->insertTabChild(indexTwiInsert, twiConc);
-
     splitList.append(tr("Ajout de la balise %1 complétant la balise %2%3")
                          .arg(entryText(twiConc), entryText(twiOri), lineReference(twiOri)));
-    // What the further cuts report is dropped: the journal tells and counts the first one alone.
-    if (lineSize(twiConc) > MaxLineSize)
-        splitTagOverSized(twiConc, splitList);
+    // The journal tells and counts the first cut alone.
+    while (twiConc)
+        twiConc = cutOff(twiConc);
     return splitList;
 }
 

@@ -1,0 +1,854 @@
+#include "boxes.h"
+#include "document.h"
+#include "fenjournal.h"
+#include "filedialogs.h"
+#include "mainwindow.h"
+#include "testmain.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QEvent>
+#include <QFile>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QRegularExpression>
+#include <QStatusBar>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString NoFiles =
+    u"Veuillez sélectionner les fichiers de correspondance avant d'importer les liens médias."_s;
+const QString NoFolders =
+    u"Veuillez sélectionner les dossiers source et destination des médias à extraire."_s;
+const QString NoSeparator = u"Indiquez la chaîne de séparation du fichier de correspondance."_s;
+const QString NoTags =
+    u"Veuillez sélectionner les balises source et destination des balises doublons."_s;
+const QString UnequalCount =
+    u"Le nombre de balises source et destination en doublon doivent correspondre."_s;
+const QString UnequalBase =
+    u"Les balises source et destination des doublons doivent être de même type de base."_s;
+const QString NoPath =
+    u"Indiquer le nouveau chemin des médias ou choisissez de supprimer celui-ci."_s;
+const QString NoTagToDelete = u"Indiquer la ou les balises à supprimer."_s;
+const QString NoValueToDelete =
+    u"Indiquer la valeur à rechercher dans la balise et sous balises."_s;
+const QString NoText =
+    u"Veuillez entrer le texte à rechercher et le texte par lequel le remplacer."_s;
+
+/// A document with a note that is cut in two, and a record without a tag.
+const QStringList Family{
+    u"0 HEAD"_s,          u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s,       u"1 NAME Jean /DUPONT/"_s,
+    u"1 NOTE un texte"_s, u"2 CONC  long"_s, u"0 @N1@ NOTE texte"_s, u"1 CONT suite"_s,
+};
+
+const QString Folded =
+    u"INFO : Balise 'INDI.NOTE.CONC  long (l.6) concaténée dans la balise INDI.NOTE un texte long (l.5)"_s;
+
+/// The real window. It reads a parameter file once, while it is built.
+std::unique_ptr<MainWindow> newWindow()
+{
+    const QString parameters = QCoreApplication::applicationDirPath() + "/PARAM.INI"_L1;
+    writeBytes(parameters, {});
+    auto window = std::make_unique<MainWindow>(nullptr);
+    QFile::remove(parameters);
+    window->show();
+    return window;
+}
+
+QStringList journalIn(const FenJournal *fenJournal)
+{
+    QString text = fenJournal->findChild<QPlainTextEdit *>()->toPlainText();
+    return journalWithoutTimes(text.replace(u'\n', "\r\n"_L1));
+}
+
+/// The window with a file that was opened by its menu.
+class Form
+{
+public:
+    explicit Form(const QStringList &lines = Family) : window(newWindow())
+    {
+        writeLines(path(), lines + QStringList{u"0 TRLR"_s});
+        const AnsweredFileDialogs dialogs(path());
+        find<QAction>(u"actionOuvrir"_s)->trigger();
+        m_journalSeen = journal().size();
+    }
+    Q_DISABLE_COPY_MOVE(Form)
+
+    QString path() const
+    {
+        return m_folder.filePath(u"arbre.ged"_s);
+    }
+    QDir folder() const
+    {
+        return QDir(m_folder.path());
+    }
+    template <typename T>
+    T *find(const QString &name) const
+    {
+        return window->findChild<T *>(name);
+    }
+    QProgressBar *progress() const
+    {
+        return window->findChild<QProgressBar *>();
+    }
+    QStatusBar *statusBar() const
+    {
+        return find<QStatusBar>(u"statusbar"_s);
+    }
+    QStringList messages() const
+    {
+        return m_boxes.texts();
+    }
+    AnsweredBoxes &boxes()
+    {
+        return m_boxes;
+    }
+
+    /// "gbDelTags" checks a control, "leTagsToDel=NOTE" fills one, "csv" picks a correspondence
+    /// file. "~" in a value stands for the folder of the document.
+    void set(const QStringList &settings)
+    {
+        for (const QString &setting : settings) {
+            const qsizetype equals = setting.indexOf(u'=');
+            if (setting == "csv"_L1) {
+                pickCorrespondence();
+                continue;
+            }
+            auto *widget = find<QWidget>(setting.left(equals));
+            const QString value = setting.mid(equals + 1).replace(u'~', m_folder.path());
+            if (!widget
+                || !(equals < 0 ? widget->setProperty("checked", true)
+                                : widget->setProperty("text", value))) {
+                QTest::qFail(qPrintable("no such setting: " + setting), __FILE__, __LINE__);
+            }
+        }
+    }
+    void pickCorrespondence()
+    {
+        const QString csv = m_folder.filePath(u"liens.csv"_s);
+        writeLines(csv, {u"photo.jpg,https://www.dropbox.com/une photo"_s});
+        const AnsweredFileDialogs dialogs(csv);
+        find<QAbstractButton>(u"pbImportCsvLinks"_s)->click();
+    }
+    void apply()
+    {
+        QTest::mouseClick(find<QAbstractButton>(u"pbApply"_s), Qt::LeftButton);
+    }
+
+    /// The controls of the panel that are checked or filled, in the order of the form.
+    QStringList filled() const
+    {
+        QStringList names;
+        const auto widgets = find<QWidget>(u"mainGroupBox"_s)->findChildren<QWidget *>();
+        for (const QWidget *widget : widgets) {
+            const auto *field = qobject_cast<const QLineEdit *>(widget);
+            if (field ? !field->text().isEmpty() : widget->property("checked").toBool())
+                names += widget->objectName();
+        }
+        return names;
+    }
+
+    QList<FenJournal *> journalWindows() const
+    {
+        return window->findChildren<FenJournal *>();
+    }
+    /// The whole journal, read in a window of its own that goes away again.
+    QStringList journal() const
+    {
+        find<QAction>(u"actionJournal"_s)->trigger();
+        const std::unique_ptr<FenJournal> fenJournal(journalWindows().constLast());
+        return journalIn(fenJournal.get());
+    }
+    /// The lines that have come since the file was opened.
+    QStringList runJournal() const
+    {
+        return journal().mid(m_journalSeen);
+    }
+    /// The numbers of the lines that were deleted, in the order of the journal.
+    QString deleted() const
+    {
+        static const QRegularExpression rx(
+            uR"(^INFO : Suppression de l'entrée : .* \(l\.(\d+)\)$)"_s);
+        QStringList numbers;
+        const QStringList lines = journal();
+        for (const QString &line : lines) {
+            const QRegularExpressionMatch match = rx.match(line);
+            if (match.hasMatch())
+                numbers += match.captured(1);
+        }
+        return numbers.join(u' ');
+    }
+
+    std::unique_ptr<MainWindow> window;
+
+private:
+    QTemporaryDir m_folder;
+    AnsweredBoxes m_boxes;
+    qsizetype m_journalSeen = 0;
+};
+
+/// Notes what becomes visible and what goes, in the order in which it happens.
+class Order : public QObject
+{
+public:
+    explicit Order(Form &form) : m_form(form)
+    {
+        qApp->installEventFilter(this);
+        connect(form.statusBar(), &QStatusBar::messageChanged, this,
+                [this](const QString &text) { events += "status: "_L1 + text; });
+        const auto fields = form.window->findChildren<QLineEdit *>();
+        for (const QLineEdit *field : fields) {
+            connect(field, &QLineEdit::textChanged, this, [this, field](const QString &text) {
+                events += field->objectName() + '='_L1 + text;
+            });
+        }
+        const auto buttons = form.window->findChildren<QAbstractButton *>();
+        for (const QAbstractButton *button : buttons)
+            connect(button, &QAbstractButton::toggled, this, [this, button](bool on) {
+                events += button->objectName() + (on ? " on"_L1 : " off"_L1);
+            });
+        const auto groups = form.window->findChildren<QGroupBox *>();
+        for (const QGroupBox *group : groups)
+            connect(group, &QGroupBox::toggled, this, [this, group](bool on) {
+                events += group->objectName() + (on ? " on"_L1 : " off"_L1);
+            });
+        form.boxes().setInspector(
+            [this](const QMessageBox *box) { events += "box: "_L1 + box->text(); });
+    }
+
+    QStringList events;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show && qobject_cast<FenJournal *>(watched))
+            events += u"journal window"_s;
+        if (watched == m_form.progress() && event->type() == QEvent::Show)
+            events += u"bar shown"_s;
+        if (watched == m_form.progress() && event->type() == QEvent::Hide)
+            events += u"bar hidden"_s;
+        return false;
+    }
+
+private:
+    Form &m_form;
+};
+
+} // namespace
+
+class TstApply : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void outOfReachBeforeALoad();
+    void orderOfARun();
+    void stateWhileTheBoxIsOpen();
+    void everySelectorOff();
+    void everyRunOpensAJournalWindow();
+    void usableAfterAMessage();
+    void requirements_data();
+    void requirements();
+    void cancelledCorrespondenceFile();
+    void deletionArguments_data();
+    void deletionArguments();
+    void groupIsReadWhenItsTurnComes_data();
+    void groupIsReadWhenItsTurnComes();
+    void orderOfTheReset();
+    void keptByTheReset();
+    void linkKindsAfterTheReset_data();
+    void linkKindsAfterTheReset();
+    void mediaPathAfterTheReset_data();
+    void mediaPathAfterTheReset();
+    void valueFieldAfterTheReset_data();
+    void valueFieldAfterTheReset();
+};
+
+void TstApply::outOfReachBeforeALoad()
+{
+    const auto window = newWindow();
+    auto *pbApply = window->findChild<QAbstractButton *>(u"pbApply"_s);
+    QVERIFY(!window->findChild<QGroupBox *>(u"mainGroupBox"_s)->isEnabled());
+    QVERIFY(!pbApply->isEnabled());
+    pbApply->click();
+    QCOMPARE(window->findChildren<FenJournal *>().size(), 0);
+
+    const Form form;
+    QVERIFY(form.find<QAbstractButton>(u"pbApply"_s)->isEnabled());
+}
+
+void TstApply::orderOfARun()
+{
+    Form form;
+    form.set({u"gbDelTags"_s, u"leTagsToDel="_s, u"leValueToDel=x"_s});
+    QVERIFY(!form.progress()->isVisible());
+
+    const Order order(form);
+    form.apply();
+
+    QCOMPARE(order.events, (QStringList{
+                               u"bar shown"_s,
+                               u"status: Reconcaténation des balises en cours..."_s,
+                               u"status: 1 balises CONC reconcaténées."_s,
+                               "box: "_L1 + NoTagToDelete,
+                               u"status: Suppression des balises en cours..."_s,
+                               u"status: 2 balises supprimées."_s,
+                               u"journal window"_s,
+                               u"gbDelTags off"_s,
+                               u"leValueToDel="_s,
+                               u"leStrPlitCsv="_s,
+                               u"bar hidden"_s,
+                           }));
+    QCOMPARE(form.runJournal(), (QStringList{
+                                    Folded,
+                                    u"INFO : 1 balises CONC reconcaténées."_s,
+                                    u"INFO : Suppression de l'entrée : CONT 1 CONT suite (l.8)"_s,
+                                    u"INFO : Suppression de l'entrée :  0 @N1@ NOTE texte (l.7)"_s,
+                                    u"INFO : 2 suppressions effectuées."_s,
+                                }));
+    QVERIFY(!form.progress()->isVisible());
+}
+
+void TstApply::stateWhileTheBoxIsOpen()
+{
+    Form form;
+    form.set({u"gbDelTags"_s, u"cbDelEmptyTags"_s, u"gbReplaceString"_s});
+    const QStringList filled = form.filled();
+
+    form.boxes().setInspector([&form, &filled](const QMessageBox *) {
+        QVERIFY(form.progress()->isVisible());
+        QCOMPARE(form.journalWindows().size(), 0);
+        // The folding counts as done, and the box itself is no matter for the journal.
+        QCOMPARE(form.runJournal(),
+                 (QStringList{Folded, u"INFO : 1 balises CONC reconcaténées."_s}));
+        QCOMPARE(form.filled(), filled);
+    });
+    // The box is closed by now, and its group runs with what the form still holds.
+    const auto connection = connect(form.statusBar(), &QStatusBar::messageChanged, this,
+                                    [&form, &filled](const QString &text) {
+                                        if (text != "Suppression des balises en cours..."_L1)
+                                            return;
+                                        QCOMPARE(form.runJournal().size(), 2);
+                                        QCOMPARE(form.filled(), filled);
+                                        QVERIFY(form.find<QWidget>(u"gbDelTags"_s)->isEnabled());
+                                        QVERIFY(form.find<QWidget>(u"leTagsToDel"_s)->isEnabled());
+                                        QVERIFY(form.find<QWidget>(u"pbApply"_s)->isEnabled());
+                                    });
+    form.apply();
+    disconnect(connection);
+
+    QCOMPARE(form.messages(), QStringList{NoTagToDelete});
+    QCOMPARE(form.boxes().titles(), QStringList{u"Erreur"_s});
+    QVERIFY(form.boxes().allCritical(nullptr));
+}
+
+void TstApply::everySelectorOff()
+{
+    Form form;
+    // Fields without their selector are of no account.
+    form.set({u"leTagsToDel=NOTE"_s, u"leTextOri=texte"_s, u"leNewMediaPath=C:\\images"_s});
+    const QByteArray before = readBytes(form.path());
+    form.apply();
+
+    QCOMPARE(form.messages(), QStringList());
+    QCOMPARE(form.runJournal(), (QStringList{Folded, u"INFO : 1 balises CONC reconcaténées."_s}));
+    QCOMPARE(form.statusBar()->currentMessage(), u"1 balises CONC reconcaténées."_s);
+    QCOMPARE(form.journalWindows().size(), 1);
+    QVERIFY(form.journalWindows().constFirst()->isVisible());
+    QCOMPARE(form.journalWindows().constFirst()->windowTitle(), u"Journal"_s);
+    QCOMPARE(journalIn(form.journalWindows().constFirst()), form.journal());
+    QVERIFY(!form.progress()->isVisible());
+    QCOMPARE(form.filled(), QStringList{u"rbMarkdown"_s});
+
+    // The run is one of the tree in memory.
+    QCOMPARE(readBytes(form.path()), before);
+    QCOMPARE(form.folder().entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList{u"arbre.ged"_s});
+}
+
+void TstApply::everyRunOpensAJournalWindow()
+{
+    Form form;
+    form.apply();
+    const QStringList afterFirst = form.journal();
+    form.set({u"gbDelTags"_s, u"leTagsToDel=NAME"_s});
+    form.apply();
+
+    const QList<FenJournal *> windows = form.journalWindows();
+    QCOMPARE(windows.size(), 2);
+    QCOMPARE(journalIn(windows.at(0)), afterFirst);
+    const QStringList secondRun{
+        u"INFO : 0 balises CONC reconcaténées."_s,
+        u"INFO : Suppression de l'entrée : INDI.NAME 1 NAME Jean /DUPONT/ (l.4)"_s,
+        u"INFO : 1 suppressions effectuées."_s,
+    };
+    QCOMPARE(journalIn(windows.at(1)), afterFirst + secondRun);
+}
+
+void TstApply::usableAfterAMessage()
+{
+    Form form;
+    form.set({u"gbDelTags"_s});
+    form.apply();
+    QCOMPARE(form.messages(), QStringList{NoTagToDelete});
+    QCOMPARE(form.deleted(), u"8 7"_s);
+    QVERIFY(form.find<QWidget>(u"pbApply"_s)->isEnabled());
+
+    form.set({u"gbDelTags"_s, u"leTagsToDel=NOTE"_s});
+    form.apply();
+    QCOMPARE(form.messages(), QStringList{NoTagToDelete});
+    QCOMPARE(form.deleted(), u"8 7 5"_s);
+    QVERIFY(form.find<QWidget>(u"pbApply"_s)->isEnabled());
+}
+
+void TstApply::requirements_data()
+{
+    QTest::addColumn<QStringList>("settings");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("deleted");
+
+    const auto row = [](const char *name, const QStringList &settings, const QString &message = {},
+                        const QString &deleted = u"5"_s) {
+        QTest::newRow(name) << settings << message << deleted;
+    };
+    row("links, no file", {u"gbSetURLLinks"_s}, NoFiles);
+    row("links, with a file", {u"gbSetURLLinks"_s, u"csv"_s});
+    row("links without a file, deletion without a tag", {u"gbSetURLLinks"_s, u"leTagsToDel="_s},
+        NoFiles, u"8 7"_s);
+    const QStringList extract{u"gbSetURLLinks"_s, u"csv"_s, u"gbExtractMediasToKeep"_s};
+    row("extraction, no folder", extract, NoFolders);
+    row("extraction, source only", extract + QStringList{u"leExtractMediasSource=~/medias"_s},
+        NoFolders);
+    row("extraction, destination only", extract + QStringList{u"leExtractMediasToKeep=~/medias"_s},
+        NoFolders);
+    row("extraction, both folders", extract
+                                        + QStringList{u"leExtractMediasSource=~/medias"_s,
+                                                      u"leExtractMediasToKeep=~/medias"_s});
+    row("extraction, links off", {u"gbExtractMediasToKeep"_s});
+    row("links, no separator", {u"gbSetURLLinks"_s, u"csv"_s, u"leStrPlitCsv="_s}, NoSeparator);
+    row("links, a blank as separator", {u"gbSetURLLinks"_s, u"csv"_s, u"leStrPlitCsv= "_s});
+    row("no separator, links off", {u"leStrPlitCsv="_s});
+
+    const auto move = [&row](const char *name, const QString &sour, const QString &dest,
+                             const QString &message = {}) {
+        row(name, {u"gbMoveTagContent"_s, "leTagSour="_L1 + sour, "leTagDest="_L1 + dest}, message);
+    };
+    move("move, no tag", {}, {}, NoTags);
+    move("move, source only", u"INDI.NOTE"_s, {}, NoTags);
+    move("move, destination only", {}, u"INDI.NOTE"_s, NoTags);
+    move("move, two to one", u"INDI.NOTE;FAM.NOTE"_s, u"INDI.TEXT"_s, UnequalCount);
+    move("move, one to two", u"INDI.TEXT"_s, u"INDI.NOTE;FAM.NOTE"_s, UnequalCount);
+    move("move, an empty part counts", u"INDI.NOTE;"_s, u"INDI.TEXT"_s, UnequalCount);
+    move("move, another base", u"INDI.NOTE"_s, u"FAM.NOTE"_s, UnequalBase);
+    move("move, another base in the second pair", u"INDI.NOTE;FAM.NOTE"_s, u"INDI.TEXT;INDI.TEXT"_s,
+         UnequalBase);
+    move("move, base in lower case", u"indi.NOTE"_s, u"INDI.NOTE"_s, UnequalBase);
+    move("move, base behind a blank", u" INDI.NOTE"_s, u"INDI.NOTE"_s, UnequalBase);
+    move("move, same bases in pairs", u"INDI.NOTE;FAM.NOTE"_s, u"INDI.TEXT;FAM.TEXT"_s);
+    move("move, two empty parts are a pair", u"INDI.NOTE;"_s, u"INDI.TEXT;"_s);
+    move("move, a base alone", u"INDI"_s, u"INDI.NOTE"_s);
+    row("unequal tags, move off", {u"leTagSour=INDI.NOTE"_s, u"leTagDest=FAM.NOTE;X"_s});
+
+    row("media path, none", {u"gbReplaceMediaPath"_s}, NoPath);
+    row("media path", {u"gbReplaceMediaPath"_s, u"leNewMediaPath=C:\\images"_s});
+    row("media path deleted", {u"gbReplaceMediaPath"_s, u"cbDelMediaPath"_s});
+    row("media path filled and deleted",
+        {u"gbReplaceMediaPath"_s, u"cbDelMediaPath"_s, u"leNewMediaPath=C:/images/"_s});
+
+    row("deletion, no tag", {u"leTagsToDel="_s}, NoTagToDelete, u"8 7"_s);
+    row("deletion, a final semicolon", {u"leTagsToDel=NOTE;"_s}, {}, u"8 7 5"_s);
+    row("deletion, semicolon alone", {u"leTagsToDel=;"_s}, {}, u"8 7"_s);
+    row("deletion by content, no value", {u"cbDelIfContent"_s}, NoValueToDelete);
+    row("deletion by content", {u"cbDelIfContent"_s, u"leValueToDel=texte"_s});
+    row("deletion, regex without content", {u"cbDelIfContentRX"_s});
+
+    row("replacement, no text", {u"gbReplaceString"_s}, NoText);
+    row("replacement, new text only", {u"gbReplaceString"_s, u"leTextDest=b"_s}, NoText);
+    row("replacement by nothing", {u"gbReplaceString"_s, u"leTextOri=zzz"_s});
+
+    row("spacing and links to click have no condition",
+        {u"cbEspacer"_s, u"gbClickablesLinks"_s, u"leTagToClickable="_s});
+
+    // Everything is missing at first, and is then put right in the order of the messages.
+    QStringList settings{
+        u"gbSetURLLinks"_s,
+        u"gbExtractMediasToKeep"_s,
+        u"leStrPlitCsv="_s,
+        u"gbMoveTagContent"_s,
+        u"leTagSour=INDI.NAME;FAM.X"_s,
+        u"leTagDest="_s,
+        u"gbReplaceMediaPath"_s,
+        u"leTagsToDel="_s,
+        u"cbDelIfContent"_s,
+        u"leValueToDel="_s,
+        u"gbReplaceString"_s,
+    };
+    const struct
+    {
+        QString message;
+        QStringList remedy;
+    } steps[] = {
+        {NoFiles, {u"csv"_s}},
+        {NoFolders, {u"leExtractMediasSource=~/medias"_s, u"leExtractMediasToKeep=~/medias"_s}},
+        {NoSeparator, {u"leStrPlitCsv=,"_s}},
+        {NoTags, {u"leTagDest=FAM.X"_s}},
+        {UnequalCount, {u"leTagDest=FAM.X;INDI.NAME"_s}},
+        {UnequalBase, {u"leTagDest=INDI.NICK;FAM.Y"_s}},
+        {NoPath, {u"leNewMediaPath=images"_s}},
+        {NoTagToDelete, {u"leTagsToDel=NOTE"_s}},
+        {NoValueToDelete, {u"leValueToDel=texte"_s}},
+        {NoText, {u"leTextOri=zzz"_s}},
+        {{}, {}},
+    };
+    for (const auto &step : steps) {
+        const bool notes = settings.contains("leTagsToDel=NOTE"_L1);
+        row(qPrintable("missing to the end: " + step.message), settings, step.message,
+            notes ? u"5"_s : u"8 7"_s);
+        settings += step.remedy;
+    }
+}
+
+void TstApply::requirements()
+{
+    QFETCH(QStringList, settings);
+    QFETCH(QString, message);
+    QFETCH(QString, deleted);
+
+    Form form;
+    QVERIFY(form.folder().mkdir(u"medias"_s));
+    form.set(QStringList{u"gbDelTags"_s, u"leTagsToDel=NOTE"_s} + settings);
+    form.apply();
+
+    QCOMPARE(form.messages(), message.isEmpty() ? QStringList() : QStringList{message});
+    QCOMPARE(form.boxes().titles(), message.isEmpty() ? QStringList() : QStringList{u"Erreur"_s});
+    QVERIFY(form.boxes().allCritical(nullptr));
+    // Whatever was said, the run has gone on to its end.
+    QCOMPARE(form.deleted(), deleted);
+    QCOMPARE(form.journalWindows().size(), 1);
+    QCOMPARE(form.filled(), QStringList{u"rbMarkdown"_s});
+    QVERIFY(!form.progress()->isVisible());
+}
+
+void TstApply::cancelledCorrespondenceFile()
+{
+    Form form;
+    form.set({u"gbSetURLLinks"_s});
+    {
+        const AnsweredFileDialogs dialogs{QString()};
+        form.find<QAbstractButton>(u"pbImportCsvLinks"_s)->click();
+        QCOMPARE(dialogs.count(), 1);
+    }
+    form.apply();
+    QCOMPARE(form.messages(), QStringList{NoFiles});
+}
+
+void TstApply::deletionArguments_data()
+{
+    QTest::addColumn<QStringList>("settings");
+    QTest::addColumn<QString>("deleted");
+
+    const QString notes = u"7 6 5 4"_s;
+    const auto row = [](const char *name, const QStringList &settings, const QString &deleted) {
+        QTest::newRow(name) << settings << deleted;
+    };
+    row("one tag", {}, notes);
+    row("two tags", {u"leTagsToDel=NOTE;CHAR"_s}, notes + " 2"_L1);
+    row("an empty part is a pattern", {u"leTagsToDel=NOTE;"_s}, "10 9 "_L1 + notes);
+    row("parts are not trimmed", {u"leTagsToDel=NOTE; CHAR"_s}, notes);
+    row("full tag", {u"leTagsToDel=INDI.NOTE.DATE"_s}, u"6"_s);
+    row("empty ones", {u"cbDelEmptyTags"_s}, u"4"_s);
+    row("childless ones", {u"cbDelEmptyClilds"_s}, u"7 4"_s);
+    row("by content", {u"cbDelIfContent"_s, u"leValueToDel=Paris"_s}, u"7 6 5"_s);
+    row("by content, a pattern is a text", {u"cbDelIfContent"_s, u"leValueToDel=P.ris"_s}, {});
+    row("by content, regex", {u"cbDelIfContent"_s, u"cbDelIfContentRX"_s, u"leValueToDel=P.ris"_s},
+        u"7 6 5"_s);
+    row("by content, the value is not trimmed", {u"cbDelIfContent"_s, u"leValueToDel= France"_s},
+        u"7"_s);
+    row("a value alone", {u"leValueToDel=Paris"_s}, notes);
+    row("regex alone", {u"cbDelIfContentRX"_s, u"leValueToDel=Paris"_s}, notes);
+    row("all conditions",
+        {u"cbDelEmptyTags"_s, u"cbDelEmptyClilds"_s, u"cbDelIfContent"_s, u"leValueToDel=OT"_s},
+        u"4"_s);
+}
+
+void TstApply::deletionArguments()
+{
+    QFETCH(QStringList, settings);
+    QFETCH(QString, deleted);
+
+    Form form({
+        u"0 HEAD"_s,
+        u"1 CHAR UTF-8"_s,
+        u"0 @I1@ INDI"_s,
+        u"1 NOTE"_s,
+        u"1 NOTE texte"_s,
+        u"2 DATE Paris"_s,
+        u"1 NOTE Paris, France"_s,
+        u"1 TEXT P.ris"_s,
+        u"0 @N1@ NOTE court"_s,
+        u"1 CONT suite"_s,
+    });
+    form.set(QStringList{u"gbDelTags"_s, u"leTagsToDel=NOTE"_s} + settings);
+    form.apply();
+
+    QCOMPARE(form.deleted(), deleted);
+    QCOMPARE(form.messages(), QStringList());
+    QCOMPARE(form.runJournal().constFirst(), u"INFO : 0 balises CONC reconcaténées."_s);
+    const qsizetype count = deleted.isEmpty() ? 0 : deleted.count(u' ') + 1;
+    QCOMPARE(form.runJournal().constLast(), u"INFO : %1 suppressions effectuées."_s.arg(count));
+}
+
+void TstApply::groupIsReadWhenItsTurnComes_data()
+{
+    QTest::addColumn<QStringList>("settings");
+    QTest::addColumn<QStringList>("later");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("deleted");
+
+    QTest::newRow("the field that the box asks for")
+        << QStringList{u"gbDelTags"_s} << QStringList{u"leTagsToDel=NOTE"_s} << NoTagToDelete
+        << u"5"_s;
+    QTest::newRow("the group itself")
+        << QStringList{u"gbReplaceString"_s} << QStringList{u"gbDelTags"_s, u"leTagsToDel=NAME"_s}
+        << NoText << u"4"_s;
+    QTest::newRow("a condition") << QStringList{u"gbDelTags"_s, u"leTagsToDel=NOTE;NAME"_s,
+                                                u"cbDelIfContent"_s}
+                                 << QStringList{u"leValueToDel=DUPONT"_s} << NoValueToDelete
+                                 << u"4"_s;
+}
+
+void TstApply::groupIsReadWhenItsTurnComes()
+{
+    QFETCH(QStringList, settings);
+    QFETCH(QStringList, later);
+    QFETCH(QString, message);
+    QFETCH(QString, deleted);
+
+    Form form;
+    form.set(settings);
+    form.boxes().setInspector([&form, &later](QMessageBox *) { form.set(later); });
+    form.apply();
+    QCOMPARE(form.messages(), QStringList{message});
+    QCOMPARE(form.deleted(), deleted);
+}
+
+void TstApply::orderOfTheReset()
+{
+    Form form;
+    form.set({u"cbEspacer"_s,
+              u"leTagsToDel=ZZZ"_s,
+              u"cbDelEmptyTags"_s,
+              u"cbDelEmptyClilds"_s,
+              u"leValueToDel=x"_s,
+              u"cbDelIfContentRX"_s,
+              u"cbDelIfContent"_s,
+              u"gbDelTags"_s,
+              u"leStrPlitCsv=x"_s,
+              u"cbUrlInEvt"_s,
+              u"cbUrlInSour"_s,
+              u"cbDelTagObjeFile"_s,
+              u"gbExtractMediasToKeep"_s,
+              u"leExtractMediasSource=~/x"_s,
+              u"leExtractMediasToKeep=~/x"_s,
+              u"gbSetURLLinks"_s,
+              u"leTagToClickable=ZZZ"_s,
+              u"gbClickablesLinks"_s,
+              u"leNewMediaPath=x"_s,
+              u"cbDelMediaPath"_s,
+              u"gbReplaceMediaPath"_s,
+              u"leTagSour=ZZZ"_s,
+              u"leTagDest=ZZZ"_s,
+              u"cbCpSourDestContent"_s,
+              u"cbDelTagSour"_s,
+              u"cbCreateDestTag"_s,
+              u"gbMoveTagContent"_s,
+              u"leTextOri=zzz"_s,
+              u"leTextDest=zzz"_s,
+              u"leTagToApply=ZZZ"_s,
+              u"cbRegex"_s,
+              u"cbSensible"_s,
+              u"gbReplaceString"_s});
+    const Order order(form);
+    form.apply();
+
+    const QStringList reset{
+        u"journal window"_s,
+        u"cbEspacer off"_s,
+        u"gbDelTags off"_s,
+        u"leTagsToDel="_s,
+        u"cbDelEmptyTags off"_s,
+        u"cbDelEmptyClilds off"_s,
+        u"leValueToDel="_s,
+        u"cbDelIfContentRX off"_s,
+        u"cbDelIfContent off"_s,
+        u"leStrPlitCsv="_s,
+        u"cbUrlInEvt off"_s,
+        // The answer to the next one, within it: the group is still checked.
+        u"cbUrlInEvt on"_s,
+        u"cbUrlInSour off"_s,
+        u"cbDelTagObjeFile off"_s,
+        u"gbExtractMediasToKeep off"_s,
+        u"leExtractMediasSource="_s,
+        u"leExtractMediasToKeep="_s,
+        u"gbSetURLLinks off"_s,
+        u"gbClickablesLinks off"_s,
+        u"leTagToClickable="_s,
+        u"gbReplaceMediaPath off"_s,
+        u"leNewMediaPath="_s,
+        u"cbDelMediaPath off"_s,
+        u"leTagSour="_s,
+        u"leTagDest="_s,
+        u"cbCpSourDestContent off"_s,
+        u"cbDelTagSour off"_s,
+        u"cbCreateDestTag off"_s,
+        u"gbMoveTagContent off"_s,
+        u"gbReplaceString off"_s,
+        u"leTextOri="_s,
+        u"leTextDest="_s,
+        u"leTagToApply="_s,
+        u"cbRegex off"_s,
+        u"cbSensible off"_s,
+        u"bar hidden"_s,
+    };
+    QCOMPARE(order.events.mid(order.events.indexOf(u"journal window"_s)), reset);
+    QCOMPARE(form.filled(), (QStringList{u"cbUrlInEvt"_s, u"rbMarkdown"_s}));
+}
+
+void TstApply::keptByTheReset()
+{
+    Form form;
+    form.set({u"gbSetURLLinks"_s, u"csv"_s, u"rbHtml"_s, u"cbSourceMultiUse"_s,
+              u"cbFiltreSensible"_s, u"cbFiltrerRegex"_s, u"leRecherche=Jean"_s});
+    form.apply();
+
+    QCOMPARE(form.messages(), QStringList());
+    QCOMPARE(form.filled(), QStringList{u"rbHtml"_s});
+    QCOMPARE(form.find<QLineEdit>(u"leRecherche"_s)->text(), u"Jean"_s);
+    QVERIFY(form.find<QAbstractButton>(u"cbSourceMultiUse"_s)->isChecked());
+    QVERIFY(form.find<QAbstractButton>(u"cbFiltreSensible"_s)->isChecked());
+    QVERIFY(form.find<QAbstractButton>(u"cbFiltrerRegex"_s)->isChecked());
+    QVERIFY(!form.find<QAbstractButton>(u"cbSourceDateDiff"_s)->isChecked());
+
+    // The picked files are still known; the default separator is gone for good.
+    form.set({u"gbSetURLLinks"_s});
+    form.apply();
+    QCOMPARE(form.messages(), QStringList{NoSeparator});
+}
+
+void TstApply::linkKindsAfterTheReset_data()
+{
+    QTest::addColumn<QStringList>("settings");
+    QTest::addColumn<QStringList>("left");
+
+    const QStringList none{u"rbMarkdown"_s};
+    const QStringList event{u"cbUrlInEvt"_s, u"rbMarkdown"_s};
+    QTest::newRow("group on, note") << QStringList{u"cbUrlInEvt"_s, u"gbSetURLLinks"_s} << event;
+    QTest::newRow("group on, source") << QStringList{u"cbUrlInSour"_s, u"gbSetURLLinks"_s} << event;
+    QTest::newRow("group on, both")
+        << QStringList{u"cbUrlInEvt"_s, u"cbUrlInSour"_s, u"gbSetURLLinks"_s} << event;
+    QTest::newRow("group on, neither") << QStringList{u"gbSetURLLinks"_s} << none;
+    QTest::newRow("group off, note") << QStringList{u"cbUrlInEvt"_s} << none;
+    QTest::newRow("group off, source") << QStringList{u"cbUrlInSour"_s} << none;
+    QTest::newRow("group off, both") << QStringList{u"cbUrlInEvt"_s, u"cbUrlInSour"_s} << none;
+}
+
+void TstApply::linkKindsAfterTheReset()
+{
+    QFETCH(QStringList, settings);
+    QFETCH(QStringList, left);
+
+    Form form;
+    form.set(settings);
+    form.apply();
+    QCOMPARE(form.filled(), left);
+
+    // The next use of the group starts from there.
+    form.set({u"gbSetURLLinks"_s});
+    QCOMPARE(form.filled(), QStringList{u"gbSetURLLinks"_s} + left);
+}
+
+void TstApply::mediaPathAfterTheReset_data()
+{
+    QTest::addColumn<QStringList>("settings");
+    QTest::newRow("deletion of the path") << QStringList{u"cbDelMediaPath"_s};
+    QTest::newRow("deletion of the path, group on")
+        << QStringList{u"gbReplaceMediaPath"_s, u"cbDelMediaPath"_s};
+}
+
+void TstApply::mediaPathAfterTheReset()
+{
+    QFETCH(QStringList, settings);
+
+    Form form;
+    const auto *field = form.find<QWidget>(u"leNewMediaPath"_s);
+    const auto *picker = form.find<QWidget>(u"pbOpenNewMediaPath"_s);
+    form.set(settings);
+    QVERIFY(!field->isEnabled());
+    QVERIFY(!picker->isEnabled());
+    form.apply();
+
+    form.set({u"gbReplaceMediaPath"_s});
+    QVERIFY(field->isEnabled());
+    QVERIFY(picker->isEnabled());
+}
+
+void TstApply::valueFieldAfterTheReset_data()
+{
+    QTest::addColumn<QStringList>("clicks");
+    QTest::addColumn<QStringList>("settings");
+    QTest::addColumn<bool>("enabled");
+
+    QTest::newRow("never clicked") << QStringList{} << QStringList{} << true;
+    QTest::newRow("checked by the program")
+        << QStringList{} << QStringList{u"gbDelTags"_s, u"cbDelIfContent"_s} << true;
+    QTest::newRow("group clicked on") << QStringList{u"gbDelTags"_s} << QStringList{} << false;
+    QTest::newRow("content clicked on")
+        << QStringList{u"gbDelTags"_s, u"cbDelIfContent"_s} << QStringList{} << true;
+    QTest::newRow("content clicked on and off")
+        << QStringList{u"gbDelTags"_s, u"cbDelIfContent"_s, u"cbDelIfContent"_s} << QStringList{}
+        << false;
+    QTest::newRow("group clicked on, content checked by the program")
+        << QStringList{u"gbDelTags"_s} << QStringList{u"cbDelIfContent"_s} << false;
+}
+
+void TstApply::valueFieldAfterTheReset()
+{
+    QFETCH(QStringList, clicks);
+    QFETCH(QStringList, settings);
+    QFETCH(bool, enabled);
+
+    Form form;
+    for (const QString &name : std::as_const(clicks)) {
+        if (auto *button = form.find<QAbstractButton>(name))
+            button->click();
+        else
+            QTest::keyClick(form.find<QGroupBox>(name), Qt::Key_Space);
+        QVERIFY2(!form.filled().isEmpty(), qPrintable(name));
+    }
+    form.set(settings);
+    form.apply();
+    QCOMPARE(form.filled(), QStringList{u"rbMarkdown"_s});
+
+    form.set({u"gbDelTags"_s});
+    QCOMPARE(form.find<QWidget>(u"leValueToDel"_s)->isEnabled(), enabled);
+    QCOMPARE(form.find<QWidget>(u"cbDelIfContentRX"_s)->isEnabled(), enabled);
+    // A click of the user goes by the check box again.
+    QTest::keyClick(form.find<QGroupBox>(u"gbDelTags"_s), Qt::Key_Space);
+    QTest::keyClick(form.find<QGroupBox>(u"gbDelTags"_s), Qt::Key_Space);
+    QCOMPARE(form.filled(), (QStringList{u"gbDelTags"_s, u"rbMarkdown"_s}));
+    QVERIFY(!form.find<QWidget>(u"leValueToDel"_s)->isEnabled());
+    QVERIFY(!form.find<QWidget>(u"cbDelIfContentRX"_s)->isEnabled());
+}
+
+VARLUNE_TEST_MAIN(TstApply)
+#include "tst_apply.moc"

@@ -1,0 +1,651 @@
+#include "boxes.h"
+#include "document.h"
+#include "fenjournal.h"
+#include "filedialogs.h"
+#include "mainwindow.h"
+#include "testmain.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QFile>
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QStatusBar>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The operations, told by what the status bar says while they run.
+const QString Load = u"Chargement du fichier GED en cours..."_s;
+const QString Fold = u"Reconcaténation des balises en cours..."_s;
+const QString Delete = u"Suppression des balises en cours..."_s;
+const QString Measure = u"Vérification de la taille des balises en cours..."_s;
+const QString Cut = u"Déconcaténation de 25 balises > 255 caractères en cours..."_s;
+const QString WriteFile = u"Sauvegarde du fichier "_s;
+const QString WriteJournal = u"Sauvegarde du journal "_s;
+
+constexpr int Persons = 200;
+
+/// The lines of the large file. \p asSaved leaves the continuations as the file has them; without
+/// it they are folded. The occupations and the notes, with what belongs to them, can be left out.
+QStringList family(bool asSaved, bool occupations = true, bool notes = true)
+{
+    QStringList lines{u"0 HEAD"_s, u"1 CHAR UTF-8"_s};
+    for (int i = 1; i <= Persons; ++i) {
+        const QString n = QString::number(i);
+        lines += "0 @I"_L1 + n + "@ INDI"_L1;
+        lines += u"1 NAME Zoé %1 /DUPRÉ/"_s.arg(n);
+        lines += u"1 BIRT"_s;
+        lines += "2 DATE "_L1 + QString::number(1700 + i);
+        lines += u"2 PLAC Paris %1"_s.arg(n);
+        if (occupations)
+            lines += "1 OCCU "_L1 + n;
+        if (notes) {
+            lines += "1 NOTE "_L1 + n;
+            lines += u"2 CONT suite de %1"_s.arg(n);
+        }
+        lines += "1 EVEN "_L1 + n;
+        lines += u"2 TYPE civil %1"_s.arg(n);
+        if (notes)
+            lines += u"2 NOTE de l'évènement %1"_s.arg(n);
+        if (i % 8 == 0)
+            lines += u"1 TEXT acte %1 : "_s.arg(n) + u"un mot, "_s.repeated(90);
+        // Continuations stand only in the last quarter, which the folding has behind it when it is
+        // interrupted half-way.
+        const bool continued = i > Persons * 3 / 4;
+        lines += "1 RESI "_L1 + n + (continued && !asSaved ? u" et suite %1"_s.arg(n) : QString());
+        if (continued && asSaved)
+            lines += u"2 CONC  et suite %1"_s.arg(n);
+    }
+    return lines;
+}
+
+/// The lines with each CONC folded into the line before.
+QStringList folded(const QStringList &lines)
+{
+    QStringList result;
+    for (const QString &line : lines) {
+        if (line.mid(1).startsWith(" CONC "_L1))
+            result.last() += line.mid(int(qstrlen("2 CONC ")));
+        else
+            result += line;
+    }
+    return result;
+}
+
+QStringList withTrailer(const QStringList &lines)
+{
+    return lines + QStringList{u"0 TRLR"_s};
+}
+
+/// A header, and \p persons of two lines each; those after \p noted have lost their note.
+QStringList noted(int persons, int noted)
+{
+    QStringList lines{u"0 HEAD"_s, u"1 CHAR UTF-8"_s};
+    for (int i = 1; i <= persons; ++i) {
+        lines += u"0 @I%1@ INDI"_s.arg(i);
+        if (i <= noted)
+            lines += u"1 NOTE %1"_s.arg(i);
+    }
+    return lines;
+}
+
+QStringList journalIn(const FenJournal *fenJournal)
+{
+    QString text = fenJournal->findChild<QPlainTextEdit *>()->toPlainText();
+    return journalWithoutTimes(text.replace(u'\n', "\r\n"_L1));
+}
+
+/// The real window, with a folder of its own.
+class Session
+{
+public:
+    explicit Session(const QStringList &lines)
+    {
+        writeLines(path(), withTrailer(lines));
+        // The window reads a parameter file while it is built.
+        const QString parameters = QCoreApplication::applicationDirPath() + "/PARAM.INI"_L1;
+        writeBytes(parameters, {});
+        window = std::make_unique<MainWindow>(nullptr);
+        QFile::remove(parameters);
+        window->show();
+    }
+    Q_DISABLE_COPY_MOVE(Session)
+
+    QString path(const QString &name = u"arbre.ged"_s) const
+    {
+        return folder.filePath(name);
+    }
+    template <typename T>
+    T *find(const QString &name) const
+    {
+        return window->findChild<T *>(name);
+    }
+    QProgressBar *progress() const
+    {
+        return window->findChild<QProgressBar *>();
+    }
+    QString status() const
+    {
+        return find<QStatusBar>(u"statusbar"_s)->currentMessage();
+    }
+    QTreeWidget *tree() const
+    {
+        return find<QTreeWidget>(u"treeWidget"_s);
+    }
+    QList<FenJournal *> journalWindows() const
+    {
+        return window->findChildren<FenJournal *>();
+    }
+    /// The whole journal, read in a window of its own that goes away again.
+    QStringList journal() const
+    {
+        trigger(u"actionJournal"_s);
+        const std::unique_ptr<FenJournal> fenJournal(journalWindows().constLast());
+        return journalIn(fenJournal.get());
+    }
+
+    void trigger(const QString &action) const
+    {
+        find<QAction>(action)->trigger();
+    }
+    /// Triggers the action and gives \p answer in its file dialog.
+    void triggerDialog(const QString &action, const QString &answer)
+    {
+        m_dialogs.emplace(answer);
+        trigger(action);
+        endDialogs();
+    }
+    void open()
+    {
+        triggerDialog(u"actionOuvrir"_s, path());
+    }
+    void save() const
+    {
+        trigger(u"actionEnregistrerFichier"_s);
+    }
+    /// "gbDelTags" checks a control, "!gbDelTags" unchecks it, "leTagsToDel=NOTE" fills one.
+    void set(const QStringList &settings) const
+    {
+        for (const QString &setting : settings) {
+            const bool off = setting.startsWith(u'!');
+            const QString name = setting.section(u'=', 0, 0).mid(off ? 1 : 0);
+            auto *widget = find<QWidget>(name);
+            if (!widget
+                || !(setting.contains(u'=') ? widget->setProperty("text", setting.section(u'=', 1))
+                                            : widget->setProperty("checked", !off))) {
+                QTest::qFail(qPrintable("no such setting: " + setting), __FILE__, __LINE__);
+            }
+        }
+    }
+    void apply(const QStringList &settings) const
+    {
+        set(settings);
+        find<QAbstractButton>(u"pbApply"_s)->click();
+    }
+
+    /// Calls \p action once, by an event that is delivered while \p operation processes events,
+    /// half-way through it.
+    void during(const QString &operation, const std::function<void()> &action)
+    {
+        QObject::connect(progress(), &QProgressBar::valueChanged, window.get(),
+                         [this, operation, action](int value) {
+                             if (m_posted || !status().startsWith(operation)
+                                 || value < progress()->maximum() / 2) {
+                                 return;
+                             }
+                             m_posted = true;
+                             const auto deliver = [this, operation, action] {
+                                 // Not later: the operation is still at it.
+                                 interrupted = status().startsWith(operation) && !m_operationEnded;
+                                 endDialogs(); // those of the operation have been answered
+                                 action();
+                             };
+                             QMetaObject::invokeMethod(window.get(), deliver, Qt::QueuedConnection);
+                         });
+    }
+    void run(const std::function<void()> &operation)
+    {
+        operation();
+        m_operationEnded = true;
+    }
+
+    const QTemporaryDir folder;
+    std::unique_ptr<MainWindow> window;
+    AnsweredBoxes boxes;
+    int dialogCount = 0;
+    bool interrupted = false;
+
+private:
+    void endDialogs()
+    {
+        if (m_dialogs)
+            dialogCount += m_dialogs->count();
+        m_dialogs.reset();
+    }
+
+    std::optional<AnsweredFileDialogs> m_dialogs;
+    bool m_posted = false;
+    bool m_operationEnded = false;
+};
+
+int deletionCount(const QStringList &journal)
+{
+    return int(journal.filter(u"INFO : Suppression de l'entrée : "_s).size());
+}
+
+} // namespace
+
+class TstEvents : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void actionDuringAnOperation_data();
+    void actionDuringAnOperation();
+    void openDuringALoad_data();
+    void openDuringALoad();
+    void applyDuringADeletion();
+    void saveAsDuringADeletion();
+    void editOfTheForm_data();
+    void editOfTheForm();
+    void closingTheWindow_data();
+    void closingTheWindow();
+};
+
+void TstEvents::actionDuringAnOperation_data()
+{
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<QString>("action");
+
+    const struct
+    {
+        const char *name;
+        QString status;
+    } operations[] = {
+        {"load", Load},
+        {"folding", Fold},
+        {"deletion", Delete},
+        {"measuring", Measure},
+        {"cutting", Cut},
+        {"writing", WriteFile},
+        {"journal file", WriteJournal},
+    };
+    for (const auto &operation : operations) {
+        for (const char *action :
+             {"open", "save", "save as", "apply", "journal", "close", "click", "expand"}) {
+            if (operation.status == Load && qstrcmp(action, "open") == 0)
+                continue; // has rows of its own
+            QTest::addRow("%s during %s", action, operation.name)
+                << operation.status << QString::fromLatin1(action);
+        }
+    }
+}
+
+void TstEvents::actionDuringAnOperation()
+{
+    QFETCH(QString, operation);
+    QFETCH(QString, action);
+
+    Session session(family(true));
+    const bool loading = operation == Load;
+    const bool applying = operation == Fold || operation == Delete;
+    const QStringList deleteNotes{u"gbDelTags"_s, u"leTagsToDel=NOTE"_s};
+    if (!loading) {
+        session.open();
+        if (!applying) {
+            // So that the journal has many lines, and some entries are hidden.
+            session.apply({u"gbDelTags"_s, u"leTagsToDel=OCCU"_s});
+            qDeleteAll(session.journalWindows());
+        }
+    }
+    const int dialogsBefore = session.dialogCount;
+    QTreeWidgetItem *clicked = nullptr;
+
+    session.during(operation, [&] {
+        if (action == "open"_L1) {
+            session.triggerDialog(u"actionOuvrir"_s, session.path());
+        } else if (action == "save"_L1) {
+            session.save();
+        } else if (action == "save as"_L1) {
+            session.triggerDialog(u"actionEnregistrerFichier_sous"_s, session.path(u"autre.ged"_s));
+        } else if (action == "apply"_L1) {
+            session.apply(deleteNotes);
+        } else if (action == "journal"_L1) {
+            session.trigger(u"actionJournal"_s);
+        } else if (action == "close"_L1) {
+            QVERIFY(session.window->close());
+        } else if (action == "expand"_L1) {
+            session.tree()->expandAll();
+        } else if (action == "click"_L1) {
+            QTreeWidget *tree = session.tree();
+            QTreeWidgetItem *persons = tree->topLevelItem(1);
+            persons->setExpanded(true);
+            clicked = persons->child(3);
+            clicked->setExpanded(true);
+            tree->scrollToItem(clicked);
+            QTest::mouseClick(tree->viewport(), Qt::LeftButton, {},
+                              tree->visualRect(tree->indexFromItem(clicked)).center());
+            QCOMPARE(tree->currentItem(), clicked);
+        }
+    });
+    session.run([&] {
+        if (loading)
+            session.open();
+        else if (applying)
+            session.apply(deleteNotes);
+        else
+            session.save();
+    });
+
+    QVERIFY(session.interrupted);
+    QCOMPARE(session.boxes.texts(), QStringList());
+    QVERIFY(!session.progress()->isVisible());
+    QCOMPARE(session.window->isVisible(), action != "close"_L1);
+    QVERIFY(!session.find<QAction>(u"actionOuvrir"_s)->isEnabled());
+    QVERIFY(session.find<QAction>(u"actionEnregistrerFichier"_s)->isEnabled());
+    // A second load is never offered, and before the first there is nothing to save or to rework.
+    const bool saved = !loading && (action == "save"_L1 || action == "save as"_L1);
+    const bool applied = !loading && action == "apply"_L1;
+    QCOMPARE(session.dialogCount - dialogsBefore,
+             (loading ? 1 : 0) + (saved && action == "save as"_L1 ? 1 : 0));
+    QCOMPARE(session.journalWindows().size(),
+             (applying ? 1 : 0) + (applied ? 1 : 0) + (action == "journal"_L1 ? 1 : 0));
+    if (applying || applied) {
+        QVERIFY(!session.find<QGroupBox>(u"gbDelTags"_s)->isChecked());
+        QCOMPARE(session.find<QLineEdit>(u"leTagsToDel"_s)->text(), QString());
+    }
+    if (action == "click"_L1)
+        QCOMPARE(session.tree()->currentItem(), clicked);
+    if (action == "expand"_L1)
+        QVERIFY(session.tree()->topLevelItem(1)->isExpanded());
+
+    // Each entry has been deleted once, whoever did it.
+    const QStringList journal = session.journal();
+    const bool occupations = loading || applying;
+    const bool notes = !applying && !applied;
+    QCOMPARE(deletionCount(journal), (occupations ? 0 : Persons) + (notes ? 0 : 3 * Persons));
+    QCOMPARE(journal.count(u"INFO : Chargement du fichier GED terminé."_s), 1);
+    QCOMPARE(journal.filter("INFO : Fichier "_L1 + session.path() + u" sauvegardé."_s).size(),
+             (loading || applying ? 0 : 1) + (saved && action == "save"_L1 ? 1 : 0));
+    if (saved && action == "save as"_L1)
+        QVERIFY(QFile::exists(session.path(u"autre.ged"_s)));
+
+    // Nothing is lost and nothing doubled: the document can be saved, and holds each live line.
+    const QStringList expected = withTrailer(family(false, occupations, notes));
+    if (!loading && !applying && !applied)
+        QCOMPARE(folded(readLines(session.path())), expected);
+    session.save();
+    QCOMPARE(session.boxes.texts(), QStringList());
+    const QStringList lines = readLines(session.path());
+    QCOMPARE(folded(lines), expected);
+    for (const QString &line : lines)
+        QVERIFY2(line.size() <= 255, qPrintable(line));
+}
+
+void TstEvents::openDuringALoad_data()
+{
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<QStringList>("nestedJournal");
+    QTest::addColumn<QString>("found");
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<QStringList>("saved");
+    QTest::addColumn<QStringList>("boxes");
+
+    // The load is interrupted behind line 200, the last one of person 99. The persons before leave
+    // the document and stay on screen.
+    const QStringList all = noted(124, 124);
+    const QStringList rest = all.mid(all.indexOf(u"0 @I99@ INDI"_s));
+    QTest::newRow("the same file") << u"arbre.ged"_s
+                                   << QStringList{u"INFO : Chargement de 251 lignes terminé."_s,
+                                                  u"INFO : Chargement du fichier GED terminé."_s,
+                                                  u"INFO : 125 entrées trouvées."_s}
+                                   << u"151"_s << u"248"_s << all + rest << QStringList{};
+    QTest::newRow("another file") << u"autre.ged"_s
+                                  << QStringList{u"INFO : Chargement de 5 lignes terminé."_s,
+                                                 u"INFO : Chargement du fichier GED terminé."_s,
+                                                 u"INFO : 2 entrées trouvées."_s}
+                                  << u"28"_s << u"125"_s << noted(1, 1) + rest << QStringList{};
+    QTest::newRow("cancelled") << QString()
+                               << QStringList{u"ERROR : Chargement du fichier impossible."_s,
+                                              u"ERROR : Chargement du fichier GED interrompu."_s}
+                               << u"125"_s << u"124"_s << all
+                               << QStringList{u"Impossible d'ouvrir le fichier "_s};
+}
+
+void TstEvents::openDuringALoad()
+{
+    QFETCH(QString, answer);
+    QFETCH(QStringList, nestedJournal);
+    QFETCH(QString, found);
+    QFETCH(QString, shown);
+    QFETCH(QStringList, saved);
+    QFETCH(QStringList, boxes);
+
+    Session session(noted(124, 124));
+    writeLines(session.path(u"autre.ged"_s), withTrailer(noted(1, 1)));
+    const QString path = answer.isEmpty() ? QString() : session.path(answer);
+    session.during(Load, [&] { session.triggerDialog(u"actionOuvrir"_s, path); });
+    session.run([&] { session.open(); });
+
+    QVERIFY(session.interrupted);
+    QCOMPARE(session.dialogCount, 2);
+    QCOMPARE(session.boxes.texts(), boxes);
+    QCOMPARE(session.status(), u"Chargement du fichier GED terminé"_s);
+    QVERIFY(!session.find<QAction>(u"actionOuvrir"_s)->isEnabled());
+    QVERIFY(!session.progress()->isVisible());
+    QCOMPARE(session.tree()->topLevelItemCount(), 7);
+    QCOMPARE(session.tree()->topLevelItem(1)->text(0), u"personnes"_s);
+    QCOMPARE(session.tree()->topLevelItem(1)->text(1), shown);
+    const QStringList begun{
+        "INFO : Chargement du fichier "_L1 + session.path(),
+        "INFO : Chargement du fichier "_L1 + path,
+    };
+    const QStringList ended{
+        u"INFO : Chargement de 251 lignes terminé."_s,
+        u"INFO : Chargement du fichier GED terminé."_s,
+        "INFO : "_L1 + found + u" entrées trouvées."_s,
+    };
+    QCOMPARE(session.journal(), begun + nestedJournal + ended);
+
+    // The document is saved where the load that began last has read.
+    session.save();
+    const bool elsewhere = answer == "autre.ged"_L1;
+    QCOMPARE(readLines(elsewhere ? path : session.path()), withTrailer(saved));
+    if (elsewhere)
+        QCOMPARE(readLines(session.path()), withTrailer(noted(124, 124)));
+}
+
+void TstEvents::applyDuringADeletion()
+{
+    Session session(noted(149, 149));
+    session.open();
+    QStringList expected =
+        session.journal() + QStringList{u"INFO : 0 balises CONC reconcaténées."_s};
+    const auto expectDeletions = [&expected](int last, int first) {
+        for (int i = last; i >= first; --i) {
+            expected += u"INFO : Suppression de l'entrée : INDI.NOTE 1 NOTE %1 (l.%2)"_s.arg(i).arg(
+                2 + 2 * i);
+        }
+    };
+    // 200 of the 300 entries have been looked at, from the last one on.
+    expectDeletions(149, 50);
+    expected += u"INFO : 0 balises CONC reconcaténées."_s;
+    expectDeletions(49, 1);
+    expected += u"INFO : 49 suppressions effectuées."_s;
+    const QStringList nested = expected;
+    expected += u"INFO : 100 suppressions effectuées."_s;
+
+    const QStringList settings{u"gbDelTags"_s, u"leTagsToDel=NOTE"_s};
+    session.during(Delete, [&] { session.apply({}); });
+    session.run([&] { session.apply(settings); });
+
+    QVERIFY(session.interrupted);
+    QCOMPARE(session.journalWindows().size(), 2);
+    QCOMPARE(journalIn(session.journalWindows().at(0)), nested);
+    QCOMPARE(journalIn(session.journalWindows().at(1)), expected);
+    QCOMPARE(session.status(), u"100 balises supprimées."_s);
+    session.save();
+    QCOMPARE(readLines(session.path()), withTrailer(noted(149, 0)));
+}
+
+void TstEvents::saveAsDuringADeletion()
+{
+    Session session(noted(149, 149));
+    session.open();
+    session.during(Delete, [&] {
+        session.triggerDialog(u"actionEnregistrerFichier_sous"_s, session.path(u"autre.ged"_s));
+    });
+    session.run([&] { session.apply({u"gbDelTags"_s, u"leTagsToDel=NOTE"_s}); });
+
+    QVERIFY(session.interrupted);
+    QCOMPARE(session.boxes.texts(), QStringList());
+    // The document as it stood at that moment, in the other file; all of it later in its own.
+    QCOMPARE(readLines(session.path(u"autre.ged"_s)), withTrailer(noted(149, 49)));
+    QCOMPARE(readLines(session.path()), withTrailer(noted(149, 149)));
+    session.save();
+    QCOMPARE(readLines(session.path(u"autre.ged"_s)), withTrailer(noted(149, 49)));
+    QCOMPARE(readLines(session.path()), withTrailer(noted(149, 0)));
+}
+
+void TstEvents::editOfTheForm_data()
+{
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<QStringList>("settings");
+    QTest::addColumn<QStringList>("edits");
+    QTest::addColumn<QStringList>("messages");
+    QTest::addColumn<QStringList>("summary");
+    QTest::addColumn<int>("deleted");
+
+    const QStringList none{u"INFO : 0 suppressions effectuées."_s};
+    const QStringList all{u"INFO : 149 suppressions effectuées."_s};
+    const QStringList notes{u"gbDelTags"_s, u"leTagsToDel=NOTE"_s};
+    QTest::newRow("a tag is put right")
+        << Fold << QStringList{u"gbDelTags"_s, u"leTagsToDel=ZZZ"_s}
+        << QStringList{u"leTagsToDel=NOTE"_s} << QStringList{} << all << 149;
+    QTest::newRow("a tag is put wrong")
+        << Fold << notes << QStringList{u"leTagsToDel=ZZZ"_s} << QStringList{} << none << 0;
+    QTest::newRow("a tag is taken away")
+        << Fold << notes << QStringList{u"leTagsToDel="_s}
+        << QStringList{u"Indiquer la ou les balises à supprimer."_s} << none << 0;
+    QTest::newRow("a group is added") << Fold << QStringList{u"leTagsToDel=NOTE"_s}
+                                      << QStringList{u"gbDelTags"_s} << QStringList{} << all << 149;
+    QTest::newRow("a group is taken away")
+        << Fold << notes << QStringList{u"!gbDelTags"_s} << QStringList{} << QStringList{} << 0;
+    QTest::newRow("a condition is added")
+        << Fold << notes << QStringList{u"cbDelEmptyTags"_s} << QStringList{} << none << 0;
+    QTest::newRow("a condition is taken away")
+        << Fold << notes + QStringList{u"cbDelEmptyTags"_s} << QStringList{u"!cbDelEmptyTags"_s}
+        << QStringList{} << all << 149;
+    QTest::newRow("a value is filled in")
+        << Fold << notes + QStringList{u"cbDelIfContent"_s} << QStringList{u"leValueToDel=99"_s}
+        << QStringList{} << QStringList{u"INFO : 1 suppressions effectuées."_s} << 1;
+    QTest::newRow("too late for the step that runs")
+        << Delete << notes
+        << QStringList{u"leTagsToDel=ZZZ"_s, u"cbDelEmptyTags"_s, u"!gbDelTags"_s} << QStringList{}
+        << all << 149;
+}
+
+void TstEvents::editOfTheForm()
+{
+    QFETCH(QString, operation);
+    QFETCH(QStringList, settings);
+    QFETCH(QStringList, edits);
+    QFETCH(QStringList, messages);
+    QFETCH(QStringList, summary);
+    QFETCH(int, deleted);
+
+    Session session(noted(149, 149));
+    session.open();
+    session.during(operation, [&] {
+        QVERIFY(session.find<QGroupBox>(u"mainGroupBox"_s)->isEnabled());
+        QVERIFY(session.find<QAbstractButton>(u"pbApply"_s)->isEnabled());
+        session.set(edits);
+    });
+    session.run([&] { session.apply(settings); });
+
+    QVERIFY(session.interrupted);
+    QCOMPARE(session.boxes.texts(), messages);
+    QCOMPARE(session.journal().filter(u" suppressions effectuées."_s), summary);
+    QCOMPARE(deletionCount(session.journal()), deleted);
+    // The form is emptied at the end all the same.
+    QVERIFY(!session.find<QGroupBox>(u"gbDelTags"_s)->isChecked());
+    QVERIFY(!session.find<QAbstractButton>(u"cbDelEmptyTags"_s)->isChecked());
+    QCOMPARE(session.find<QLineEdit>(u"leTagsToDel"_s)->text(), QString());
+    QCOMPARE(session.find<QLineEdit>(u"leValueToDel"_s)->text(), QString());
+}
+
+void TstEvents::closingTheWindow_data()
+{
+    QTest::addColumn<QString>("operation");
+
+    QTest::newRow("load") << Load;
+    QTest::newRow("folding") << Fold;
+    QTest::newRow("deletion") << Delete;
+    QTest::newRow("measuring") << Measure;
+    QTest::newRow("cutting") << Cut;
+    QTest::newRow("writing") << WriteFile;
+}
+
+void TstEvents::closingTheWindow()
+{
+    QFETCH(QString, operation);
+
+    Session session(family(true));
+    const bool loading = operation == Load;
+    const bool applying = operation == Fold || operation == Delete;
+    if (!loading)
+        session.open();
+    if (!loading && !applying)
+        session.apply({}); // folds what can then be cut
+
+    // The event loop of the program, which ends when its window is closed, but only behind the
+    // operation.
+    bool ended = false;
+    session.during(operation, [&] { QVERIFY(session.window->close()); });
+    QTimer::singleShot(0, session.window.get(), [&] {
+        session.run([&] {
+            if (loading)
+                session.open();
+            else if (applying)
+                session.apply({u"gbDelTags"_s, u"leTagsToDel=NOTE"_s});
+            else
+                session.save();
+        });
+        ended = true;
+    });
+    QCOMPARE(QCoreApplication::exec(), 0);
+
+    QVERIFY(session.interrupted);
+    QVERIFY(ended);
+    QVERIFY(!session.window->isVisible());
+    QCOMPARE(session.boxes.texts(), QStringList());
+    if (loading || applying) {
+        // What has not been saved is not saved by the closing.
+        QCOMPARE(readLines(session.path()), withTrailer(family(true)));
+    } else {
+        QCOMPARE(folded(readLines(session.path())), withTrailer(family(false)));
+    }
+    if (loading) {
+        QCOMPARE(session.journal().constLast(), u"INFO : %1 entrées trouvées."_s.arg(Persons + 1));
+    }
+    if (applying) {
+        QCOMPARE(session.journal().constLast(),
+                 u"INFO : %1 suppressions effectuées."_s.arg(3 * Persons));
+    }
+}
+
+VARLUNE_TEST_MAIN(TstEvents)
+#include "tst_events.moc"

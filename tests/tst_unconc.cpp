@@ -1,0 +1,453 @@
+#include "boxes.h"
+#include "document.h"
+#include "testmain.h"
+
+#include "gedcom.h"
+#include "twitem.h"
+
+#include <QAbstractEventDispatcher>
+#include <QTest>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What the progress bar goes through, in order: "49 of 249" for each new value, and "events at 49"
+/// for each time that events are processed.
+class ProgressLog : public QObject
+{
+public:
+    explicit ProgressLog(QProgressBar *bar)
+    {
+        connect(bar, &QProgressBar::valueChanged, this, [this, bar](int value) {
+            m_entries += u"%1 of %2"_s.arg(value).arg(bar->maximum());
+        });
+        connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, this,
+                [this, bar] { m_entries += u"events at %1"_s.arg(bar->value()); });
+    }
+
+    [[nodiscard]] QStringList entries() const
+    {
+        return m_entries;
+    }
+
+private:
+    QStringList m_entries;
+};
+
+QString summary(int count)
+{
+    return u"%1 balises CONC reconcaténées."_s.arg(count);
+}
+
+} // namespace
+
+class TstUnconc : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void folds_data();
+    void folds();
+    void loadDoesNotFold();
+    void foldedEntryStaysInTheTree();
+    void deletedEntriesTakeNoPart();
+    void deletedRecordsTakeNoPart();
+    void secondRunFindsNothing();
+    void cutLinesAreFoldedBack();
+    void emptyDocument();
+    void statusTexts();
+    void progress_data();
+    void progress();
+    void barKeepsItsVisibility();
+
+private:
+    AnsweredBoxes m_boxes; // one that nobody answers would stop the test for ever
+};
+
+void TstUnconc::folds_data()
+{
+    QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<QStringList>("expected");
+    QTest::addColumn<QStringList>("journal"); // without the summary
+    QTest::addColumn<int>("count");
+
+    QTest::newRow("no CONC line") << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONT b"_s}
+                                  << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONT b"_s}
+                                  << QStringList() << 0;
+    QTest::newRow("one CONC line")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE Jean Du"_s, u"2 CONC pont né à Lyon"_s,
+                       u"1 SEX M"_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE Jean Dupont né à Lyon"_s, u"1 SEX M"_s}
+        << QStringList{u"INFO : Balise 'INDI.NOTE.CONC pont né à Lyon (l.3) concaténée dans la "
+                       u"balise INDI.NOTE Jean Dupont né à Lyon (l.2)"_s}
+        << 1;
+    QTest::newRow("chain, last line first")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONC b"_s, u"2 CONC c"_s, u"2 CONC d"_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE abcd"_s}
+        << QStringList{u"INFO : Balise 'INDI.NOTE.CONC d (l.5) concaténée dans la balise "
+                       u"INDI.NOTE.CONC cd (l.4)"_s,
+                       u"INFO : Balise 'INDI.NOTE.CONC cd (l.4) concaténée dans la balise "
+                       u"INDI.NOTE.CONC bcd (l.3)"_s,
+                       u"INFO : Balise 'INDI.NOTE.CONC bcd (l.3) concaténée dans la balise "
+                       u"INDI.NOTE abcd (l.2)"_s}
+        << 3;
+    QTest::newRow("blanks at both sides of the cut")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a "_s, u"2 CONC   b  "_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a   b  "_s}
+        << QStringList{u"INFO : Balise 'INDI.NOTE.CONC   b   (l.3) concaténée dans la balise "
+                       u"INDI.NOTE a   b   (l.2)"_s}
+        << 1;
+    QTest::newRow("behind CONT, into the CONT line")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONT x"_s, u"2 CONC y"_s, u"2 CONT z"_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONT xy"_s, u"2 CONT z"_s}
+        << QStringList{u"INFO : Balise 'INDI.NOTE.CONC y (l.4) concaténée dans la balise "
+                       u"INDI.NOTE.CONT xy (l.3)"_s}
+        << 1;
+    QTest::newRow("behind the sub-entry of another line, into that")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 SOUR @S1@"_s, u"3 PAGE p"_s,
+                       u"2 CONC b"_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 SOUR @S1@"_s, u"3 PAGE pb"_s}
+        << QStringList{u"INFO : Balise 'INDI.NOTE.CONC b (l.5) concaténée dans la balise "
+                       u"INDI.NOTE.SOUR.PAGE pb (l.4)"_s}
+        << 1;
+    QTest::newRow("parent behind a lower level, into the line before")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 BIRT"_s, u"2 NOTE a"_s, u"1 SEX M"_s, u"3 CONC b"_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 BIRT"_s, u"2 NOTE a"_s, u"1 SEX Mb"_s}
+        << QStringList{u"INFO : Balise 'INDI.BIRT.NOTE.CONC b (l.5) concaténée dans la balise "
+                       u"INDI.SEX Mb (l.4)"_s}
+        << 1;
+    QTest::newRow("at level 1 behind a line of level 2")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 BIRT"_s, u"2 DATE a"_s, u"1 CONC b"_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 BIRT"_s, u"2 DATE ab"_s}
+        << QStringList{u"INFO : Balise 'INDI.CONC b (l.4) concaténée dans la balise "
+                       u"INDI.BIRT.DATE ab (l.3)"_s}
+        << 1;
+    QTest::newRow("line without a value gets one")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE"_s, u"2 CONC a"_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s}
+        << QStringList{u"INFO : Balise 'INDI.NOTE.CONC a (l.3) concaténée dans la balise "
+                       u"INDI.NOTE a (l.2)"_s}
+        << 1;
+    QTest::newRow("CONC without a value adds nothing")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONC"_s, u"2 CONC b"_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE ab"_s}
+        << QStringList{u"INFO : Balise 'INDI.NOTE.CONC b (l.4) concaténée dans la balise "
+                       u"INDI.NOTE.CONC b (l.3)"_s,
+                       u"INFO : Balise 'INDI.NOTE.CONC b (l.3) concaténée dans la balise "
+                       u"INDI.NOTE ab (l.2)"_s}
+        << 2;
+    QTest::newRow("CONC without a value alone")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONC"_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s}
+        << QStringList{u"INFO : Balise 'INDI.NOTE.CONC  (l.3) concaténée dans la balise "
+                       u"INDI.NOTE a (l.2)"_s}
+        << 1;
+    QTest::newRow("neither has a value, an empty third column comes")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE"_s, u"2 CONC"_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE "_s}
+        << QStringList{u"INFO : Balise 'INDI.NOTE.CONC  (l.3) concaténée dans la balise "
+                       u"INDI.NOTE  (l.2)"_s}
+        << 1;
+
+    QTest::newRow("into a note record with text")
+        << QStringList{u"0 @N1@ NOTE texte"_s, u"1 CONC  long"_s, u"1 CONT x"_s}
+        << QStringList{u"0 @N1@ NOTE texte long"_s, u"1 CONT x"_s}
+        << QStringList{u"INFO : Balise 'CONC  long (l.2) concaténée dans la balise  NOTE texte "
+                       u"long (l.1)"_s}
+        << 1;
+    // The journal speaks of the record as it is then, with the tag grown beyond a tag.
+    QTest::newRow("into a note record without text")
+        << QStringList{u"0 @N1@ NOTE"_s, u"1 CONC x"_s} << QStringList{u"0 @N1@ NOTEx"_s}
+        << QStringList{u"INFO : Balise 'CONC x (l.2) concaténée dans la balise  NOTEx (l.1)"_s}
+        << 1;
+    QTest::newRow("into a note record, with a capital that gives another tag")
+        << QStringList{u"0 @N1@ NOTE"_s, u"1 CONC S"_s} << QStringList{u"0 @N1@ NOTES"_s}
+        << QStringList{u"INFO : Balise 'NOTES.CONC S (l.2) concaténée dans la balise NOTES NOTES (l.1)"_s}
+        << 1;
+    QTest::newRow("into a root of two columns")
+        << QStringList{u"0 HEAD"_s, u"1 CONC x"_s} << QStringList{u"0 HEAD x"_s}
+        << QStringList{u"INFO : Balise 'HEAD.CONC x (l.2) concaténée dans la balise HEAD x (l.1)"_s}
+        << 1;
+    QTest::newRow("several records")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONC b"_s,
+                       u"0 @U1@ SUBM"_s, u"1 NOTE c"_s, u"2 CONC d"_s,
+                       u"0 @X1@ SUBN"_s, u"1 NOTE e"_s, u"2 CONC f"_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE ab"_s,   u"0 @U1@ SUBM"_s,
+                       u"1 NOTE cd"_s,   u"0 @X1@ SUBN"_s, u"1 NOTE ef"_s}
+        << QStringList{u"INFO : Balise 'SUBN.NOTE.CONC f (l.9) concaténée dans la balise "
+                       u"SUBN.NOTE ef (l.8)"_s,
+                       u"INFO : Balise 'SUBM.NOTE.CONC d (l.6) concaténée dans la balise "
+                       u"SUBM.NOTE cd (l.5)"_s,
+                       u"INFO : Balise 'INDI.NOTE.CONC b (l.3) concaténée dans la balise "
+                       u"INDI.NOTE ab (l.2)"_s}
+        << 3;
+    QTest::newRow("last record of the document below one that has none")
+        << QStringList{u"0 HEAD"_s, u"1 CHAR x"_s, u"0 @N1@ NOTE a"_s, u"1 CONC b"_s}
+        << QStringList{u"0 HEAD"_s, u"1 CHAR x"_s, u"0 @N1@ NOTE ab"_s}
+        << QStringList{u"INFO : Balise 'CONC b (l.4) concaténée dans la balise  NOTE ab (l.3)"_s}
+        << 1;
+
+    const QStringList others{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 _CONC b"_s,   u"2 CONCX c"_s,
+                             u"2 XCONC d"_s,   u"2 conc e"_s, u"2 NOTE CONC"_s, u"2 CONT CONC f"_s};
+    QTest::newRow("tags that only look like it") << others << others << QStringList() << 0;
+    const QStringList tenth{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"10 CONC b"_s};
+    QTest::newRow("level of two digits hides the tag")
+        << tenth << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"1  CONC b"_s} << QStringList()
+        << 0;
+    QTest::newRow("the tag may be the third column")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 XY CONC"_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE aCONC"_s}
+        << QStringList{u"INFO : Balise 'INDI.NOTE.CONC CONC (l.3) concaténée dans la balise "
+                       u"INDI.NOTE aCONC (l.2)"_s}
+        << 1;
+    QTest::newRow("first line of the document is not looked at")
+        << QStringList{u"0 CONC x"_s, u"1 NOTE a"_s} << QStringList{u"0 CONC x"_s, u"1 NOTE a"_s}
+        << QStringList() << 0;
+    QTest::newRow("a root may be a CONC line")
+        << QStringList{u"0 HEAD"_s, u"1 CHAR x"_s, u"0 CONC y"_s, u"1 NOTE a"_s}
+        << QStringList{u"0 HEAD"_s, u"1 CHAR xy"_s}
+        << QStringList{u"INFO : Balise 'CONC y (l.3) concaténée dans la balise HEAD.CHAR xy "
+                       u"(l.2)"_s}
+        << 1;
+    QTest::newRow("lines below a CONC line stay")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONC b"_s, u"3 SOUR c"_s, u"4 CONC d"_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE ab"_s, u"3 SOUR cd"_s}
+        << QStringList{u"INFO : Balise 'INDI.NOTE.CONC.SOUR.CONC d (l.5) concaténée dans la balise "
+                       u"INDI.NOTE.CONC.SOUR cd (l.4)"_s,
+                       u"INFO : Balise 'INDI.NOTE.CONC b (l.3) concaténée dans la balise "
+                       u"INDI.NOTE ab (l.2)"_s}
+        << 2;
+    QTest::newRow("placeholders in the texts")
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE %2 %1"_s, u"2 CONC %2%1%3"_s}
+        << QStringList{u"0 @I1@ INDI"_s, u"1 NOTE %2 %1%2%1%3"_s}
+        << QStringList{u"INFO : Balise 'INDI.NOTE.CONC %2%1%3 (l.3) concaténée dans la balise "
+                       u"INDI.NOTE %2 %1%2%1%3 (l.2)"_s}
+        << 1;
+}
+
+void TstUnconc::folds()
+{
+    QFETCH(QStringList, lines);
+    QFETCH(QStringList, expected);
+    QFETCH(QStringList, journal);
+    QFETCH(int, count);
+
+    Document doc;
+    QVERIFY(doc.load(lines));
+    doc.newJournal();
+    QCOMPARE(doc.gedcom.unConc(), count);
+    QCOMPARE(doc.lines(), expected);
+    QCOMPARE(doc.newJournal(), journal + QStringList{"INFO : "_L1 + summary(count)});
+    QCOMPARE(doc.status(), summary(count));
+}
+
+void TstUnconc::loadDoesNotFold()
+{
+    const QStringList lines{u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONC b"_s};
+    Document doc;
+    QVERIFY(doc.load(lines));
+    QCOMPARE(doc.lines(), lines);
+}
+
+void TstUnconc::foldedEntryStaysInTheTree()
+{
+    Document doc;
+    QVERIFY(doc.load({u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONC b"_s, u"2 CONT c"_s}));
+    TwItem *note = doc.entry(u"1 NOTE a"_s);
+    TwItem *conc = doc.entry(u"2 CONC b"_s);
+    TwItem *cont = doc.entry(u"2 CONT c"_s);
+    QCOMPARE(doc.gedcom.unConc(), 1);
+
+    QVERIFY(conc->isToDelete());
+    QVERIFY(conc->isHidden());
+    QCOMPARE(conc->text(2), u"b"_s);
+    QVERIFY(!note->isToDelete());
+    QVERIFY(!note->isHidden());
+    QVERIFY(!cont->isToDelete());
+    QVERIFY(!cont->isHidden());
+    QCOMPARE(note->childCount(), 2);
+    QCOMPARE(note->child(0), conc);
+    QCOMPARE(note->getTabTwiChilds(false), QList<TwItem *>({conc, cont}));
+    QVERIFY(!doc.gedcom.getTabTotalTwItems().contains(conc));
+}
+
+void TstUnconc::deletedEntriesTakeNoPart()
+{
+    Document doc;
+    QVERIFY(doc.load({u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONT b"_s, u"2 CONC c"_s, u"2 CONC d"_s,
+                      u"1 NAME e"_s, u"2 CONC f"_s}));
+    TwItem *cont = doc.entry(u"2 CONT b"_s);
+    TwItem *conc = doc.entry(u"2 CONC d"_s);
+    cont->setDelete(true);
+    conc->setDelete(true);
+    // The line above goes, and its live CONC line with the text to the line that is live.
+    doc.entry(u"1 NAME e"_s)->setDelete(true);
+    doc.newJournal();
+
+    QCOMPARE(doc.gedcom.unConc(), 2);
+    QCOMPARE(doc.lines(), QStringList({u"0 @I1@ INDI"_s, u"1 NOTE acf"_s}));
+    QCOMPARE(doc.newJournal(),
+             QStringList({u"INFO : Balise 'INDI.NAME.CONC f (l.7) concaténée dans la balise "
+                          u"INDI.NOTE.CONC cf (l.4)"_s,
+                          u"INFO : Balise 'INDI.NOTE.CONC cf (l.4) concaténée dans la balise "
+                          u"INDI.NOTE acf (l.2)"_s,
+                          u"INFO : 2 balises CONC reconcaténées."_s}));
+    QCOMPARE(cont->text(2), u"b"_s);
+    QCOMPARE(conc->text(2), u"d"_s);
+}
+
+void TstUnconc::deletedRecordsTakeNoPart()
+{
+    Document doc;
+    QVERIFY(doc.load(
+        {u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONC b"_s, u"0 @I2@ INDI"_s, u"1 CONC c"_s}));
+    TwItem *note = doc.entry(u"1 NOTE a"_s);
+    TwItem *conc = doc.entry(u"2 CONC b"_s);
+    doc.entry(u"0 @I1@ INDI"_s)->setDelete(true);
+    doc.newJournal();
+
+    QCOMPARE(doc.gedcom.unConc(), 1);
+    QCOMPARE(doc.lines(), QStringList({u"0 @I2@ INDIc"_s}));
+    QCOMPARE(note->text(2), u"a"_s);
+    QVERIFY(!conc->isToDelete());
+    QCOMPARE(doc.newJournal(),
+             QStringList({u"INFO : Balise 'CONC c (l.5) concaténée dans la balise  INDIc (l.4)"_s,
+                          u"INFO : 1 balises CONC reconcaténées."_s}));
+}
+
+void TstUnconc::secondRunFindsNothing()
+{
+    Document doc;
+    QVERIFY(doc.load({u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONC b"_s, u"2 CONC c"_s}));
+    QCOMPARE(doc.gedcom.unConc(), 2);
+    doc.newJournal();
+
+    QCOMPARE(doc.gedcom.unConc(), 0);
+    QCOMPARE(doc.newJournal(), QStringList{u"INFO : 0 balises CONC reconcaténées."_s});
+    QCOMPARE(doc.status(), u"0 balises CONC reconcaténées."_s);
+    QCOMPARE(doc.lines(), QStringList({u"0 @I1@ INDI"_s, u"1 NOTE abc"_s}));
+}
+
+void TstUnconc::cutLinesAreFoldedBack()
+{
+    // A cut after 248 characters of the value, with a blank before the second one.
+    const QString first(248, u'a');
+    const QString second = QString(247, u'b');
+    const QString third = u" c"_s;
+    const QString line = "1 NOTE "_L1 + first + second + third;
+    const QStringList lines{u"0 @I1@ INDI"_s, line, u"2 CONT d"_s};
+    Document doc;
+    QVERIFY(doc.load(lines));
+    QCOMPARE(doc.gedcom.checkOversized(), 1);
+    QCOMPARE(doc.lines(),
+             QStringList({u"0 @I1@ INDI"_s, "1 NOTE "_L1 + first, "2 CONC "_L1 + second,
+                          "2 CONC "_L1 + third, u"2 CONT d"_s}));
+    doc.newJournal();
+
+    QCOMPARE(doc.gedcom.unConc(), 2);
+    QCOMPARE(doc.lines(), lines);
+    QCOMPARE(doc.newJournal(),
+             QStringList({"INFO : Balise 'INDI.NOTE.CONC "_L1 + third
+                              + u" (l.-1) concaténée dans la balise INDI.NOTE.CONC "_s + second
+                              + third + " (l.-1)"_L1,
+                          "INFO : Balise 'INDI.NOTE.CONC "_L1 + second + third
+                              + u" (l.-1) concaténée dans la balise INDI.NOTE "_s + first + second
+                              + third + " (l.2)"_L1,
+                          u"INFO : 2 balises CONC reconcaténées."_s}));
+
+    // The next save cuts anew; the lines folded before are no part of it.
+    QCOMPARE(doc.gedcom.checkOversized(), 1);
+    doc.newJournal();
+    QCOMPARE(doc.gedcom.unConc(), 2);
+    QCOMPARE(doc.lines(), lines);
+}
+
+void TstUnconc::emptyDocument()
+{
+    Document doc;
+    QVERIFY(doc.load({}));
+    doc.newJournal();
+    QCOMPARE(doc.gedcom.unConc(), 0);
+    QCOMPARE(doc.newJournal(), QStringList{u"INFO : 0 balises CONC reconcaténées."_s});
+    QCOMPARE(doc.status(), u"0 balises CONC reconcaténées."_s);
+}
+
+void TstUnconc::statusTexts()
+{
+    Document doc;
+    QVERIFY(doc.load({u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONC b"_s}));
+    doc.newJournal();
+    QStringList messages;
+    connect(&doc.statusBar, &QStatusBar::messageChanged, this, [&](const QString &message) {
+        messages += u"%1 (%2 lines in the journal)"_s.arg(message).arg(doc.journal().size());
+    });
+    doc.gedcom.unConc();
+    QCOMPARE(messages,
+             QStringList({u"Reconcaténation des balises en cours... (2 lines in the journal)"_s,
+                          u"1 balises CONC reconcaténées. (4 lines in the journal)"_s}));
+    // Messages without a time-out need no timer.
+    QVERIFY(!doc.statusBar.findChild<QTimer *>());
+}
+
+void TstUnconc::progress_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::addColumn<int>("maximum");
+    QTest::addColumn<QStringList>("expected");
+
+    const QString last = u"events at -1"_s;
+    QTest::newRow("empty document") << 0 << 0 << QStringList{last};
+    QTest::newRow("two entries") << 2 << 1 << QStringList{last};
+    QTest::newRow("index 100 is not reached") << 100 << 99 << QStringList{last};
+    QTest::newRow("last entry has the index 100")
+        << 101 << 100 << QStringList{u"0 of 100"_s, u"events at 0"_s, last};
+    QTest::newRow("two periods") << 250 << 249
+                                 << QStringList{u"49 of 249"_s, u"events at 49"_s, u"149 of 249"_s,
+                                                u"events at 149"_s, last};
+    QTest::newRow("three periods") << 301 << 300
+                                   << QStringList{u"0 of 300"_s,
+                                                  u"events at 0"_s,
+                                                  u"100 of 300"_s,
+                                                  u"events at 100"_s,
+                                                  u"200 of 300"_s,
+                                                  u"events at 200"_s,
+                                                  last};
+}
+
+void TstUnconc::progress()
+{
+    QFETCH(int, size);
+    QFETCH(int, maximum);
+    QFETCH(QStringList, expected);
+
+    // Every third entry is folded; all of them count.
+    QStringList lines;
+    while (lines.size() < size) {
+        const bool conc = lines.size() % 3 == 2;
+        lines += lines.isEmpty() ? u"0 @I1@ INDI"_s : conc ? u"2 CONC b"_s : u"1 NOTE a"_s;
+    }
+    Document doc;
+    QVERIFY(doc.load(lines));
+    const ProgressLog log(&doc.progress);
+    QCOMPARE(doc.gedcom.unConc(), size / 3);
+    QCOMPARE(log.entries(), expected);
+    QCOMPARE(doc.progress.minimum(), 0);
+    QCOMPARE(doc.progress.maximum(), maximum);
+    QCOMPARE(doc.progress.value(), -1);
+}
+
+void TstUnconc::barKeepsItsVisibility()
+{
+    Document doc;
+    QVERIFY(doc.load({u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONC b"_s}));
+    doc.gedcom.unConc();
+    QVERIFY(!doc.progress.isVisible());
+    doc.progress.show();
+    doc.gedcom.unConc();
+    QVERIFY(doc.progress.isVisible());
+}
+
+VARLUNE_TEST_MAIN(TstUnconc)
+#include "tst_unconc.moc"
