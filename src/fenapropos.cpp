@@ -1,6 +1,7 @@
 #include "fenapropos.h"
 
 #include <QLabel>
+#include <QPixmap>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;

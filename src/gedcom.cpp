@@ -9,40 +9,77 @@
 #include <QEvent>
 #include <QFile>
 #include <QIcon>
+#include <QItemSelectionModel>
 #include <QMessageBox>
 #include <QPoint>
 #include <QProgressBar>
 #include <QScrollBar>
+#include <QSet>
 #include <QStatusBar>
 #include <QTextStream>
 #include <QTime>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 
+#include <algorithm>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int LevelColumn = 0;
-constexpr int TagColumn = 1; // or the identifier of a record; of a section node the count
-constexpr int ValueColumn = 2;
-
-constexpr int MaxLineSize = 255; // characters of a GEDCOM line, its end not counted
 constexpr int ProgressPeriod = 100; // entries between two refreshes of the window
 constexpr int CutProgressPeriod = 10; // the same for the lines that are cut
 
+/// Keeps the tree widget from laying out its rows while it lives, for events that are processed in
+/// the middle of a run.
+///
+/// Every hidden row asks for a new layout of all rows on screen, expanded ones counted, and every
+/// changed one for its place among them: with 20,000 expanded rows a fold of 67,000 lines took 86
+/// s. What is due then waits for the end of the run, or for a paint that cannot wait.
+class HeldLayout : public QObject
+{
+public:
+    explicit HeldLayout(QTreeWidget *tree) : m_tree(tree)
+    {
+        m_tree->installEventFilter(this);
+    }
+
+    ~HeldLayout() override
+    {
+        // A layout that is due also keeps the view from looking for the place of a changed row. To
+        // hide a row is to ask for one, even where it changes nothing.
+        if (QTreeWidgetItem *row = m_tree->topLevelItem(0))
+            row->setHidden(row->isHidden());
+    }
+
+    Q_DISABLE_COPY_MOVE(HeldLayout)
+
+    /// Holds back the timers of the tree, that of the layout among them, but not behind a dialog,
+    /// where nobody waits for the run.
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        return event->type() == QEvent::Timer && !QApplication::activeModalWidget();
+    }
+
+private:
+    QTreeWidget *m_tree;
+};
+
 /// Moves \p bar to \p value and lets events be processed, once every \p period of \p done.
-void showProgress(QProgressBar *bar, qsizetype done, qsizetype value, int period = ProgressPeriod)
+void showProgress(QTreeWidget *tree, QProgressBar *bar, qsizetype done, qsizetype value,
+                  int period = ProgressPeriod)
 {
     if (done % period != 0)
         return;
+    const HeldLayout heldLayout(tree);
     bar->setValue(int(value));
     QCoreApplication::processEvents();
 }
 
-void showProgress(QProgressBar *bar, qsizetype done)
+void showProgress(QTreeWidget *tree, QProgressBar *bar, qsizetype done)
 {
-    showProgress(bar, done, done);
+    showProgress(tree, bar, done, done);
 }
 
 void showCritical(const QString &title, const QString &text)
@@ -50,59 +87,22 @@ void showCritical(const QString &title, const QString &text)
     QMessageBox::critical(nullptr, title, text, QMessageBox::Ok);
 }
 
-/// Keeps the tree widget from laying out and painting its rows while it lives.
-///
-/// Every hidden row asks for a new layout of all rows on screen, expanded ones counted, and every
-/// changed one for its place among them: with 20,000 expanded rows a fold of 67,000 lines took 86
-/// s. One layout at the end serves all.
-class PausedLayout : public QObject
-{
-public:
-    explicit PausedLayout(QTreeWidget *tree) : m_tree(tree), m_updates(tree->updatesEnabled())
-    {
-        m_tree->setUpdatesEnabled(false);
-        m_tree->installEventFilter(this);
-        // While a layout is due, the view does not look for the place of a changed row.
-        if (QTreeWidgetItem *row = m_tree->topLevelItem(0))
-            row->setHidden(row->isHidden());
-    }
-
-    ~PausedLayout() override
-    {
-        m_tree->setUpdatesEnabled(m_updates);
-    }
-
-    Q_DISABLE_COPY_MOVE(PausedLayout)
-
-    /// Holds back the timer of the layout that is due.
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        return event->type() == QEvent::Timer;
-    }
-
-private:
-    QTreeWidget *m_tree;
-    bool m_updates;
-};
-
 /// Takes all rows out of the tree widget while it lives, and puts them back as they were.
 ///
-/// The framework walks its table of hidden, expanded and current rows at every insertion in front
-/// of another row, and goes on doing so when the table has been emptied: 26,000 cuts beside 80,000
-/// hidden rows took 9 s. Out of the view an insertion costs nothing. No event may be processed
-/// meanwhile: it would find an empty tree.
+/// At every insertion in front of another row the framework walks its table of hidden, expanded and
+/// current rows, which does not shrink when rows are shown again: 26,000 cuts beside 80,000 hidden
+/// rows took 9 s. To take all rows out and back is a few tenths of a second for a million. No event
+/// may be processed meanwhile: it would find an empty tree.
 class DetachedRows
 {
 public:
     explicit DetachedRows(QTreeWidget *tree)
         : m_tree(tree),
-          m_updates(tree->updatesEnabled()),
           m_current(tree->currentItem()),
           m_currentColumn(tree->currentColumn()),
           m_currentSelected(m_current && m_current->isSelected()),
           m_scrolled(tree->horizontalScrollBar()->value(), tree->verticalScrollBar()->value())
     {
-        m_tree->setUpdatesEnabled(false);
         for (QTreeWidgetItemIterator it(m_tree); *it; ++it) {
             if ((*it)->isHidden())
                 m_hidden.append(*it);
@@ -135,22 +135,30 @@ public:
         m_tree->doItemsLayout(); // before it the scroll bars have no range
         m_tree->horizontalScrollBar()->setValue(m_scrolled.x());
         m_tree->verticalScrollBar()->setValue(m_scrolled.y());
-        m_tree->setUpdatesEnabled(m_updates);
     }
 
     Q_DISABLE_COPY_MOVE(DetachedRows)
 
 private:
     QTreeWidget *m_tree;
-    bool m_updates;
     QTreeWidgetItem *m_current;
     int m_currentColumn;
-    bool m_currentSelected;
+    bool m_currentSelected; // a row that is not current cannot be selected in this tree
     QPoint m_scrolled;
     QList<QTreeWidgetItem *> m_hidden;
     QList<QTreeWidgetItem *> m_expanded;
     QList<QTreeWidgetItem *> m_rows;
 };
+
+/// Hangs the children of an entry that is out of the view under it anew. The framework remembers
+/// the row of each; once an insertion has moved them, it would search for every one of them, which
+/// is quadratic in a note of 200,000 lines.
+void renewRows(TwItem *parent)
+{
+    const QList<QTreeWidgetItem *> children = parent->takeChildren();
+    for (QTreeWidgetItem *child : children)
+        parent->addChild(child);
+}
 
 } // namespace
 
@@ -260,7 +268,7 @@ bool Gedcom::genererVectorGed(QString pathFileGed, QTreeWidget *tw, QProgressBar
         }
         entryValues.append(stringTampon);
         ++fileIndex;
-        showProgress(m_progress, fileIndex);
+        showProgress(m_treeWidget, m_progress, fileIndex);
     }
     // The last line, normally the trailer, stays in entryValues: the writer adds its own trailer.
 
@@ -334,10 +342,10 @@ bool Gedcom::writeGedFile(QString pathFileGed)
         const QStringList listEntryValue = tabTwItemRoot.at(i)->getGedEntryList();
         for (const QString &line : listEntryValue)
             out << line << Qt::endl;
-        showProgress(m_progress, i);
+        showProgress(m_treeWidget, m_progress, i);
     }
     out << "0 TRLR\n";
-    out.reset();
+    out.reset(); // the stream is flushed as its file closes
     fileGed.close();
     const QString saved = tr("Fichier %1 sauvegardé.").arg(pathFileGed);
     addToJournal(saved, u"INFO"_s);
@@ -360,7 +368,7 @@ bool Gedcom::writeGedFile(QString pathFileGed)
     m_progress->setRange(0, int(journal.size()));
     for (qsizetype i = 0; i < journal.size(); ++i) {
         outJournal << journal.at(i) << Qt::endl;
-        showProgress(m_progress, i);
+        showProgress(m_treeWidget, m_progress, i);
     }
     outJournal.reset();
     fileJournal.close();
@@ -373,7 +381,6 @@ bool Gedcom::writeGedFile(QString pathFileGed)
 int Gedcom::unConc()
 {
     qDebug() << "ON unConc";
-    const PausedLayout pausedLayout(m_treeWidget);
     m_status->showMessage(tr("Reconcaténation des balises en cours..."), 0);
     const QList<TwItem *> tabTotalTwItems = getTabTotalTwItems();
     const qsizetype size = tabTotalTwItems.size();
@@ -383,7 +390,8 @@ int Gedcom::unConc()
     // Last to first: of a chain of CONC lines the later ones are folded into the earlier first.
     for (qsizetype i = size - 1; i > 0; --i) {
         TwItem *twiConc = tabTotalTwItems.at(i);
-        if (twiConc->getTag() == "CONC"_L1) {
+        // A run that an event has started in the middle of this one may have folded it already.
+        if (twiConc->getTag() == "CONC"_L1 && !twiConc->isToDelete()) {
             // The line before in the file, whatever it is, and not the parent: the rest of a CONT
             // line belongs to that line.
             TwItem *twiTarget = tabTotalTwItems.at(i - 1);
@@ -399,7 +407,7 @@ int Gedcom::unConc()
             twiConc->setDelete(true);
             ++count;
         }
-        showProgress(m_progress, i, size - i - 1);
+        showProgress(m_treeWidget, m_progress, i, size - i - 1);
     }
 
     const QString summary = tr("%1 balises CONC reconcaténées.").arg(count);
@@ -414,7 +422,6 @@ int Gedcom::unConc()
 int Gedcom::checkOversized()
 {
     qDebug() << "ON checkOversized";
-    const PausedLayout pausedLayout(m_treeWidget);
     m_status->showMessage(tr("Vérification de la taille des balises en cours..."), 0);
     const QList<TwItem *> tabTotalTwItems = getTabTotalTwItems();
     m_progress->setRange(0, int(tabTotalTwItems.size()) - 1);
@@ -424,7 +431,7 @@ int Gedcom::checkOversized()
     for (TwItem *twi : tabTotalTwItems) {
         if (lineSize(twi) > MaxLineSize)
             tabTotalTooBigs.append(twi);
-        showProgress(m_progress, ++index);
+        showProgress(m_treeWidget, m_progress, ++index);
     }
 
     const qsizetype tooBigs = tabTotalTooBigs.size();
@@ -442,15 +449,24 @@ int Gedcom::checkOversized()
         splitLists.reserve(tooBigs);
         {
             const DetachedRows detachedRows(m_treeWidget);
-            for (TwItem *twi : std::as_const(tabTotalTooBigs))
-                splitLists.append(twi->splitTagOverSized(twi, {}));
+            QSet<TwItem *> parents;
+            for (TwItem *twi : std::as_const(tabTotalTooBigs)) {
+                // An event during the scan may have deleted it: its rest would be written.
+                splitLists.append(twi->isToDelete() ? QStringList()
+                                                    : twi->splitTagOverSized(twi, {}));
+                parents.insert(twi); // the rest stands below the line or beside it
+                if (TwItem *parent = twi->getParent())
+                    parents.insert(parent);
+            }
+            for (TwItem *parent : std::as_const(parents))
+                renewRows(parent);
         }
         for (const QStringList &splitList : std::as_const(splitLists)) {
             for (const QString &log : splitList)
                 addToJournal(log, u"INFO"_s);
             splited += int(splitList.size());
             ++index;
-            showProgress(m_progress, index, index, CutProgressPeriod);
+            showProgress(m_treeWidget, m_progress, index, index, CutProgressPeriod);
         }
     }
 
@@ -519,7 +535,7 @@ QStringList Gedcom::getCommonTag(QStringList tagOneList, QStringList tagTwoList)
         return common;
     // A difference does not end the scan: what comes out is no prefix, and may be the full tag of
     // no entry at all.
-    const qsizetype size = qMin(tagOneList.size(), tagTwoList.size());
+    const qsizetype size = std::min(tagOneList.size(), tagTwoList.size());
     for (qsizetype i = 0; i < size; ++i) {
         if (tagTwoList.at(i) == "*"_L1 || tagTwoList.at(i) == tagOneList.at(i))
             common.append(tagOneList.at(i));
@@ -531,23 +547,21 @@ int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, boo
                        QString containValue)
 {
     qDebug() << "ON delListTag";
-    const PausedLayout pausedLayout(m_treeWidget);
     m_status->showMessage(tr("Suppression des balises en cours..."), 0);
     const QList<TwItem *> tabTotalTwItems = getTabTotalTwItems();
     m_progress->setRange(0, int(tabTotalTwItems.size()));
     const QRegularExpression rxContains(rx ? containValue : QString());
 
     // The entry is searched for a part of a column, its children for a whole column.
-    const auto hasValue = [&](TwItem *twi) -> bool {
-        const QList<TwItem *> tabTwi = twi->getTabTwiChilds(true);
+    const auto hasValue = [&](const TwItem *twi, const QList<TwItem *> &children) -> bool {
         if (rx) {
             return twi->getColumnIndexMatchRx(rxContains) >= 0
-                || std::any_of(tabTwi.begin(), tabTwi.end(), [&](const TwItem *child) {
+                || std::any_of(children.begin(), children.end(), [&](const TwItem *child) {
                        return child->getColumnIndexMatchRx(rxContains) >= 0;
                    });
         }
         return twi->getColumnIndexContainsString(containValue, true) >= 0
-            || std::any_of(tabTwi.begin(), tabTwi.end(), [&](const TwItem *child) {
+            || std::any_of(children.begin(), children.end(), [&](const TwItem *child) {
                    return child->getColumnIndexEqualString(containValue, true) >= 0;
                });
     };
@@ -558,21 +572,20 @@ int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, boo
             return;
         if (emptyOnly && !twi->text(ValueColumn).trimmed().isEmpty())
             return;
-        if (noChilds && !twi->getTabTwiChilds(true).isEmpty())
+        const QList<TwItem *> children = twi->getTabTwiChilds(true);
+        if (noChilds && !children.isEmpty())
             return;
-        if (contains && !hasValue(twi))
+        if (contains && !hasValue(twi, children))
             return;
 
-        if (!twi->getTabTwiChilds(true).isEmpty()) {
+        if (!children.isEmpty()) {
             const QStringList childLogs = twi->delChilds();
             for (const QString &log : childLogs)
                 addToJournal(log, u"INFO"_s);
             count += int(childLogs.size());
         }
-        const QString entry = entryText(twi);
         if (twi->setDelete(true)) {
-            addToJournal(tr("Suppression de l'entrée : %1%2").arg(entry, lineReference(twi)),
-                         u"INFO"_s);
+            addToJournal(deletionLog(twi), u"INFO"_s);
             ++count;
         }
     };
@@ -582,7 +595,7 @@ int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, boo
     // all deleted.
     for (auto it = tabTotalTwItems.crbegin(); it != tabTotalTwItems.crend(); ++it) {
         deleteEntry(*it);
-        showProgress(m_progress, ++progressCount);
+        showProgress(m_treeWidget, m_progress, ++progressCount);
     }
 
     addToJournal(tr("%1 suppressions effectuées.").arg(count), u"INFO"_s);

@@ -12,8 +12,8 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
 
     // The source texts are French, and so is the one catalogue, which holds nothing.
-    QTranslator translator;
     const QStringList languages = QLocale::system().uiLanguages();
+    QTranslator translator;
     for (const QString &language : languages) {
         const QString baseName = "Varlune_"_L1 + QLocale(language).name();
         if (translator.load(":/i18n/"_L1 + baseName)) {

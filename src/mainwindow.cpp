@@ -43,8 +43,9 @@ QString documentsDirectory()
 void pickTag(const QTreeWidget *tree, QLineEdit *field)
 {
     auto *twi = static_cast<TwItem *>(tree->currentItem());
-    // Nothing is current before the first click; a section node has no tag.
-    if (!twi || twi->getTag() == "ERREUR"_L1)
+    // There may be no current row yet; a section node has no tag, nor has a note with its text on
+    // the line of its identifier.
+    if (!twi || twi->getTag() == NoTag)
         return;
     const QString fullTag = twi->getFullTag().join(u'.');
     field->setText(field->text().isEmpty() ? fullTag : field->text() + u';' + fullTag);
@@ -188,6 +189,7 @@ void MainWindow::on_pbImportCsvLinks_clicked()
 
 void MainWindow::on_pbExtractMediasSource_clicked()
 {
+    // A cancelled dialog clears the field, here and below.
     ui->leExtractMediasSource->setText(QFileDialog::getExistingDirectory(
         this, tr("Dossier des médias"), documentsDirectory(),
         QFileDialog::ShowDirsOnly | QFileDialog::DontResolveSymlinks));
@@ -249,39 +251,42 @@ void MainWindow::checkRequirements()
     const bool sameBaseTags =
         std::equal(listOri.begin(), listOri.end(), listDest.begin(), listDest.end(), sameBaseTag);
 
-    const bool links = ui->gbSetURLLinks->isChecked();
-    const bool extract = links && ui->gbExtractMediasToKeep->isChecked();
-    const bool move = ui->gbMoveTagContent->isChecked();
-    const bool mediaPath = ui->gbReplaceMediaPath->isChecked();
-    const bool del = ui->gbDelTags->isChecked();
-    const bool replace = ui->gbReplaceString->isChecked();
+    const bool setLinks = ui->gbSetURLLinks->isChecked();
+    const bool extractMedias = setLinks && ui->gbExtractMediasToKeep->isChecked();
+    const bool moveTags = ui->gbMoveTagContent->isChecked();
+    const bool replacePath = ui->gbReplaceMediaPath->isChecked();
+    const bool deleteTags = ui->gbDelTags->isChecked();
+    const bool replaceText = ui->gbReplaceString->isChecked();
+    // The first that fails is told, whatever fails behind it: lists of unequal size come before
+    // their base tags.
     const struct
     {
         bool failed;
         QString message;
     } requirements[] = {
-        {links && m_filesImport.isEmpty(),
+        {setLinks && m_filesImport.isEmpty(),
          tr("Veuillez sélectionner les fichiers de correspondance avant d'importer les liens "
             "médias.")},
-        {extract
+        {extractMedias
              && (ui->leExtractMediasSource->text().isEmpty()
                  || ui->leExtractMediasToKeep->text().isEmpty()),
          tr("Veuillez sélectionner les dossiers source et destination des médias à extraire.")},
-        {links && ui->leStrPlitCsv->text().isEmpty(),
+        {setLinks && ui->leStrPlitCsv->text().isEmpty(),
          tr("Indiquez la chaîne de séparation du fichier de correspondance.")},
-        {move && (ui->leTagDest->text().isEmpty() || ui->leTagSour->text().isEmpty()),
+        {moveTags && (ui->leTagDest->text().isEmpty() || ui->leTagSour->text().isEmpty()),
          tr("Veuillez sélectionner les balises source et destination des balises doublons.")},
-        {move && listOri.size() != listDest.size(),
+        {moveTags && listOri.size() != listDest.size(),
          tr("Le nombre de balises source et destination en doublon doivent correspondre.")},
-        {move && !sameBaseTags,
+        {moveTags && !sameBaseTags,
          tr("Les balises source et destination des doublons doivent être de même type de base.")},
-        {mediaPath && !ui->cbDelMediaPath->isChecked() && ui->leNewMediaPath->text().isEmpty(),
+        {replacePath && !ui->cbDelMediaPath->isChecked() && ui->leNewMediaPath->text().isEmpty(),
          tr("Indiquer le nouveau chemin des médias ou choisissez de supprimer celui-ci.")},
-        {del && ui->leTagsToDel->text().isEmpty(), tr("Indiquer la ou les balises à supprimer.")},
-        {del && ui->cbDelIfContent->isChecked() && ui->leValueToDel->text().isEmpty(),
+        {deleteTags && ui->leTagsToDel->text().isEmpty(),
+         tr("Indiquer la ou les balises à supprimer.")},
+        {deleteTags && ui->cbDelIfContent->isChecked() && ui->leValueToDel->text().isEmpty(),
          tr("Indiquer la valeur à rechercher dans la balise et sous balises.")},
         // The message names both texts, but an empty replacement is a wish like any other.
-        {replace && ui->leTextOri->text().isEmpty(),
+        {replaceText && ui->leTextOri->text().isEmpty(),
          tr("Veuillez entrer le texte à rechercher et le texte par lequel le remplacer.")},
     };
     for (const auto &requirement : requirements) {

@@ -55,17 +55,18 @@ private:
     /// Runs the checked operations, in the order of the form from top to bottom.
     void start();
     /// Empties the settings panel; not the list of correspondence files, nor the link format.
+    /// Leaves cbUrlInEvt checked if one of the two links was while their group was in use.
     void eraseSettingsValues();
 
     Ui_MainWindow *ui;
-    QProgressBar *m_progress;
+    QProgressBar *m_progress; // lent to the document
     Gedcom m_gedcom;
-    QStringList m_filesImport;
+    QStringList m_filesImport; // paths of the correspondence files; no widget shows them
     QString m_prevSearchText;
     bool m_prevSearchTextSensitive = false;
     bool m_prevSearchTextRegex = false;
-    QFile *m_FichierParams;
-    QFile *m_FichierSequence;
+    QFile *m_FichierParams = nullptr; // both live to the end of the process
+    QFile *m_FichierSequence = nullptr;
 };
 
 #endif // MAINWINDOW_H

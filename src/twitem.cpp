@@ -4,19 +4,14 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int LevelColumn = 0;
-constexpr int TagColumn = 1;
-constexpr int ValueColumn = 2;
-
-constexpr int MaxLineSize = 255; // characters of a GEDCOM line, its end not counted
 constexpr int MaxTextSize = MaxLineSize - 2; // less the two blanks between three columns
-
-constexpr auto NoTag = "ERREUR"_L1;
 
 // Compiled once: a million entries that each built their own would take minutes and gigabytes.
 const QRegularExpression &tagExpression()
@@ -54,6 +49,7 @@ TwItem *cutOff(TwItem *twi)
     twi->setText(ValueColumn, value.left(lenghtColText));
 
     // The rest of a continuation stands behind it, that of another line in front of its children.
+    // Read only now: what is left of a value can itself have the form of a tag.
     const QString tag = twi->getTag();
     const bool continuation = tag == "CONT"_L1 || tag == "CONC"_L1;
     TwItem *parent = continuation ? twi->getParent() : twi;
@@ -101,7 +97,7 @@ bool TwItem::isRoot()
 QString TwItem::getTag()
 {
     for (int column = 0; column < columnCount(); ++column) {
-        const QString value = text(column);
+        QString value = text(column);
         if (isTag(value))
             return value;
     }
@@ -235,15 +231,21 @@ void TwItem::insertTabChild(int twiIndex, TwItem *twiChild)
     // At a root the index of the tree is wanted although the list holds all descendants: the new
     // entry lands in file order only while the children before it have no children of their own.
     m_tabTwiChilds.insert(std::min<qsizetype>(twiIndex, m_tabTwiChilds.size()), twiChild);
-    if (isRoot())
-        return;
 
-    TwItem *root = getParent();
+    TwItem *root = isRoot() ? this : getParent();
     while (root && !root->isRoot())
         root = root->getParent();
-    // A replacement may have taken the "0" from the root's level.
-    if (root)
+    if (root && root != this)
         regenerateRootChilds(root);
+    // The list of the record is the one that is written. Its head need not be that root: a
+    // replacement can change any level, and the first record of a file can begin with another one.
+    TwItem *head = this;
+    for (TwItem *above = getParent(); above && !above->m_tabTwiChilds.isEmpty();
+         above = above->getParent()) {
+        head = above; // a section node lists none of its children
+    }
+    if (head != this && head != root)
+        regenerateRootChilds(head);
 }
 
 QStringList TwItem::delChilds()
@@ -251,10 +253,8 @@ QStringList TwItem::delChilds()
     QStringList logs;
     for (int i = 0; i < childCount(); ++i) {
         auto *twi = static_cast<TwItem *>(child(i));
-        if (twi->setDelete(true)) {
-            logs.append(
-                tr("Suppression de l'entrée : %1%2").arg(entryText(twi), lineReference(twi)));
-        }
+        if (twi->setDelete(true))
+            logs.append(deletionLog(twi));
         logs.append(twi->delChilds());
     }
     return logs;
@@ -433,7 +433,7 @@ int TwItem::getColumnIndexMatchRx(QRegularExpression rx) const
 
 int TwItem::getColumnIndexEqualString(QString valueToSearch, bool sensitive) const
 {
-    const QString upper = valueToSearch.toUpper();
+    const QString upper = sensitive ? QString() : valueToSearch.toUpper();
     for (int column = 0; column < columnCount(); ++column) {
         const QString value = text(column);
         if (sensitive ? value == valueToSearch : value.toUpper() == upper)
@@ -493,4 +493,9 @@ QString entryText(TwItem *twi)
 QString lineReference(const TwItem *twi)
 {
     return " (l."_L1 + twi->getNumLineGedFile() + u')';
+}
+
+QString deletionLog(TwItem *twi)
+{
+    return TwItem::tr("Suppression de l'entrée : %1%2").arg(entryText(twi), lineReference(twi));
 }

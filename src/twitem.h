@@ -8,6 +8,16 @@
 #include <QStringList>
 #include <QTreeWidgetItem>
 
+// The columns of an entry. A section node has its label and the number of its records instead.
+inline constexpr int LevelColumn = 0;
+inline constexpr int TagColumn = 1; // or the identifier of a record
+inline constexpr int ValueColumn = 2;
+
+/// What getTag() gives for an entry without a tag.
+inline constexpr QLatin1StringView NoTag{"ERREUR"};
+
+inline constexpr int MaxLineSize = 255; // characters of a GEDCOM line, its end not counted
+
 /// One line of a GEDCOM file, and at once one row of the tree. The columns are the line: the level
 /// (one character), the tag or the identifier, the value; there is no other copy of the text.
 ///
@@ -20,7 +30,7 @@ class TwItem : public QTreeWidgetItem
 
 public:
     /// The form of a tag. Every entry has its own instance, all of them copies of one compiled
-    /// expression.
+    /// expression; getTag() gives the same answer by looking at the characters.
     const QRegularExpression m_rxTag;
 
     /// \p p_numLineGedFile is the line of the loaded file, counted from 1, or -1 for an entry that
@@ -75,13 +85,15 @@ public:
     void setLineNumber(int p_numLineGedFile);
 
     /// Inserts \p strToInsert in front of or behind the first \p strToMatch in column \p twiCol and
-    /// trims the column. False, with nothing changed, only for the column -1: a text that is not
-    /// found is not looked at.
+    /// trims the column. False, with nothing changed, only for the column -1. That the text is not
+    /// found goes unnoticed: then nothing is inserted in front, and what goes behind is inserted as
+    /// if the text had begun one character before the column.
     bool insertStrAtIndex(QString strToInsert, QString strToMatch, int twiCol, bool before);
 
     /// Inserts \p twiChild, which becomes the property of this entry, at \p twiIndex among the
-    /// children, at the end if the index is negative. Keeps the child lists of the entry and of its
-    /// record up to date.
+    /// children, at the end if there is no such index. The flat list of the record is made anew
+    /// from the tree, but not where this entry is the root itself: there the child enters the list
+    /// at the same index.
     void insertTabChild(int twiIndex, TwItem *twiChild);
 
     /// Marks all descendants as deleted and returns one journal text for each that was not marked
@@ -109,14 +121,15 @@ public:
     QStringList splitTagOverSized(TwItem *twiOri, QStringList splitList);
 
     /// Whether one of the tag patterns names this entry: by its tag, or by its full tag, in which a
-    /// component "*" stands for any one tag. An empty list names every entry.
+    /// component "*" stands for any one tag. An empty list names every entry, an empty pattern
+    /// those whose full tag is empty.
     [[nodiscard]] bool isTagMatch(QStringList fullTagsList);
 
     /// The live entries of the child list whose line text matches \p rx.
     [[nodiscard]] QList<TwItem *> getTabTwiChildsMatchReg(QRegularExpression rx);
 
-    /// Appends to \p listTwiMatch the live entries at the path \p fullTag that are \p twiParent or
-    /// stand below it, in file order.
+    /// Appends to \p listTwiMatch the entries at the path \p fullTag: \p twiParent itself, or live
+    /// entries below it, in file order.
     void getChildsListFromFullTag(QStringList fullTag, QList<TwItem *> *listTwiMatch,
                                   TwItem *twiParent);
 
@@ -139,7 +152,7 @@ private:
 
     QList<TwItem *> m_tabTwiChilds;
     bool m_toDelete = false;
-    int m_numLineGedFile;
+    int m_numLineGedFile = -1;
 };
 
 /// The line of the file that the entry stands for: its columns joined with one blank.
@@ -153,5 +166,8 @@ private:
 
 /// How the journal refers to the loaded file: " (l.12)".
 [[nodiscard]] QString lineReference(const TwItem *twi);
+
+/// How the journal tells of a deletion, with the entry and its line.
+[[nodiscard]] QString deletionLog(TwItem *twi);
 
 #endif // TWITEM_H

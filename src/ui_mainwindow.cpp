@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QCoreApplication>
+#include <QFrame>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -15,6 +16,8 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QRect>
+#include <QSizePolicy>
 #include <QSpacerItem>
 #include <QStatusBar>
 #include <QTreeWidget>
@@ -31,11 +34,6 @@ QIcon makePickIcon()
     QIcon icon;
     icon.addFile(u":/icones/pipt.png"_s, QSize(), QIcon::Normal, QIcon::Off);
     return icon;
-}
-
-QString translate(const char *sourceText)
-{
-    return QCoreApplication::translate("MainWindow", sourceText);
 }
 
 } // namespace
@@ -371,110 +369,139 @@ void Ui_MainWindow::setupUi(QMainWindow *MainWindow)
 
 void Ui_MainWindow::retranslateUi(QMainWindow *MainWindow)
 {
-    MainWindow->setWindowTitle(translate("MainWindow"));
-    actionOuvrir->setText(translate("Ouvrir"));
-    actionEnregistrerFichier->setText(translate("Enregistrer"));
-    actionEnregistrerFichier_sous->setText(translate("Enregistrer sous"));
-    actionJournal->setText(translate("Journal"));
-    action_propos->setText(translate("À propos"));
+    MainWindow->setWindowTitle(QCoreApplication::translate("MainWindow", "MainWindow"));
+    actionOuvrir->setText(QCoreApplication::translate("MainWindow", "Ouvrir"));
+    actionEnregistrerFichier->setText(QCoreApplication::translate("MainWindow", "Enregistrer"));
+    actionEnregistrerFichier_sous->setText(
+        QCoreApplication::translate("MainWindow", "Enregistrer sous"));
+    actionJournal->setText(QCoreApplication::translate("MainWindow", "Journal"));
+    action_propos->setText(QCoreApplication::translate("MainWindow", "À propos"));
 
     for (int column = 0; column < treeWidget->columnCount(); ++column)
         treeWidget->headerItem()->setText(column, QString());
-    cbSourceMultiUse->setText(translate("Sources utilisées plusieurs fois"));
-    cbFiltreSensible->setText(translate("a != A"));
-    cbFiltrerRegex->setText(translate("regex"));
-    cbSourceDateDiff->setText(translate("Sources!=date"));
-    cbSourceDateDiff->setToolTip(translate("<html><head/><body><p>liste les sources dont la date "
-                                           "d'évènement diffère</p></body></html>"));
-    leRecherche->setPlaceholderText(translate("filtrer"));
+    cbSourceMultiUse->setText(
+        QCoreApplication::translate("MainWindow", "Sources utilisées plusieurs fois"));
+    cbFiltreSensible->setText(QCoreApplication::translate("MainWindow", "a != A"));
+    cbFiltrerRegex->setText(QCoreApplication::translate("MainWindow", "regex"));
+    cbSourceDateDiff->setText(QCoreApplication::translate("MainWindow", "Sources!=date"));
+    cbSourceDateDiff->setToolTip(QCoreApplication::translate(
+        "MainWindow", "<html><head/><body><p>liste les sources dont la date "
+                      "d'évènement diffère</p></body></html>"));
+    leRecherche->setPlaceholderText(QCoreApplication::translate("MainWindow", "filtrer"));
 
-    cbEspacer->setText(translate("Espacer les Prénoms/NOMS/"));
-    cbEspacer->setToolTip(
-        translate("<html><head/><body><p>JeanMARTIN -&gt; Jean MARTIN</p></body></html>"));
+    cbEspacer->setText(QCoreApplication::translate("MainWindow", "Espacer les Prénoms/NOMS/"));
+    cbEspacer->setToolTip(QCoreApplication::translate(
+        "MainWindow", "<html><head/><body><p>JeanMARTIN -&gt; Jean MARTIN</p></body></html>"));
 
-    gbDelTags->setTitle(translate("Supprimer les balises"));
-    leTagsToDel->setToolTip(translate(
+    gbDelTags->setTitle(QCoreApplication::translate("MainWindow", "Supprimer les balises"));
+    leTagsToDel->setToolTip(QCoreApplication::translate(
+        "MainWindow",
         "liste des balises séparées par ; Il est possible de spécifier les balises parentes "
         "séparées par des . en cas de balises homographes (INDI.OCCU.EVEN par exemple)"));
-    cbDelIfContent->setText(translate("si une valeur ou sous-valeur est :"));
-    cbDelIfContent->setToolTip(translate("<html><head/><body><p>Recherche le texte dans la balise "
-                                         "cible et ses sous balises</p></body></html>"));
-    cbDelEmptyClilds->setText(translate("si sans enfants"));
-    label_8->setText(translate("uniquement : "));
-    cbDelEmptyTags->setText(translate("si vides"));
-    cbDelIfContentRX->setText(translate("regex"));
+    cbDelIfContent->setText(
+        QCoreApplication::translate("MainWindow", "si une valeur ou sous-valeur est :"));
+    cbDelIfContent->setToolTip(QCoreApplication::translate(
+        "MainWindow", "<html><head/><body><p>Recherche le texte dans la balise "
+                      "cible et ses sous balises</p></body></html>"));
+    cbDelEmptyClilds->setText(QCoreApplication::translate("MainWindow", "si sans enfants"));
+    label_8->setText(QCoreApplication::translate("MainWindow", "uniquement : "));
+    cbDelEmptyTags->setText(QCoreApplication::translate("MainWindow", "si vides"));
+    cbDelIfContentRX->setText(QCoreApplication::translate("MainWindow", "regex"));
 
-    gbSetURLLinks->setTitle(translate("Générer les URL des médias sources"));
-    pbImportCsvLinks->setText(translate("Fichier de correspondance"));
-    label_3->setText(translate("Chaîne de séparation"));
-    leStrPlitCsv->setText(translate(",https://www.dropbox.com/"));
-    leStrPlitCsv->setToolTip(translate("<html><head/><body><p>chaîne de caractères unique au sein "
-                                       "de la ligne&quot;fichier/url&quot; permettant de séparer "
-                                       "le nom de fichier et son url</p></body></html>"));
-    cbUrlInEvt->setText(translate("Générer une note dans l'évènement"));
-    cbUrlInEvt->setToolTip(
-        translate("<html><head/><body><p>Ajoute une balise NOTE référençant l'url de la source à "
-                  "une balise évènement</p></body></html>"));
-    cbUrlInSour->setText(translate("Générer un lien dans la source"));
-    cbUrlInSour->setToolTip(translate("<html><head/><body><p>Ajoute une balise WWW référençant "
-                                      "l'url de la source à une balise source</p></body></html>"));
-    cbDelTagObjeFile->setText(translate("Ssupprimer l'entrée OBJE correspondant au fichier"));
-    gbExtractMediasToKeep->setTitle(translate("Extraire les médias non linkés"));
-    gbExtractMediasToKeep->setToolTip(
-        translate("<html><head/><body><p>copie les médias à afficher directement sans avoir à "
-                  "cliquer sur un lien</p></body></html>"));
-    pbExtractMediasToKeep->setText(translate("Dossier d'extraction"));
-    pbExtractMediasSource->setText(translate("Dossier source"));
+    gbSetURLLinks->setTitle(
+        QCoreApplication::translate("MainWindow", "Générer les URL des médias sources"));
+    pbImportCsvLinks->setText(
+        QCoreApplication::translate("MainWindow", "Fichier de correspondance"));
+    label_3->setText(QCoreApplication::translate("MainWindow", "Chaîne de séparation"));
+    leStrPlitCsv->setText(QCoreApplication::translate("MainWindow", ",https://www.dropbox.com/"));
+    leStrPlitCsv->setToolTip(QCoreApplication::translate(
+        "MainWindow", "<html><head/><body><p>chaîne de caractères unique au sein "
+                      "de la ligne&quot;fichier/url&quot; permettant de séparer "
+                      "le nom de fichier et son url</p></body></html>"));
+    cbUrlInEvt->setText(
+        QCoreApplication::translate("MainWindow", "Générer une note dans l'évènement"));
+    cbUrlInEvt->setToolTip(QCoreApplication::translate(
+        "MainWindow",
+        "<html><head/><body><p>Ajoute une balise NOTE référençant l'url de la source à "
+        "une balise évènement</p></body></html>"));
+    cbUrlInSour->setText(
+        QCoreApplication::translate("MainWindow", "Générer un lien dans la source"));
+    cbUrlInSour->setToolTip(QCoreApplication::translate(
+        "MainWindow", "<html><head/><body><p>Ajoute une balise WWW référençant "
+                      "l'url de la source à une balise source</p></body></html>"));
+    cbDelTagObjeFile->setText(QCoreApplication::translate(
+        "MainWindow", "Ssupprimer l'entrée OBJE correspondant au fichier"));
+    gbExtractMediasToKeep->setTitle(
+        QCoreApplication::translate("MainWindow", "Extraire les médias non linkés"));
+    gbExtractMediasToKeep->setToolTip(QCoreApplication::translate(
+        "MainWindow", "<html><head/><body><p>copie les médias à afficher directement sans avoir à "
+                      "cliquer sur un lien</p></body></html>"));
+    pbExtractMediasToKeep->setText(
+        QCoreApplication::translate("MainWindow", "Dossier d'extraction"));
+    pbExtractMediasSource->setText(QCoreApplication::translate("MainWindow", "Dossier source"));
 
-    gbClickablesLinks->setTitle(translate("Rendre les liens cliquable"));
-    gbClickablesLinks->setToolTip(translate("<html><head/><body><p>transforme une url en balise "
-                                            "markdown ou html cliquable</p></body></html>"));
-    rbMarkdown->setText(translate("Markdown"));
-    rbHtml->setText(translate("Html"));
-    label_7->setText(translate("Appliquer uniquement aux balises : "));
-    label_7->setToolTip(
-        translate("Seul les liens aynt pour balise les balieses mentionnées seront modifiés."));
-    leTagToClickable->setToolTip(translate(
+    gbClickablesLinks->setTitle(
+        QCoreApplication::translate("MainWindow", "Rendre les liens cliquable"));
+    gbClickablesLinks->setToolTip(QCoreApplication::translate(
+        "MainWindow", "<html><head/><body><p>transforme une url en balise "
+                      "markdown ou html cliquable</p></body></html>"));
+    rbMarkdown->setText(QCoreApplication::translate("MainWindow", "Markdown"));
+    rbHtml->setText(QCoreApplication::translate("MainWindow", "Html"));
+    label_7->setText(
+        QCoreApplication::translate("MainWindow", "Appliquer uniquement aux balises : "));
+    label_7->setToolTip(QCoreApplication::translate(
+        "MainWindow", "Seul les liens aynt pour balise les balieses mentionnées seront modifiés."));
+    leTagToClickable->setToolTip(QCoreApplication::translate(
+        "MainWindow",
         "liste des balises séparées par ; Il est possible de spécifier les balises parentes "
         "séparées par des . en cas de balises homographes (INDI.OCCU.EVEN par exemple)"));
 
-    gbReplaceMediaPath->setTitle(translate("Changer le chemin des médias"));
-    pbOpenNewMediaPath->setText(translate("Choix du dossier"));
-    cbDelMediaPath->setText(translate("Supprimer"));
-    cbDelMediaPath->setToolTip(
-        translate("<html><head/><body><p>supprime le chemin absolu d'un fichier et ne conserve que "
-                  "le nom du fichier</p></body></html>"));
+    gbReplaceMediaPath->setTitle(
+        QCoreApplication::translate("MainWindow", "Changer le chemin des médias"));
+    pbOpenNewMediaPath->setText(QCoreApplication::translate("MainWindow", "Choix du dossier"));
+    cbDelMediaPath->setText(QCoreApplication::translate("MainWindow", "Supprimer"));
+    cbDelMediaPath->setToolTip(QCoreApplication::translate(
+        "MainWindow",
+        "<html><head/><body><p>supprime le chemin absolu d'un fichier et ne conserve que "
+        "le nom du fichier</p></body></html>"));
 
-    gbMoveTagContent->setTitle(translate("Copier / Déplacer des balises"));
-    gbMoveTagContent->setToolTip(translate(
+    gbMoveTagContent->setTitle(
+        QCoreApplication::translate("MainWindow", "Copier / Déplacer des balises"));
+    gbMoveTagContent->setToolTip(QCoreApplication::translate(
+        "MainWindow",
         "<html><head/><body><p>déplace le contenu d'une balise dans une autre</p></body></html>"));
-    label->setText(translate("Balise 1"));
-    leTagDest->setToolTip(translate("tag complet de la ou des balises séparées par ;"));
-    cbCpSourDestContent->setText(translate("Contenu de 1 dans 2"));
-    label_2->setText(translate("Balise 2"));
-    leTagSour->setToolTip(translate("tag complet de la ou des balises séparées par ;"));
-    cbCreateDestTag->setText(translate("Créer 2"));
-    cbDelTagSour->setText(translate("Supprimer la balise 1"));
-    cbDelTagSour->setToolTip(translate("<html><head/><body><p>la balise n'est supprimée que si "
-                                       "elle n'a pas de sous balise</p></body></html>"));
+    label->setText(QCoreApplication::translate("MainWindow", "Balise 1"));
+    leTagDest->setToolTip(QCoreApplication::translate(
+        "MainWindow", "tag complet de la ou des balises séparées par ;"));
+    cbCpSourDestContent->setText(QCoreApplication::translate("MainWindow", "Contenu de 1 dans 2"));
+    label_2->setText(QCoreApplication::translate("MainWindow", "Balise 2"));
+    leTagSour->setToolTip(QCoreApplication::translate(
+        "MainWindow", "tag complet de la ou des balises séparées par ;"));
+    cbCreateDestTag->setText(QCoreApplication::translate("MainWindow", "Créer 2"));
+    cbDelTagSour->setText(QCoreApplication::translate("MainWindow", "Supprimer la balise 1"));
+    cbDelTagSour->setToolTip(QCoreApplication::translate(
+        "MainWindow", "<html><head/><body><p>la balise n'est supprimée que si "
+                      "elle n'a pas de sous balise</p></body></html>"));
 
-    gbReplaceString->setTitle(translate("Remplacer du texte"));
-    label_6->setText(translate("Remplacer par "));
-    label_5->setText(translate("Recherche"));
-    leTagToApply->setToolTip(translate(
+    gbReplaceString->setTitle(QCoreApplication::translate("MainWindow", "Remplacer du texte"));
+    label_6->setText(QCoreApplication::translate("MainWindow", "Remplacer par "));
+    label_5->setText(QCoreApplication::translate("MainWindow", "Recherche"));
+    leTagToApply->setToolTip(QCoreApplication::translate(
+        "MainWindow",
         "<html><head/><body><p>Laisser vide  pour modifier n'importe où</p></body></html>"));
-    cbSensible->setText(translate("a != A"));
-    cbSensible->setToolTip(
-        translate("<html><head/><body><p>Différencer MAJUSCULES et minuscules</p></body></html>"));
-    cbRegex->setText(translate("regex"));
-    cbRegex->setToolTip(
-        translate("<html><head/><body><p>Utiliser une expression régulière</p></body></html>"));
-    label_4->setText(translate("Balises cibles"));
+    cbSensible->setText(QCoreApplication::translate("MainWindow", "a != A"));
+    cbSensible->setToolTip(QCoreApplication::translate(
+        "MainWindow",
+        "<html><head/><body><p>Différencer MAJUSCULES et minuscules</p></body></html>"));
+    cbRegex->setText(QCoreApplication::translate("MainWindow", "regex"));
+    cbRegex->setToolTip(QCoreApplication::translate(
+        "MainWindow", "<html><head/><body><p>Utiliser une expression régulière</p></body></html>"));
+    label_4->setText(QCoreApplication::translate("MainWindow", "Balises cibles"));
 
-    pbApply->setText(translate("Appliquer les modifications"));
-    pbReadSequence->setText(translate("Jouer la séquence"));
+    pbApply->setText(QCoreApplication::translate("MainWindow", "Appliquer les modifications"));
+    pbReadSequence->setText(QCoreApplication::translate("MainWindow", "Jouer la séquence"));
 
-    menuFichier->setTitle(translate("Fichier"));
-    menuOutils->setTitle(translate("Outils"));
-    menuAide->setTitle(translate("Aide"));
+    menuFichier->setTitle(QCoreApplication::translate("MainWindow", "Fichier"));
+    menuOutils->setTitle(QCoreApplication::translate("MainWindow", "Outils"));
+    menuAide->setTitle(QCoreApplication::translate("MainWindow", "Aide"));
 }

@@ -2,25 +2,19 @@
 #include "document.h"
 #include "fenjournal.h"
 #include "filedialogs.h"
-#include "mainwindow.h"
 #include "testmain.h"
+#include "window.h"
 
 #include <QAbstractButton>
-#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QEvent>
-#include <QFile>
 #include <QGroupBox>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QRegularExpression>
 #include <QStatusBar>
-#include <QTemporaryDir>
 #include <QTest>
-
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -52,59 +46,20 @@ const QStringList Family{
 };
 
 const QString Folded =
-    u"INFO : Balise 'INDI.NOTE.CONC  long (l.6) concaténée dans la balise INDI.NOTE un texte long (l.5)"_s;
-
-/// The real window. It reads a parameter file once, while it is built.
-std::unique_ptr<MainWindow> newWindow()
-{
-    const QString parameters = QCoreApplication::applicationDirPath() + "/PARAM.INI"_L1;
-    writeBytes(parameters, {});
-    auto window = std::make_unique<MainWindow>(nullptr);
-    QFile::remove(parameters);
-    window->show();
-    return window;
-}
-
-QStringList journalIn(const FenJournal *fenJournal)
-{
-    QString text = fenJournal->findChild<QPlainTextEdit *>()->toPlainText();
-    return journalWithoutTimes(text.replace(u'\n', "\r\n"_L1));
-}
+    u"INFO : Balise 'INDI.NOTE.CONC  long (l.6) concaténée dans la balise INDI.NOTE un texte "
+    u"long (l.5)"_s;
 
 /// The window with a file that was opened by its menu.
-class Form
+class Form : public Session
 {
 public:
-    explicit Form(const QStringList &lines = Family) : window(newWindow())
+    explicit Form(const QStringList &lines = Family)
     {
-        writeLines(path(), lines + QStringList{u"0 TRLR"_s});
-        const AnsweredFileDialogs dialogs(path());
-        find<QAction>(u"actionOuvrir"_s)->trigger();
+        window->show();
+        load(lines + QStringList{u"0 TRLR"_s});
         m_journalSeen = journal().size();
     }
-    Q_DISABLE_COPY_MOVE(Form)
 
-    QString path() const
-    {
-        return m_folder.filePath(u"arbre.ged"_s);
-    }
-    QDir folder() const
-    {
-        return QDir(m_folder.path());
-    }
-    template <typename T>
-    T *find(const QString &name) const
-    {
-        return window->findChild<T *>(name);
-    }
-    QProgressBar *progress() const
-    {
-        return window->findChild<QProgressBar *>();
-    }
-    QStatusBar *statusBar() const
-    {
-        return find<QStatusBar>(u"statusbar"_s);
-    }
     QStringList messages() const
     {
         return m_boxes.texts();
@@ -114,35 +69,26 @@ public:
         return m_boxes;
     }
 
-    /// "gbDelTags" checks a control, "leTagsToDel=NOTE" fills one, "csv" picks a correspondence
-    /// file. "~" in a value stands for the folder of the document.
-    void set(const QStringList &settings)
+    /// The settings of a session, and "csv", which picks a correspondence file. "~" in a value
+    /// stands for the folder of the document.
+    void set(QStringList settings) const
     {
-        for (const QString &setting : settings) {
-            const qsizetype equals = setting.indexOf(u'=');
-            if (setting == "csv"_L1) {
-                pickCorrespondence();
-                continue;
-            }
-            auto *widget = find<QWidget>(setting.left(equals));
-            const QString value = setting.mid(equals + 1).replace(u'~', m_folder.path());
-            if (!widget
-                || !(equals < 0 ? widget->setProperty("checked", true)
-                                : widget->setProperty("text", value))) {
-                QTest::qFail(qPrintable("no such setting: " + setting), __FILE__, __LINE__);
-            }
-        }
+        const bool picks = settings.removeAll(u"csv"_s) > 0;
+        Session::set(settings.replaceInStrings(u"~"_s, folder()));
+        if (picks) // by a button that a setting may have enabled
+            pickCorrespondence();
     }
-    void pickCorrespondence()
+    void pickCorrespondence() const
     {
-        const QString csv = m_folder.filePath(u"liens.csv"_s);
+        const QString csv = path(u"liens.csv"_s);
         writeLines(csv, {u"photo.jpg,https://www.dropbox.com/une photo"_s});
         const AnsweredFileDialogs dialogs(csv);
         find<QAbstractButton>(u"pbImportCsvLinks"_s)->click();
+        QCOMPARE(dialogs.count(), 1);
     }
-    void apply()
+    void apply() const
     {
-        QTest::mouseClick(find<QAbstractButton>(u"pbApply"_s), Qt::LeftButton);
+        click(u"pbApply"_s);
     }
 
     /// The controls of the panel that are checked or filled, in the order of the form.
@@ -158,17 +104,6 @@ public:
         return names;
     }
 
-    QList<FenJournal *> journalWindows() const
-    {
-        return window->findChildren<FenJournal *>();
-    }
-    /// The whole journal, read in a window of its own that goes away again.
-    QStringList journal() const
-    {
-        find<QAction>(u"actionJournal"_s)->trigger();
-        const std::unique_ptr<FenJournal> fenJournal(journalWindows().constLast());
-        return journalIn(fenJournal.get());
-    }
     /// The lines that have come since the file was opened.
     QStringList runJournal() const
     {
@@ -189,10 +124,7 @@ public:
         return numbers.join(u' ');
     }
 
-    std::unique_ptr<MainWindow> window;
-
 private:
-    QTemporaryDir m_folder;
     AnsweredBoxes m_boxes;
     qsizetype m_journalSeen = 0;
 };
@@ -204,7 +136,7 @@ public:
     explicit Order(Form &form) : m_form(form)
     {
         qApp->installEventFilter(this);
-        connect(form.statusBar(), &QStatusBar::messageChanged, this,
+        connect(form.window->statusBar(), &QStatusBar::messageChanged, this,
                 [this](const QString &text) { events += "status: "_L1 + text; });
         const auto fields = form.window->findChildren<QLineEdit *>();
         for (const QLineEdit *field : fields) {
@@ -276,15 +208,16 @@ private slots:
 
 void TstApply::outOfReachBeforeALoad()
 {
-    const auto window = newWindow();
-    auto *pbApply = window->findChild<QAbstractButton *>(u"pbApply"_s);
-    QVERIFY(!window->findChild<QGroupBox *>(u"mainGroupBox"_s)->isEnabled());
+    const Session session;
+    session.window->show();
+    auto *pbApply = session.find<QAbstractButton>(u"pbApply"_s);
+    QVERIFY(!session.isEnabled(u"mainGroupBox"_s));
     QVERIFY(!pbApply->isEnabled());
     pbApply->click();
-    QCOMPARE(window->findChildren<FenJournal *>().size(), 0);
+    QCOMPARE(session.journalWindows().size(), 0);
 
     const Form form;
-    QVERIFY(form.find<QAbstractButton>(u"pbApply"_s)->isEnabled());
+    QVERIFY(form.isEnabled(u"pbApply"_s));
 }
 
 void TstApply::orderOfARun()
@@ -334,15 +267,15 @@ void TstApply::stateWhileTheBoxIsOpen()
         QCOMPARE(form.filled(), filled);
     });
     // The box is closed by now, and its group runs with what the form still holds.
-    const auto connection = connect(form.statusBar(), &QStatusBar::messageChanged, this,
+    const auto connection = connect(form.window->statusBar(), &QStatusBar::messageChanged, this,
                                     [&form, &filled](const QString &text) {
                                         if (text != "Suppression des balises en cours..."_L1)
                                             return;
                                         QCOMPARE(form.runJournal().size(), 2);
                                         QCOMPARE(form.filled(), filled);
-                                        QVERIFY(form.find<QWidget>(u"gbDelTags"_s)->isEnabled());
-                                        QVERIFY(form.find<QWidget>(u"leTagsToDel"_s)->isEnabled());
-                                        QVERIFY(form.find<QWidget>(u"pbApply"_s)->isEnabled());
+                                        QVERIFY(form.isEnabled(u"gbDelTags"_s));
+                                        QVERIFY(form.isEnabled(u"leTagsToDel"_s));
+                                        QVERIFY(form.isEnabled(u"pbApply"_s));
                                     });
     form.apply();
     disconnect(connection);
@@ -362,7 +295,7 @@ void TstApply::everySelectorOff()
 
     QCOMPARE(form.messages(), QStringList());
     QCOMPARE(form.runJournal(), (QStringList{Folded, u"INFO : 1 balises CONC reconcaténées."_s}));
-    QCOMPARE(form.statusBar()->currentMessage(), u"1 balises CONC reconcaténées."_s);
+    QCOMPARE(form.status(), u"1 balises CONC reconcaténées."_s);
     QCOMPARE(form.journalWindows().size(), 1);
     QVERIFY(form.journalWindows().constFirst()->isVisible());
     QCOMPARE(form.journalWindows().constFirst()->windowTitle(), u"Journal"_s);
@@ -372,7 +305,7 @@ void TstApply::everySelectorOff()
 
     // The run is one of the tree in memory.
     QCOMPARE(readBytes(form.path()), before);
-    QCOMPARE(form.folder().entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+    QCOMPARE(QDir(form.folder()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              QStringList{u"arbre.ged"_s});
 }
 
@@ -402,13 +335,13 @@ void TstApply::usableAfterAMessage()
     form.apply();
     QCOMPARE(form.messages(), QStringList{NoTagToDelete});
     QCOMPARE(form.deleted(), u"8 7"_s);
-    QVERIFY(form.find<QWidget>(u"pbApply"_s)->isEnabled());
+    QVERIFY(form.isEnabled(u"pbApply"_s));
 
     form.set({u"gbDelTags"_s, u"leTagsToDel=NOTE"_s});
     form.apply();
     QCOMPARE(form.messages(), QStringList{NoTagToDelete});
     QCOMPARE(form.deleted(), u"8 7 5"_s);
-    QVERIFY(form.find<QWidget>(u"pbApply"_s)->isEnabled());
+    QVERIFY(form.isEnabled(u"pbApply"_s));
 }
 
 void TstApply::requirements_data()
@@ -525,7 +458,7 @@ void TstApply::requirements()
     QFETCH(QString, deleted);
 
     Form form;
-    QVERIFY(form.folder().mkdir(u"medias"_s));
+    QVERIFY(QDir(form.folder()).mkdir(u"medias"_s));
     form.set(QStringList{u"gbDelTags"_s, u"leTagsToDel=NOTE"_s} + settings);
     form.apply();
 
@@ -733,11 +666,11 @@ void TstApply::keptByTheReset()
 
     QCOMPARE(form.messages(), QStringList());
     QCOMPARE(form.filled(), QStringList{u"rbHtml"_s});
-    QCOMPARE(form.find<QLineEdit>(u"leRecherche"_s)->text(), u"Jean"_s);
-    QVERIFY(form.find<QAbstractButton>(u"cbSourceMultiUse"_s)->isChecked());
-    QVERIFY(form.find<QAbstractButton>(u"cbFiltreSensible"_s)->isChecked());
-    QVERIFY(form.find<QAbstractButton>(u"cbFiltrerRegex"_s)->isChecked());
-    QVERIFY(!form.find<QAbstractButton>(u"cbSourceDateDiff"_s)->isChecked());
+    QCOMPARE(form.text(u"leRecherche"_s), u"Jean"_s);
+    QVERIFY(form.isChecked(u"cbSourceMultiUse"_s));
+    QVERIFY(form.isChecked(u"cbFiltreSensible"_s));
+    QVERIFY(form.isChecked(u"cbFiltrerRegex"_s));
+    QVERIFY(!form.isChecked(u"cbSourceDateDiff"_s));
 
     // The picked files are still known; the default separator is gone for good.
     form.set({u"gbSetURLLinks"_s});
@@ -829,7 +762,7 @@ void TstApply::valueFieldAfterTheReset()
 
     Form form;
     for (const QString &name : std::as_const(clicks)) {
-        if (auto *button = form.find<QAbstractButton>(name))
+        if (auto *button = form.window->findChild<QAbstractButton *>(name))
             button->click();
         else
             QTest::keyClick(form.find<QGroupBox>(name), Qt::Key_Space);
@@ -840,14 +773,14 @@ void TstApply::valueFieldAfterTheReset()
     QCOMPARE(form.filled(), QStringList{u"rbMarkdown"_s});
 
     form.set({u"gbDelTags"_s});
-    QCOMPARE(form.find<QWidget>(u"leValueToDel"_s)->isEnabled(), enabled);
-    QCOMPARE(form.find<QWidget>(u"cbDelIfContentRX"_s)->isEnabled(), enabled);
+    QCOMPARE(form.isEnabled(u"leValueToDel"_s), enabled);
+    QCOMPARE(form.isEnabled(u"cbDelIfContentRX"_s), enabled);
     // A click of the user goes by the check box again.
     QTest::keyClick(form.find<QGroupBox>(u"gbDelTags"_s), Qt::Key_Space);
     QTest::keyClick(form.find<QGroupBox>(u"gbDelTags"_s), Qt::Key_Space);
     QCOMPARE(form.filled(), (QStringList{u"gbDelTags"_s, u"rbMarkdown"_s}));
-    QVERIFY(!form.find<QWidget>(u"leValueToDel"_s)->isEnabled());
-    QVERIFY(!form.find<QWidget>(u"cbDelIfContentRX"_s)->isEnabled());
+    QVERIFY(!form.isEnabled(u"leValueToDel"_s));
+    QVERIFY(!form.isEnabled(u"cbDelIfContentRX"_s));
 }
 
 VARLUNE_TEST_MAIN(TstApply)

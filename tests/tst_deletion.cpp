@@ -1,22 +1,12 @@
 #include "boxes.h"
 #include "document.h"
-#include "fenjournal.h"
-#include "filedialogs.h"
-#include "mainwindow.h"
 #include "testmain.h"
+#include "window.h"
 
-#include <QAbstractButton>
-#include <QAction>
 #include <QDir>
-#include <QFile>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QSet>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
-
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -632,50 +622,37 @@ void TstDeletion::throughTheForm()
 {
     const QString path = CaseFolder + "valeur-regex"_L1;
     const Options options(readLines(path + ".options"_L1));
-    const QTemporaryDir folder;
-    const QString file = folder.filePath(u"arbre.ged"_s);
-    writeBytes(file, readBytes(path + ".avant.ged"_L1));
-
-    // The window reads a parameter file while it is built.
-    const QString parameters = QCoreApplication::applicationDirPath() + "/PARAM.INI"_L1;
-    writeBytes(parameters, {});
-    MainWindow window(nullptr);
-    QFile::remove(parameters);
-    window.show();
+    const Session session;
+    session.window->show();
+    writeBytes(session.path(), readBytes(path + ".avant.ged"_L1));
     const AnsweredBoxes boxes;
-    {
-        const AnsweredFileDialogs dialogs(file);
-        window.findChild<QAction *>(u"actionOuvrir"_s)->trigger();
-    }
+    session.open(session.path());
 
-    const auto set = [&window](const QString &name, const char *property, const QVariant &value) {
-        QVERIFY(window.findChild<QWidget *>(name)->setProperty(property, value));
+    const auto flag = [&options](const QString &name, const QString &control) {
+        return options.flags.value(name) ? control : u'!' + control;
     };
-    set(u"gbDelTags"_s, "checked", true);
-    set(u"leTagsToDel"_s, "text", options.tags.join(u';'));
-    set(u"leValueToDel"_s, "text", options.value);
-    set(u"cbDelEmptyTags"_s, "checked", options.flags.value(u"emptyOnly"_s));
-    set(u"cbDelEmptyClilds"_s, "checked", options.flags.value(u"noChilds"_s));
-    set(u"cbDelIfContent"_s, "checked", options.flags.value(u"contains"_s));
-    set(u"cbDelIfContentRX"_s, "checked", options.flags.value(u"rx"_s));
-    QTest::mouseClick(window.findChild<QAbstractButton *>(u"pbApply"_s), Qt::LeftButton);
+    session.set({u"gbDelTags"_s, u"leTagsToDel="_s + options.tags.join(u';'),
+                 u"leValueToDel="_s + options.value, flag(u"emptyOnly"_s, u"cbDelEmptyTags"_s),
+                 flag(u"noChilds"_s, u"cbDelEmptyClilds"_s),
+                 flag(u"contains"_s, u"cbDelIfContent"_s), flag(u"rx"_s, u"cbDelIfContentRX"_s)});
+    session.click(u"pbApply"_s);
 
     QCOMPARE(boxes.texts(), QStringList());
-    QString text = window.findChild<FenJournal *>()->findChild<QPlainTextEdit *>()->toPlainText();
+    QCOMPARE(session.journalWindows().size(), 1);
     const QStringList before{
-        "INFO : Chargement du fichier "_L1 + file,
+        "INFO : Chargement du fichier "_L1 + session.path(),
         u"INFO : Chargement de 24 lignes terminé."_s,
         u"INFO : Chargement du fichier GED terminé."_s,
         u"INFO : 4 entrées trouvées."_s,
         u"INFO : 0 balises CONC reconcaténées."_s,
     };
-    QCOMPARE(journalWithoutTimes(text.replace(u'\n', "\r\n"_L1)),
+    QCOMPARE(journalIn(session.journalWindows().constFirst()),
              before + readLines(path + ".journal.txt"_L1));
-    QCOMPARE(readBytes(file), readBytes(path + ".avant.ged"_L1));
+    QCOMPARE(readBytes(session.path()), readBytes(path + ".avant.ged"_L1));
 
-    window.findChild<QAction *>(u"actionEnregistrerFichier"_s)->trigger();
+    session.trigger(u"actionEnregistrerFichier"_s);
     QCOMPARE(boxes.texts(), QStringList());
-    QCOMPARE(readBytes(file), readBytes(path + ".apres.ged"_L1));
+    QCOMPARE(readBytes(session.path()), readBytes(path + ".apres.ged"_L1));
 }
 
 VARLUNE_TEST_MAIN(TstDeletion)

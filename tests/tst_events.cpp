@@ -2,25 +2,17 @@
 #include "document.h"
 #include "fenjournal.h"
 #include "filedialogs.h"
-#include "mainwindow.h"
 #include "testmain.h"
+#include "window.h"
 
 #include <QAbstractButton>
-#include <QAction>
-#include <QApplication>
 #include <QFile>
-#include <QGroupBox>
-#include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QProgressBar>
-#include <QStatusBar>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
 
 #include <functional>
-#include <memory>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -102,65 +94,16 @@ QStringList noted(int persons, int noted)
     return lines;
 }
 
-QStringList journalIn(const FenJournal *fenJournal)
-{
-    QString text = fenJournal->findChild<QPlainTextEdit *>()->toPlainText();
-    return journalWithoutTimes(text.replace(u'\n', "\r\n"_L1));
-}
-
-/// The real window, with a folder of its own.
-class Session
+/// The window with a file to open, and an action that comes in the midst of an operation.
+class Interruption : public Session
 {
 public:
-    explicit Session(const QStringList &lines)
+    explicit Interruption(const QStringList &lines)
     {
         writeLines(path(), withTrailer(lines));
-        // The window reads a parameter file while it is built.
-        const QString parameters = QCoreApplication::applicationDirPath() + "/PARAM.INI"_L1;
-        writeBytes(parameters, {});
-        window = std::make_unique<MainWindow>(nullptr);
-        QFile::remove(parameters);
         window->show();
     }
-    Q_DISABLE_COPY_MOVE(Session)
 
-    QString path(const QString &name = u"arbre.ged"_s) const
-    {
-        return folder.filePath(name);
-    }
-    template <typename T>
-    T *find(const QString &name) const
-    {
-        return window->findChild<T *>(name);
-    }
-    QProgressBar *progress() const
-    {
-        return window->findChild<QProgressBar *>();
-    }
-    QString status() const
-    {
-        return find<QStatusBar>(u"statusbar"_s)->currentMessage();
-    }
-    QTreeWidget *tree() const
-    {
-        return find<QTreeWidget>(u"treeWidget"_s);
-    }
-    QList<FenJournal *> journalWindows() const
-    {
-        return window->findChildren<FenJournal *>();
-    }
-    /// The whole journal, read in a window of its own that goes away again.
-    QStringList journal() const
-    {
-        trigger(u"actionJournal"_s);
-        const std::unique_ptr<FenJournal> fenJournal(journalWindows().constLast());
-        return journalIn(fenJournal.get());
-    }
-
-    void trigger(const QString &action) const
-    {
-        find<QAction>(action)->trigger();
-    }
     /// Triggers the action and gives \p answer in its file dialog.
     void triggerDialog(const QString &action, const QString &answer)
     {
@@ -168,27 +111,13 @@ public:
         trigger(action);
         endDialogs();
     }
-    void open()
+    void openFile()
     {
         triggerDialog(u"actionOuvrir"_s, path());
     }
     void save() const
     {
         trigger(u"actionEnregistrerFichier"_s);
-    }
-    /// "gbDelTags" checks a control, "!gbDelTags" unchecks it, "leTagsToDel=NOTE" fills one.
-    void set(const QStringList &settings) const
-    {
-        for (const QString &setting : settings) {
-            const bool off = setting.startsWith(u'!');
-            const QString name = setting.section(u'=', 0, 0).mid(off ? 1 : 0);
-            auto *widget = find<QWidget>(name);
-            if (!widget
-                || !(setting.contains(u'=') ? widget->setProperty("text", setting.section(u'=', 1))
-                                            : widget->setProperty("checked", !off))) {
-                QTest::qFail(qPrintable("no such setting: " + setting), __FILE__, __LINE__);
-            }
-        }
     }
     void apply(const QStringList &settings) const
     {
@@ -222,8 +151,6 @@ public:
         m_operationEnded = true;
     }
 
-    const QTemporaryDir folder;
-    std::unique_ptr<MainWindow> window;
     AnsweredBoxes boxes;
     int dialogCount = 0;
     bool interrupted = false;
@@ -299,12 +226,12 @@ void TstEvents::actionDuringAnOperation()
     QFETCH(QString, operation);
     QFETCH(QString, action);
 
-    Session session(family(true));
+    Interruption session(family(true));
     const bool loading = operation == Load;
     const bool applying = operation == Fold || operation == Delete;
     const QStringList deleteNotes{u"gbDelTags"_s, u"leTagsToDel=NOTE"_s};
     if (!loading) {
-        session.open();
+        session.openFile();
         if (!applying) {
             // So that the journal has many lines, and some entries are hidden.
             session.apply({u"gbDelTags"_s, u"leTagsToDel=OCCU"_s});
@@ -343,7 +270,7 @@ void TstEvents::actionDuringAnOperation()
     });
     session.run([&] {
         if (loading)
-            session.open();
+            session.openFile();
         else if (applying)
             session.apply(deleteNotes);
         else
@@ -354,8 +281,8 @@ void TstEvents::actionDuringAnOperation()
     QCOMPARE(session.boxes.texts(), QStringList());
     QVERIFY(!session.progress()->isVisible());
     QCOMPARE(session.window->isVisible(), action != "close"_L1);
-    QVERIFY(!session.find<QAction>(u"actionOuvrir"_s)->isEnabled());
-    QVERIFY(session.find<QAction>(u"actionEnregistrerFichier"_s)->isEnabled());
+    QVERIFY(!session.isEnabled(u"actionOuvrir"_s));
+    QVERIFY(session.isEnabled(u"actionEnregistrerFichier"_s));
     // A second load is never offered, and before the first there is nothing to save or to rework.
     const bool saved = !loading && (action == "save"_L1 || action == "save as"_L1);
     const bool applied = !loading && action == "apply"_L1;
@@ -364,8 +291,8 @@ void TstEvents::actionDuringAnOperation()
     QCOMPARE(session.journalWindows().size(),
              (applying ? 1 : 0) + (applied ? 1 : 0) + (action == "journal"_L1 ? 1 : 0));
     if (applying || applied) {
-        QVERIFY(!session.find<QGroupBox>(u"gbDelTags"_s)->isChecked());
-        QCOMPARE(session.find<QLineEdit>(u"leTagsToDel"_s)->text(), QString());
+        QVERIFY(!session.isChecked(u"gbDelTags"_s));
+        QCOMPARE(session.text(u"leTagsToDel"_s), QString());
     }
     if (action == "click"_L1)
         QCOMPARE(session.tree()->currentItem(), clicked);
@@ -434,17 +361,17 @@ void TstEvents::openDuringALoad()
     QFETCH(QStringList, saved);
     QFETCH(QStringList, boxes);
 
-    Session session(noted(124, 124));
+    Interruption session(noted(124, 124));
     writeLines(session.path(u"autre.ged"_s), withTrailer(noted(1, 1)));
     const QString path = answer.isEmpty() ? QString() : session.path(answer);
     session.during(Load, [&] { session.triggerDialog(u"actionOuvrir"_s, path); });
-    session.run([&] { session.open(); });
+    session.run([&] { session.openFile(); });
 
     QVERIFY(session.interrupted);
     QCOMPARE(session.dialogCount, 2);
     QCOMPARE(session.boxes.texts(), boxes);
     QCOMPARE(session.status(), u"Chargement du fichier GED terminé"_s);
-    QVERIFY(!session.find<QAction>(u"actionOuvrir"_s)->isEnabled());
+    QVERIFY(!session.isEnabled(u"actionOuvrir"_s));
     QVERIFY(!session.progress()->isVisible());
     QCOMPARE(session.tree()->topLevelItemCount(), 7);
     QCOMPARE(session.tree()->topLevelItem(1)->text(0), u"personnes"_s);
@@ -470,8 +397,8 @@ void TstEvents::openDuringALoad()
 
 void TstEvents::applyDuringADeletion()
 {
-    Session session(noted(149, 149));
-    session.open();
+    Interruption session(noted(149, 149));
+    session.openFile();
     QStringList expected =
         session.journal() + QStringList{u"INFO : 0 balises CONC reconcaténées."_s};
     const auto expectDeletions = [&expected](int last, int first) {
@@ -503,8 +430,8 @@ void TstEvents::applyDuringADeletion()
 
 void TstEvents::saveAsDuringADeletion()
 {
-    Session session(noted(149, 149));
-    session.open();
+    Interruption session(noted(149, 149));
+    session.openFile();
     session.during(Delete, [&] {
         session.triggerDialog(u"actionEnregistrerFichier_sous"_s, session.path(u"autre.ged"_s));
     });
@@ -567,11 +494,11 @@ void TstEvents::editOfTheForm()
     QFETCH(QStringList, summary);
     QFETCH(int, deleted);
 
-    Session session(noted(149, 149));
-    session.open();
+    Interruption session(noted(149, 149));
+    session.openFile();
     session.during(operation, [&] {
-        QVERIFY(session.find<QGroupBox>(u"mainGroupBox"_s)->isEnabled());
-        QVERIFY(session.find<QAbstractButton>(u"pbApply"_s)->isEnabled());
+        QVERIFY(session.isEnabled(u"mainGroupBox"_s));
+        QVERIFY(session.isEnabled(u"pbApply"_s));
         session.set(edits);
     });
     session.run([&] { session.apply(settings); });
@@ -581,10 +508,10 @@ void TstEvents::editOfTheForm()
     QCOMPARE(session.journal().filter(u" suppressions effectuées."_s), summary);
     QCOMPARE(deletionCount(session.journal()), deleted);
     // The form is emptied at the end all the same.
-    QVERIFY(!session.find<QGroupBox>(u"gbDelTags"_s)->isChecked());
-    QVERIFY(!session.find<QAbstractButton>(u"cbDelEmptyTags"_s)->isChecked());
-    QCOMPARE(session.find<QLineEdit>(u"leTagsToDel"_s)->text(), QString());
-    QCOMPARE(session.find<QLineEdit>(u"leValueToDel"_s)->text(), QString());
+    QVERIFY(!session.isChecked(u"gbDelTags"_s));
+    QVERIFY(!session.isChecked(u"cbDelEmptyTags"_s));
+    QCOMPARE(session.text(u"leTagsToDel"_s), QString());
+    QCOMPARE(session.text(u"leValueToDel"_s), QString());
 }
 
 void TstEvents::closingTheWindow_data()
@@ -603,11 +530,11 @@ void TstEvents::closingTheWindow()
 {
     QFETCH(QString, operation);
 
-    Session session(family(true));
+    Interruption session(family(true));
     const bool loading = operation == Load;
     const bool applying = operation == Fold || operation == Delete;
     if (!loading)
-        session.open();
+        session.openFile();
     if (!loading && !applying)
         session.apply({}); // folds what can then be cut
 
@@ -618,7 +545,7 @@ void TstEvents::closingTheWindow()
     QTimer::singleShot(0, session.window.get(), [&] {
         session.run([&] {
             if (loading)
-                session.open();
+                session.openFile();
             else if (applying)
                 session.apply({u"gbDelTags"_s, u"leTagsToDel=NOTE"_s});
             else

@@ -1,11 +1,8 @@
-#include "document.h"
-#include "fenjournal.h"
-#include "mainwindow.h"
+#include "markingtranslator.h"
 #include "testmain.h"
 #include "ui_mainwindow.h"
+#include "window.h"
 
-#include <QAction>
-#include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QGridLayout>
@@ -16,10 +13,8 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScopeGuard>
 #include <QSet>
 #include <QStyleOptionGroupBox>
-#include <QTranslator>
 #include <QTreeWidget>
 
 #include <memory>
@@ -305,39 +300,6 @@ void clickTitle(QGroupBox *group)
     QTest::mouseClick(group, Qt::LeftButton, {}, rect.center());
 }
 
-/// Clicks on the indicator of a check box or radio button, which is wider than what answers.
-void clickIndicator(QAbstractButton *button)
-{
-    QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
-}
-
-QString parameterFile()
-{
-    return QCoreApplication::applicationDirPath() + u"/PARAM.INI"_s;
-}
-
-/// The window as the program starts it, beside a parameter file that says nothing.
-std::unique_ptr<MainWindow> makeWindow()
-{
-    writeBytes(parameterFile(), {});
-    return std::make_unique<MainWindow>(nullptr);
-}
-
-/// Translates every text into its context and itself.
-class MarkingTranslator : public QTranslator
-{
-public:
-    [[nodiscard]] QString translate(const char *context, const char *sourceText, const char *,
-                                    int) const override
-    {
-        return u'[' + QString::fromUtf8(context) + u']' + QString::fromUtf8(sourceText);
-    }
-    [[nodiscard]] bool isEmpty() const override
-    {
-        return false;
-    }
-};
-
 } // namespace
 
 class TstForm : public QObject
@@ -364,14 +326,7 @@ private slots:
     void spacer();
     void spacerTakesFreeHeight();
     void nothingIsReachedBeforeLoad();
-
-    void cleanupTestCase();
 };
-
-void TstForm::cleanupTestCase()
-{
-    QFile::remove(parameterFile());
-}
 
 void TstForm::widget_data()
 {
@@ -583,9 +538,7 @@ void TstForm::creationOrder()
 
 void TstForm::texts()
 {
-    MarkingTranslator translator;
-    QApplication::installTranslator(&translator);
-    const auto remove = qScopeGuard([&] { QApplication::removeTranslator(&translator); });
+    const MarkingTranslator translator;
     const Form form;
     const auto marked = [](const QString &text) {
         return text.isEmpty() ? text : u"[MainWindow]"_s + text;
@@ -608,10 +561,9 @@ void TstForm::texts()
 
 void TstForm::textsOfTheWindow()
 {
-    const std::unique_ptr<MainWindow> window = makeWindow();
+    const Session session;
     for (const Row &row : rows()) {
-        const auto *widget = window->findChild<QWidget *>(QString::fromLatin1(row.name));
-        QVERIFY2(widget, row.name);
+        const auto *widget = session.find<QWidget>(QString::fromLatin1(row.name));
         QCOMPARE(textOf(widget), row.text);
         QCOMPARE(widget->toolTip(), row.toolTip);
     }
@@ -721,21 +673,21 @@ void TstForm::spacer()
 
 void TstForm::spacerTakesFreeHeight()
 {
-    const std::unique_ptr<MainWindow> window = makeWindow();
-    window->show();
-    const auto heights = [&window] {
+    const Session session;
+    session.window->show();
+    const auto heights = [&session] {
         QList<int> list;
         for (const QString &name : Groups)
-            list += window->findChild<QGroupBox *>(name)->height();
+            list += session.find<QGroupBox>(name)->height();
         return list;
     };
-    const auto *apply = window->findChild<QPushButton *>(u"pbApply"_s);
-    const auto *panel = window->findChild<QGroupBox *>(u"mainGroupBox"_s);
-    window->resize(1200, 1200);
+    const auto *apply = session.find<QPushButton>(u"pbApply"_s);
+    const auto *panel = session.find<QGroupBox>(u"mainGroupBox"_s);
+    session.window->resize(1200, 1200);
     const QList<int> before = heights();
     const int panelBefore = panel->height();
     const int applyBefore = apply->y();
-    window->resize(1200, 1500);
+    session.window->resize(1200, 1500);
     QCOMPARE(panel->height() - panelBefore, 300);
     QCOMPARE(apply->y() - applyBefore, 300);
     QCOMPARE(heights(), before);
@@ -743,20 +695,19 @@ void TstForm::spacerTakesFreeHeight()
 
 void TstForm::nothingIsReachedBeforeLoad()
 {
-    const std::unique_ptr<MainWindow> window = makeWindow();
-    window->show();
+    const Session session;
+    session.window->show();
     for (const Row &row : rows())
-        QVERIFY2(!window->findChild<QWidget *>(QString::fromLatin1(row.name))->isEnabled(),
-                 row.name);
+        QVERIFY2(!session.isEnabled(QString::fromLatin1(row.name)), row.name);
     for (const QString &name : Groups) {
-        auto *group = window->findChild<QGroupBox *>(name);
+        auto *group = session.find<QGroupBox>(name);
         clickTitle(group);
         QVERIFY2(!group->isChecked(), qPrintable(name));
     }
-    clickIndicator(window->findChild<QCheckBox *>(u"cbEspacer"_s));
-    QVERIFY(!window->findChild<QCheckBox *>(u"cbEspacer"_s)->isChecked());
-    QTest::mouseClick(window->findChild<QPushButton *>(u"pbApply"_s), Qt::LeftButton);
-    QVERIFY(window->findChildren<FenJournal *>().isEmpty());
+    clickIndicator(session.find<QCheckBox>(u"cbEspacer"_s));
+    QVERIFY(!session.isChecked(u"cbEspacer"_s));
+    QTest::mouseClick(session.find<QPushButton>(u"pbApply"_s), Qt::LeftButton);
+    QVERIFY(session.journalWindows().isEmpty());
 }
 
 VARLUNE_TEST_MAIN(TstForm)

@@ -1,14 +1,13 @@
 #include "boxes.h"
 #include "document.h"
+#include "progresslog.h"
 #include "testmain.h"
 #include "unprivileged.h"
 
 #include "gedcom.h"
 #include "twitem.h"
 
-#include <QAbstractEventDispatcher>
 #include <QDir>
-#include <QEvent>
 #include <QFile>
 #include <QIcon>
 #include <QImage>
@@ -27,39 +26,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int SectionCount = 7;
-
-/// What the progress bar goes through, in order: "show", "100 of 250" for each new value, "hide",
-/// and "events at 100" for each time that events are processed.
-class ProgressLog : public QObject
-{
-public:
-    explicit ProgressLog(QProgressBar *bar)
-    {
-        bar->installEventFilter(this);
-        connect(bar, &QProgressBar::valueChanged, this, [this, bar](int value) {
-            m_entries += u"%1 of %2"_s.arg(value).arg(bar->maximum());
-        });
-        connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, this,
-                [this, bar] { m_entries += u"events at %1"_s.arg(bar->value()); });
-    }
-
-    [[nodiscard]] QStringList entries() const
-    {
-        return m_entries;
-    }
-
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Show)
-            m_entries += u"show"_s;
-        else if (event->type() == QEvent::Hide)
-            m_entries += u"hide"_s;
-        return false;
-    }
-
-private:
-    QStringList m_entries;
-};
 
 /// The bytes of a file in a Unicode encoding, with its byte-order mark.
 QByteArray marked(QStringConverter::Encoding encoding, const QString &text)

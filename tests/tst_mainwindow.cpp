@@ -4,8 +4,10 @@
 #include "fenjournal.h"
 #include "filedialogs.h"
 #include "mainwindow.h"
+#include "markingtranslator.h"
 #include "testmain.h"
 #include "ui_mainwindow.h"
+#include "window.h"
 
 #include <QAction>
 #include <QApplication>
@@ -15,15 +17,12 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QProgressBar>
-#include <QPushButton>
 #include <QScopeGuard>
 #include <QScrollBar>
-#include <QStandardPaths>
 #include <QStatusBar>
 #include <QStyle>
 #include <QTimer>
@@ -38,110 +37,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QString parameterFile()
-{
-    return QCoreApplication::applicationDirPath() + u"/PARAM.INI"_s;
-}
-
-QString documentsFolder()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-}
-
-/// The window as the program starts it, beside a parameter file that says nothing.
-std::unique_ptr<MainWindow> makeWindow()
-{
-    writeBytes(parameterFile(), {});
-    return std::make_unique<MainWindow>(nullptr);
-}
-
-/// A window, with a folder for the files to open.
-class Session
-{
-public:
-    Session() : window(makeWindow())
-    {
-        QDir().mkpath(documentsFolder());
-    }
-    Q_DISABLE_COPY_MOVE(Session)
-
-    template <typename T>
-    [[nodiscard]] T *find(const QString &name) const
-    {
-        T *found = window->findChild<T *>(name);
-        if (!found)
-            qFatal("the window has no %s", qPrintable(name));
-        return found;
-    }
-    void trigger(const QString &action) const
-    {
-        find<QAction>(action)->trigger();
-    }
-    [[nodiscard]] bool isEnabled(const QString &control) const
-    {
-        return find<QObject>(control)->property("enabled").toBool();
-    }
-    [[nodiscard]] QString status() const
-    {
-        return find<QStatusBar>(u"statusbar"_s)->currentMessage();
-    }
-    [[nodiscard]] QProgressBar *progress() const
-    {
-        return window->findChild<QProgressBar *>();
-    }
-    [[nodiscard]] QTreeWidget *tree() const
-    {
-        return find<QTreeWidget>(u"treeWidget"_s);
-    }
-    [[nodiscard]] QString path(const QString &name = u"arbre.ged"_s) const
-    {
-        return m_folder.filePath(name);
-    }
-    [[nodiscard]] QString folder() const
-    {
-        return m_folder.path();
-    }
-
-    /// Opens \p file through the dialog; an empty path cancels it.
-    void open(const QString &file) const
-    {
-        const AnsweredFileDialogs dialogs(file);
-        trigger(u"actionOuvrir"_s);
-        QCOMPARE(dialogs.count(), 1);
-    }
-    /// Writes \p lines to path() and opens it.
-    void load(const QStringList &lines) const
-    {
-        writeLines(path(), lines);
-        open(path());
-    }
-
-    /// Opens a journal window.
-    [[nodiscard]] FenJournal *openJournal() const
-    {
-        trigger(u"actionJournal"_s);
-        const auto windows = window->findChildren<FenJournal *>();
-        if (windows.isEmpty())
-            qFatal("the window has no journal window");
-        return windows.constLast();
-    }
-    /// What a new journal window shows, without the times.
-    [[nodiscard]] QStringList journal() const
-    {
-        return journalLines(openJournal());
-    }
-    [[nodiscard]] static QStringList journalLines(const FenJournal *fenJournal)
-    {
-        QString text = fenJournal->findChild<QPlainTextEdit *>()->toPlainText();
-        return journalWithoutTimes(text.replace(u'\n', u"\r\n"_s));
-    }
-
-    std::unique_ptr<MainWindow> window;
-
-private:
-    QTemporaryDir m_folder;
-};
 
 const QStringList Person{u"0 HEAD"_s,
                          u"1 CHAR UTF-8"_s,
@@ -162,21 +57,6 @@ QStringList journalOfPerson(const QString &path)
 
 const QString Loading = u"Chargement du fichier GED en cours..."_s;
 const QString Loaded = u"Chargement du fichier GED terminé"_s; // without a full stop
-
-/// Translates every text into its context and itself.
-class MarkingTranslator : public QTranslator
-{
-public:
-    [[nodiscard]] QString translate(const char *context, const char *sourceText, const char *,
-                                    int) const override
-    {
-        return u'[' + QString::fromUtf8(context) + u']' + QString::fromUtf8(sourceText);
-    }
-    [[nodiscard]] bool isEmpty() const override
-    {
-        return false;
-    }
-};
 
 /// Calls back at each change of the enabled state of the widgets that it is installed on.
 class EnabledWatcher : public QObject
@@ -273,14 +153,7 @@ private slots:
     void applicationIcon();
     void picture_data();
     void picture();
-
-    void cleanupTestCase();
 };
-
-void TstMainWindow::cleanupTestCase()
-{
-    QFile::remove(parameterFile());
-}
 
 void TstMainWindow::nameAndVersion()
 {
@@ -565,7 +438,7 @@ void TstMainWindow::controlState()
     QCOMPARE(session.isEnabled(control), before);
     session.load(Person);
     QCOMPARE(session.isEnabled(control), after);
-    QTest::mouseClick(session.find<QPushButton>(u"pbApply"_s), Qt::LeftButton);
+    session.click(u"pbApply"_s);
     session.trigger(u"actionEnregistrerFichier"_s);
     QCOMPARE(session.isEnabled(control), after);
 }
@@ -862,9 +735,8 @@ void TstMainWindow::closingAsksNothing()
     session.window->show();
     session.load(Person);
     const QByteArray saved = readBytes(session.path());
-    session.find<QGroupBox>(u"gbDelTags"_s)->setChecked(true);
-    session.find<QLineEdit>(u"leTagsToDel"_s)->setText(u"NAME"_s);
-    QTest::mouseClick(session.find<QPushButton>(u"pbApply"_s), Qt::LeftButton);
+    session.set({u"gbDelTags"_s, u"leTagsToDel=NAME"_s});
+    session.click(u"pbApply"_s);
     QVERIFY(session.journal().contains(u"INFO : 2 suppressions effectuées."_s));
     session.trigger(u"action_propos"_s);
 
@@ -924,12 +796,12 @@ void TstMainWindow::journalWindowOfTheAction()
     QCOMPARE(journal->windowTitle(), u"Journal"_s);
     QCOMPARE(journal->windowModality(), Qt::NonModal);
     QCOMPARE(journal->size(), QSize(1000, 800));
-    QCOMPARE(Session::journalLines(journal), journalOfPerson(session.path()));
+    QCOMPARE(journalIn(journal), journalOfPerson(session.path()));
 
     // An open window is neither taken again nor raised.
     const FenJournal *second = session.openJournal();
     QVERIFY(second != journal);
-    QCOMPARE(session.window->findChildren<FenJournal *>().size(), 2);
+    QCOMPARE(session.journalWindows().size(), 2);
     QVERIFY(journal->isVisible());
     QVERIFY(second->isVisible());
 }
@@ -975,8 +847,8 @@ void TstMainWindow::journalStaysAsItWas()
     const FenJournal *older = session.openJournal();
     session.load(Person);
     const FenJournal *newer = session.openJournal();
-    QCOMPARE(Session::journalLines(older), QStringList());
-    QCOMPARE(Session::journalLines(newer), journalOfPerson(session.path()));
+    QCOMPARE(journalIn(older), QStringList());
+    QCOMPARE(journalIn(newer), journalOfPerson(session.path()));
 }
 
 void TstMainWindow::journalOfEachRun()
@@ -985,8 +857,8 @@ void TstMainWindow::journalOfEachRun()
     session.window->show();
     session.load(Person);
     for (int run = 0; run < 2; ++run)
-        QTest::mouseClick(session.find<QPushButton>(u"pbApply"_s), Qt::LeftButton);
-    const auto journals = session.window->findChildren<FenJournal *>();
+        session.click(u"pbApply"_s);
+    const auto journals = session.journalWindows();
     QCOMPARE(journals.size(), 2);
 
     const QStringList runLines{u"INFO : 0 balises CONC reconcaténées."_s};
@@ -995,7 +867,7 @@ void TstMainWindow::journalOfEachRun()
         QVERIFY(journal->isVisible());
         QCOMPARE(journal->windowTitle(), u"Journal"_s);
         expected += runLines;
-        QCOMPARE(Session::journalLines(journal), expected);
+        QCOMPARE(journalIn(journal), expected);
     }
 }
 
@@ -1069,7 +941,7 @@ void TstMainWindow::secondaryWindowsGoWithTheWindow()
     session.trigger(u"actionJournal"_s);
     session.trigger(u"action_propos"_s);
     QList<QPointer<QWidget>> windows;
-    const auto journals = session.window->findChildren<FenJournal *>();
+    const auto journals = session.journalWindows();
     for (FenJournal *journal : journals)
         windows += journal;
     windows += session.window->findChild<FenAPropos *>();
@@ -1146,9 +1018,7 @@ void TstMainWindow::aboutWindowHasAFixedSize()
 
 void TstMainWindow::aboutTextIsTranslated()
 {
-    MarkingTranslator translator;
-    QApplication::installTranslator(&translator);
-    const auto remove = qScopeGuard([&] { QApplication::removeTranslator(&translator); });
+    const MarkingTranslator translator;
     const FenAPropos about(nullptr);
     QCOMPARE(about.windowTitle(), u"[QObject]À propos de Varlune"_s);
     const QString text = qobject_cast<QLabel *>(about.layout()->itemAt(1)->widget())->text();

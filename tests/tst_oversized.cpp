@@ -1,13 +1,12 @@
 #include "document.h"
 #include "testmain.h"
+#include "told.h"
 
 #include <QRandomGenerator>
 #include <QScrollBar>
-#include <QTimer>
 #include <QTreeWidgetItemIterator>
 
 #include <algorithm>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -36,43 +35,6 @@ QString added(const QString &conc, const QString &cut, int line)
     return u"INFO : Ajout de la balise "_s + conc + u" complétant la balise "_s + cut + " (l."_L1
          + QString::number(line) + u')';
 }
-
-/// What an operation tells, in order: journal lines, status texts, moves of the bar, and the events
-/// that are processed behind such a move.
-class Told : public QObject
-{
-public:
-    explicit Told(Document *doc) : m_doc(doc)
-    {
-        doc->newJournal();
-        connect(&doc->statusBar, &QStatusBar::messageChanged, this, [this](const QString &text) {
-            // The timer of a time-out is gone by the next text.
-            const bool timed = m_doc->statusBar.findChild<QTimer *>();
-            note((timed ? "status for a while: "_L1 : "status: "_L1) + text);
-        });
-        connect(&doc->progress, &QProgressBar::valueChanged, this, [this](int value) {
-            note(u"bar: %1 of %2"_s.arg(value).arg(m_doc->progress.maximum()));
-            QMetaObject::invokeMethod(
-                this, [this] { note(u"events"_s); }, Qt::QueuedConnection);
-        });
-    }
-
-    QStringList take()
-    {
-        m_told += m_doc->newJournal();
-        return std::exchange(m_told, {});
-    }
-
-private:
-    void note(const QString &what)
-    {
-        m_told += m_doc->newJournal();
-        m_told += what;
-    }
-
-    Document *m_doc;
-    QStringList m_told;
-};
 
 /// What a check tells that finds \p found lines and tells \p splits of the cuts, without the bar.
 QStringList toldOfCheck(int found, const QStringList &splits)
@@ -125,6 +87,8 @@ private slots:
     void viewStaysAsItWas_data();
     void viewStaysAsItWas();
     void newRowsStandInTheTree();
+    void theRestReachesTheFileWhateverTheLevels_data();
+    void theRestReachesTheFileWhateverTheLevels();
     void progressAndEvents();
     void foldingGivesTheValuesBack_data();
     void foldingGivesTheValuesBack();
@@ -637,6 +601,37 @@ void TstOversized::newRowsStandInTheTree()
     QCOMPARE(listed, noteLines);
     QCOMPARE(childLines(doc.gedcom.getTabTwItemsRoot().at(1)),
              (QStringList{"1 CONC "_L1 + value.mid(243), u"1 CONT b"_s}));
+}
+
+void TstOversized::theRestReachesTheFileWhateverTheLevels_data()
+{
+    QTest::addColumn<QString>("first"); // line of the record
+    QTest::addColumn<QString>("replaced"); // the line whose level is replaced, if any
+    QTest::addColumn<QString>("level");
+
+    QTest::newRow("first record behind a blank") << u" 0 HEAD"_s << QString() << QString();
+    QTest::newRow("first record of level 1") << u"1 HEAD"_s << QString() << QString();
+    QTest::newRow("level of the root replaced") << u"0 HEAD"_s << u"0 HEAD"_s << u"5"_s;
+    QTest::newRow("level of an event replaced by that of a root")
+        << u"0 HEAD"_s << u"1 EVEN"_s << u"0"_s;
+    QTest::newRow("level of the line itself replaced by that of a root")
+        << u"0 HEAD"_s << "2 NOTE "_L1 + run(400) << u"0"_s;
+}
+
+void TstOversized::theRestReachesTheFileWhateverTheLevels()
+{
+    QFETCH(QString, first);
+    QFETCH(QString, replaced);
+    QFETCH(QString, level);
+
+    Document document;
+    QVERIFY(document.load({first, u"1 EVEN"_s, "2 NOTE "_L1 + run(400), u"1 CHAN"_s}));
+    if (!replaced.isEmpty())
+        document.entry(replaced)->setText(0, level);
+    QCOMPARE(document.gedcom.checkOversized(), 1);
+    const QStringList lines = document.lines();
+    QCOMPARE(lines.size(), 5);
+    QCOMPARE(lines.at(2).mid(7) + lines.at(3).mid(7), run(400));
 }
 
 void TstOversized::progressAndEvents()

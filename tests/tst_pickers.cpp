@@ -1,22 +1,19 @@
 #include "boxes.h"
 #include "document.h"
+#include "fenjournal.h"
 #include "filedialogs.h"
 #include "mainwindow.h"
 #include "testmain.h"
+#include "window.h"
 
-#include <QAction>
 #include <QCheckBox>
 #include <QDir>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QStandardPaths>
-#include <QStatusBar>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
-
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -35,23 +32,6 @@ struct Expose
     }
 };
 template struct Expose<&MainWindow::m_filesImport>;
-
-QString parameterFile()
-{
-    return QCoreApplication::applicationDirPath() + u"/PARAM.INI"_s;
-}
-
-QString documentsFolder()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-}
-
-/// The window as the program starts it, beside a parameter file that says nothing.
-std::unique_ptr<MainWindow> makeWindow()
-{
-    writeBytes(parameterFile(), {});
-    return std::make_unique<MainWindow>(nullptr);
-}
 
 /// A picker of tags, the field that it fills, and the group of both.
 struct Picker
@@ -88,36 +68,16 @@ const QStringList Lines{
     u"0 TRLR"_s,
 };
 
-/// The window with a document, all groups of the form checked by clicks.
-class Session
+/// The window with a document, shown, with what the user does to the form and to the tree.
+class FormSession : public Session
 {
 public:
-    Session() : window(makeWindow())
+    FormSession()
     {
-        QDir().mkpath(documentsFolder());
-        writeLines(path(u"arbre.ged"_s), Lines);
         window->show();
-        const AnsweredFileDialogs dialogs(path(u"arbre.ged"_s));
-        find<QAction>(u"actionOuvrir"_s)->trigger();
+        load(Lines);
     }
-    Q_DISABLE_COPY_MOVE(Session)
 
-    template <typename T>
-    [[nodiscard]] T *find(const QString &name) const
-    {
-        T *found = window->findChild<T *>(name);
-        if (!found)
-            qFatal("the window has no %s", qPrintable(name));
-        return found;
-    }
-    [[nodiscard]] QTreeWidget *tree() const
-    {
-        return find<QTreeWidget>(u"treeWidget"_s);
-    }
-    [[nodiscard]] QString path(const QString &name) const
-    {
-        return m_folder.filePath(name);
-    }
     /// A new folder of that name.
     [[nodiscard]] QString makeFolder(const QString &name) const
     {
@@ -145,34 +105,16 @@ public:
         }
         QFAIL(qPrintable("no row " + line));
     }
-    void click(const QString &button) const
-    {
-        auto *widget = find<QPushButton>(button);
-        QVERIFY2(widget->isEnabled(), qPrintable(button));
-        QTest::mouseClick(widget, Qt::LeftButton);
-    }
     void clickBox(const QString &checkBox) const
     {
         auto *widget = find<QCheckBox>(checkBox);
         QVERIFY2(widget->isEnabled(), qPrintable(checkBox));
-        QTest::mouseClick(widget, Qt::LeftButton, {}, QPoint(8, widget->height() / 2));
+        clickIndicator(widget);
     }
     /// Switches a group by the keyboard, which clicks it.
     void clickGroup(const QString &group) const
     {
         QTest::keyClick(find<QGroupBox>(group), Qt::Key_Space);
-    }
-    [[nodiscard]] bool isEnabled(const QString &name) const
-    {
-        return find<QWidget>(name)->isEnabled();
-    }
-    [[nodiscard]] bool isChecked(const QString &name) const
-    {
-        return find<QWidget>(name)->property("checked").toBool();
-    }
-    [[nodiscard]] QString text(const QString &field) const
-    {
-        return find<QLineEdit>(field)->text();
     }
     /// What stands in the five tag fields.
     [[nodiscard]] QStringList tagFields() const
@@ -185,20 +127,14 @@ public:
     /// The document as the user sees it: the journal, the status bar and the rows.
     [[nodiscard]] QStringList documentState() const
     {
-        find<QAction>(u"actionJournal"_s)->trigger();
         QStringList state{
-            window->findChildren<QPlainTextEdit *>().constLast()->toPlainText(),
-            window->statusBar()->currentMessage(),
+            openJournal()->findChild<QPlainTextEdit *>()->toPlainText(),
+            status(),
         };
         for (QTreeWidgetItemIterator it(tree()); *it; ++it)
             state += lineText(static_cast<TwItem *>(*it)) + ((*it)->isHidden() ? u" -"_s : u" +"_s);
         return state;
     }
-
-    std::unique_ptr<MainWindow> window;
-
-private:
-    QTemporaryDir m_folder;
 };
 
 void addPickers()
@@ -240,14 +176,7 @@ private slots:
     void linksWithoutTheirGroup();
 
     void documentIsLeftAlone();
-
-    void cleanupTestCase();
 };
-
-void TstPickers::cleanupTestCase()
-{
-    QFile::remove(parameterFile());
-}
 
 void TstPickers::pickTag_data()
 {
@@ -259,7 +188,7 @@ void TstPickers::pickTag()
     QFETCH(const int, index);
     const Picker &picker = Pickers.at(index);
 
-    const Session session;
+    const FormSession session;
     session.clickGroup(picker.group);
     const auto expect = [&](const QString &text) {
         QStringList expected(Pickers.size());
@@ -296,7 +225,7 @@ void TstPickers::pickNothing()
     QFETCH(const int, index);
     const Picker &picker = Pickers.at(index);
 
-    const Session session;
+    const FormSession session;
     session.clickGroup(picker.group);
     const AnsweredBoxes boxes;
     for (const QString &before : {QString(), u"NOTE"_s}) {
@@ -342,7 +271,7 @@ void TstPickers::pickedTag()
     QFETCH(const QString, line);
     QFETCH(const QString, tag);
 
-    const Session session;
+    const FormSession session;
     session.clickGroup(u"gbDelTags"_s);
     session.select(line);
     session.click(u"pbPickTagToDel"_s);
@@ -351,7 +280,7 @@ void TstPickers::pickedTag()
 
 void TstPickers::importFiles()
 {
-    const Session session;
+    const FormSession session;
     session.clickGroup(u"gbSetURLLinks"_s);
     const QStringList files{session.path(u"un.csv"_s), session.path(u"deux et demi.csv"_s),
                             session.path(u"trois.csv"_s)};
@@ -384,7 +313,7 @@ void TstPickers::importFiles()
 
 void TstPickers::importFilesCancelled()
 {
-    const Session session;
+    const FormSession session;
     session.clickGroup(u"gbSetURLLinks"_s);
     const auto choose = [&session](const QString &answer) {
         const AnsweredFileDialogs dialogs(answer);
@@ -431,7 +360,7 @@ void TstPickers::directory()
     QFETCH(const QFileDialog::Options, options);
     const QString button = QString::fromLatin1(QTest::currentDataTag());
 
-    const Session session;
+    const FormSession session;
     for (const QString &group : groups)
         session.clickGroup(group);
     const QString folder = session.makeFolder(u"médias de famille"_s);
@@ -462,7 +391,7 @@ void TstPickers::directory()
 
 void TstPickers::newMediaPathChecksItsGroup()
 {
-    const Session session;
+    const FormSession session;
     session.clickGroup(u"gbReplaceMediaPath"_s);
     session.find<QLineEdit>(u"leNewMediaPath"_s)->setText(u"/ancien"_s);
     session.find<QCheckBox>(u"cbDelMediaPath"_s)->setChecked(true);
@@ -489,7 +418,7 @@ void TstPickers::newMediaPathChecksItsGroup()
 
 void TstPickers::mediaPathOrDeletion()
 {
-    const Session session;
+    const FormSession session;
     session.clickGroup(u"gbReplaceMediaPath"_s);
     const auto expect = [&session](bool enabled) {
         QCOMPARE(session.isEnabled(u"leNewMediaPath"_s), enabled);
@@ -509,7 +438,7 @@ void TstPickers::mediaPathOrDeletion()
 
 void TstPickers::deletionByContent()
 {
-    const Session session;
+    const FormSession session;
     session.clickGroup(u"gbDelTags"_s);
     const auto expect = [&session](bool enabled) {
         QCOMPARE(session.isEnabled(u"cbDelIfContentRX"_s), enabled);
@@ -536,7 +465,7 @@ void TstPickers::deletionByContent()
 
 void TstPickers::deletionGroupClickedOn()
 {
-    const Session session;
+    const FormSession session;
     session.clickGroup(u"gbDelTags"_s);
     QVERIFY(session.isChecked(u"gbDelTags"_s));
     QStringList disabled;
@@ -552,7 +481,7 @@ void TstPickers::deletionGroupClickedOn()
 
 void TstPickers::deletionSetByTheProgram()
 {
-    const Session session;
+    const FormSession session;
     const auto expect = [&session](bool enabled) {
         QCOMPARE(session.isEnabled(u"cbDelIfContentRX"_s), enabled);
         QCOMPARE(session.isEnabled(u"leValueToDel"_s), enabled);
@@ -585,7 +514,7 @@ void TstPickers::oneKindOfLinkStaysOn()
     QFETCH(const QString, box);
     QFETCH(const QString, other);
 
-    const Session session;
+    const FormSession session;
     session.clickGroup(u"gbSetURLLinks"_s);
     const auto expect = [&](bool boxChecked, bool otherChecked) {
         QCOMPARE(session.isChecked(box), boxChecked);
@@ -611,7 +540,7 @@ void TstPickers::oneKindOfLinkStaysOn()
 
 void TstPickers::linksWithoutTheirGroup()
 {
-    const Session session;
+    const FormSession session;
     session.clickGroup(u"gbSetURLLinks"_s);
     session.clickBox(u"cbUrlInEvt"_s);
     session.clickBox(u"cbUrlInSour"_s);
@@ -631,7 +560,7 @@ void TstPickers::linksWithoutTheirGroup()
 
 void TstPickers::documentIsLeftAlone()
 {
-    const Session session;
+    const FormSession session;
     const QStringList before = session.documentState();
     const QStringList groups{
         u"gbDelTags"_s,         u"gbSetURLLinks"_s,      u"gbExtractMediasToKeep"_s,

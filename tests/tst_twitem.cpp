@@ -686,9 +686,9 @@ void TstTwItem::insertionWithoutRoot()
     birt->insertTabChild(1, newEntry(u"2 NEW"_s));
     QCOMPARE(flat(birt), u"DATE NEW PLAC"_s);
     QCOMPARE(treeTags(birt), u"DATE NEW PLAC"_s);
-    QCOMPARE(flat(root), u"NAME BIRT DATE PLAC NOTE DEAT AGE"_s);
+    QCOMPARE(flat(root), u"NAME BIRT DATE NEW PLAC NOTE DEAT AGE"_s);
     root->insertTabChild(-1, newEntry(u"1 CHAN"_s));
-    QCOMPARE(flat(root), u"NAME BIRT DATE CHAN PLAC NOTE DEAT AGE"_s);
+    QCOMPARE(flat(root), u"NAME BIRT DATE CHAN NEW PLAC NOTE DEAT AGE"_s);
     QCOMPARE(treeTags(root), u"NAME BIRT DEAT CHAN"_s);
 
     // A record that never had the level 0, and is at the top of the tree.
@@ -697,10 +697,22 @@ void TstTwItem::insertionWithoutRoot()
     entry->insertTabChild(-1, newEntry(u"3 NEW"_s));
     QCOMPARE(flat(entry), u"NEW"_s);
     QCOMPARE(treeTags(entry), u"NEW"_s);
-    QCOMPARE(flat(head), u"DEF GHI"_s);
+    QCOMPARE(flat(head), u"DEF GHI NEW"_s);
     head->insertTabChild(0, newEntry(u"1 CHAN"_s));
-    QCOMPARE(flat(head), u"CHAN DEF GHI"_s);
+    QCOMPARE(flat(head), u"CHAN DEF GHI NEW"_s);
     QCOMPARE(treeTags(head), u"CHAN DEF"_s);
+
+    // A replacement has made a root of an entry inside a record: both lists have the new entry.
+    Document other;
+    QVERIFY(other.load({u"0 @I2@ INDI"_s, u"1 AAA"_s, u"2 BBB"_s, u"3 CCC"_s, u"1 DDD"_s}));
+    TwItem *inner = other.entry(u"1 AAA"_s);
+    inner->setText(0, u"0"_s);
+    other.entry(u"2 BBB"_s)->insertTabChild(-1, newEntry(u"3 NEW"_s));
+    QCOMPARE(flat(inner), u"BBB CCC NEW"_s);
+    QCOMPARE(flat(other.entry(u"0 @I2@ INDI"_s)), u"AAA BBB CCC NEW DDD"_s);
+    inner->insertTabChild(0, newEntry(u"2 OLD"_s));
+    QCOMPARE(flat(inner), u"OLD BBB CCC NEW"_s);
+    QCOMPARE(flat(other.entry(u"0 @I2@ INDI"_s)), u"AAA OLD BBB CCC NEW DDD"_s);
 }
 
 void TstTwItem::delChilds()

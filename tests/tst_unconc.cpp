@@ -1,40 +1,17 @@
 #include "boxes.h"
 #include "document.h"
+#include "progresslog.h"
 #include "testmain.h"
 
 #include "gedcom.h"
 #include "twitem.h"
 
-#include <QAbstractEventDispatcher>
 #include <QTest>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// What the progress bar goes through, in order: "49 of 249" for each new value, and "events at 49"
-/// for each time that events are processed.
-class ProgressLog : public QObject
-{
-public:
-    explicit ProgressLog(QProgressBar *bar)
-    {
-        connect(bar, &QProgressBar::valueChanged, this, [this, bar](int value) {
-            m_entries += u"%1 of %2"_s.arg(value).arg(bar->maximum());
-        });
-        connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, this,
-                [this, bar] { m_entries += u"events at %1"_s.arg(bar->value()); });
-    }
-
-    [[nodiscard]] QStringList entries() const
-    {
-        return m_entries;
-    }
-
-private:
-    QStringList m_entries;
-};
 
 QString summary(int count)
 {

@@ -1,26 +1,21 @@
 #include "boxes.h"
 #include "document.h"
 #include "filedialogs.h"
-#include "mainwindow.h"
 #include "testmain.h"
+#include "told.h"
 #include "unprivileged.h"
+#include "window.h"
 
-#include <QAction>
 #include <QDateTime>
 #include <QDirIterator>
-#include <QEvent>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QRegularExpression>
-#include <QTimer>
 
 #include <csignal>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <sys/resource.h>
 #include <system_error>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -134,53 +129,6 @@ QStringList listing(const QString &folder, const Archived &archived)
     return entries;
 }
 
-/// What \p doc tells in order: journal lines, status texts, the bar, and the events that are
-/// processed behind a move of the bar.
-class Told : public QObject
-{
-public:
-    explicit Told(Document *doc) : m_doc(doc)
-    {
-        doc->newJournal();
-        connect(&doc->statusBar, &QStatusBar::messageChanged, this, [this](const QString &text) {
-            // The timer of a time-out is gone by the next text.
-            const bool timed = m_doc->statusBar.findChild<QTimer *>();
-            note((timed ? "status for a while: "_L1 : "status: "_L1) + text);
-        });
-        connect(&doc->progress, &QProgressBar::valueChanged, this, [this](int value) {
-            note(u"bar: %1 of %2"_s.arg(value).arg(m_doc->progress.maximum()));
-            QMetaObject::invokeMethod(
-                this, [this] { note(u"events"_s); }, Qt::QueuedConnection);
-        });
-        doc->progress.installEventFilter(this);
-    }
-
-    QStringList take()
-    {
-        m_told += m_doc->newJournal();
-        return std::exchange(m_told, {});
-    }
-
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Show)
-            note(u"bar shown"_s);
-        else if (event->type() == QEvent::Hide)
-            note(u"bar hidden"_s);
-        return false;
-    }
-
-private:
-    void note(const QString &what)
-    {
-        m_told += m_doc->newJournal();
-        m_told += what;
-    }
-
-    Document *m_doc;
-    QStringList m_told;
-};
-
 /// Makes the folder the current one while it lives, so that a user who may not enter the folders
 /// above can still work in it.
 class CurrentFolder
@@ -250,57 +198,6 @@ public:
 private:
     rlimit m_former{};
     void (*m_handler)(int);
-};
-
-/// The main window with an open file. Beside the executable lies an empty parameter file.
-class OpenWindow
-{
-public:
-    explicit OpenWindow(const QString &path)
-    {
-        writeBytes(paramFile(), {});
-        m_window = std::make_unique<MainWindow>(nullptr);
-        const AnsweredFileDialogs dialogs(path);
-        action("actionOuvrir"_L1)->trigger();
-    }
-    ~OpenWindow()
-    {
-        QFile::remove(paramFile());
-    }
-    Q_DISABLE_COPY_MOVE(OpenWindow)
-
-    [[nodiscard]] QAction *action(QLatin1StringView name) const
-    {
-        return m_window->findChild<QAction *>(name);
-    }
-    [[nodiscard]] QWidget *widget() const
-    {
-        return m_window.get();
-    }
-    [[nodiscard]] QString status() const
-    {
-        return m_window->statusBar()->currentMessage();
-    }
-    [[nodiscard]] bool isBarHidden() const
-    {
-        return m_window->findChild<QProgressBar *>()->isHidden();
-    }
-    /// The journal that the journal window shows.
-    [[nodiscard]] QStringList journal() const
-    {
-        action("actionJournal"_L1)->trigger();
-        const auto edits = m_window->findChildren<QPlainTextEdit *>();
-        QString text = edits.constLast()->toPlainText();
-        return journalWithoutTimes(text.replace(u'\n', u"\r\n"_s));
-    }
-
-private:
-    static QString paramFile()
-    {
-        return QCoreApplication::applicationDirPath() + "/PARAM.INI"_L1;
-    }
-
-    std::unique_ptr<MainWindow> m_window;
 };
 
 const QStringList &family()
@@ -1133,41 +1030,39 @@ void TstWriter::roundTrip()
 
 void TstWriter::saveAction()
 {
-    Document files; // for its folder
-    writeLines(files.path(), family() + QStringList{u"0 TRLR"_s});
-    const QByteArray former = readBytes(files.path());
-    const OpenWindow window(files.path());
-    QVERIFY(window.action("actionEnregistrerFichier"_L1)->isEnabled());
+    const Session session;
+    session.load(family() + QStringList{u"0 TRLR"_s});
+    const QByteArray former = gedBytes(family());
+    QVERIFY(session.isEnabled(u"actionEnregistrerFichier"_s));
 
     const AnsweredBoxes boxes;
     const AnsweredFileDialogs dialogs{QString()};
     const QDateTime begin = QDateTime::currentDateTime();
-    window.action("actionEnregistrerFichier"_L1)->trigger();
+    session.trigger(u"actionEnregistrerFichier"_s);
     QCOMPARE(dialogs.count(), 0); // nothing is asked
     QCOMPARE(boxes.texts(), QStringList{});
-    const QStringList journal = window.journal();
-    const Archived archived = archivedIn(journal, files.path(), begin);
-    QCOMPARE(journal, (QStringList{"INFO : Chargement du fichier "_L1 + files.path(),
+    const QStringList journal = session.journal();
+    const Archived archived = archivedIn(journal, session.path(), begin);
+    QCOMPARE(journal, (QStringList{"INFO : Chargement du fichier "_L1 + session.path(),
                                    u"INFO : Chargement de 5 lignes terminé."_s,
                                    u"INFO : Chargement du fichier GED terminé."_s,
                                    u"INFO : 2 entrées trouvées."_s}
-                       + journalOfSave(files.path(), archived)));
-    QCOMPARE(window.status(), "Fichier journal "_L1 + archived.journal() + u" sauvegardé."_s);
-    QVERIFY(window.isBarHidden());
-    QCOMPARE(listing(files.folder(), archived),
+                       + journalOfSave(session.path(), archived)));
+    QCOMPARE(session.status(), "Fichier journal "_L1 + archived.journal() + u" sauvegardé."_s);
+    QVERIFY(session.progress()->isHidden());
+    QCOMPARE(listing(session.folder(), archived),
              (QStringList{u"ARCH/"_s, u"ARCH/DATE/"_s, u"ARCH/DATE/TIME.arbre.ged"_s,
                           u"ARCH/DATE/journal.TIME.arbre.ged"_s, u"arbre.ged"_s}));
-    QCOMPARE(readBytes(files.path()), former);
+    QCOMPARE(readBytes(session.path()), former);
     QCOMPARE(readBytes(archived.copy()), former);
 }
 
 void TstWriter::saveAsThenSave()
 {
-    Document files;
-    writeLines(files.path(), family() + QStringList{u"0 TRLR"_s});
-    const QString other = files.folder() + "/autre.ged"_L1;
-    const OpenWindow window(files.path());
-    QVERIFY(window.action("actionEnregistrerFichier_sous"_L1)->isEnabled());
+    const Session session;
+    session.load(family() + QStringList{u"0 TRLR"_s});
+    const QString other = session.path(u"autre.ged"_s);
+    QVERIFY(session.isEnabled(u"actionEnregistrerFichier_sous"_s));
     const AnsweredBoxes boxes;
     {
         AnsweredFileDialogs dialogs(other);
@@ -1177,37 +1072,36 @@ void TstWriter::saveAsThenSave()
             mode = dialog->acceptMode();
             name = dialog->findChild<QLineEdit *>(u"fileNameEdit"_s)->text();
         });
-        window.action("actionEnregistrerFichier_sous"_L1)->trigger();
+        session.trigger(u"actionEnregistrerFichier_sous"_s);
         QCOMPARE(dialogs.count(), 1);
         QCOMPARE(dialogs.title(), u"Enregistrer sous"_s);
-        QCOMPARE(QDir(dialogs.directory()).canonicalPath(), QDir(files.folder()).canonicalPath());
+        QCOMPARE(QDir(dialogs.directory()).canonicalPath(), QDir(session.folder()).canonicalPath());
         QCOMPARE(name, u"arbre.ged"_s);
         QCOMPARE(dialogs.nameFilters(), QStringList{u"Ged (*.ged)"_s});
-        QCOMPARE(dialogs.parentWidget(), window.widget());
+        QCOMPARE(dialogs.parentWidget(), session.window.get());
         QCOMPARE(dialogs.fileMode(), QFileDialog::AnyFile);
         QCOMPARE(mode, QFileDialog::AcceptSave);
     }
     QCOMPARE(readBytes(other), gedBytes(family()));
-    QVERIFY(window.isBarHidden());
+    QVERIFY(session.progress()->isHidden());
 
     // The first file stays the document's home.
     writeBytes(other, "autre\n");
-    writeBytes(files.path(), "avant\n");
+    writeBytes(session.path(), "avant\n");
     const QDateTime begin = QDateTime::currentDateTime();
-    window.action("actionEnregistrerFichier"_L1)->trigger();
+    session.trigger(u"actionEnregistrerFichier"_s);
     QCOMPARE(boxes.texts(), QStringList{});
     QCOMPARE(readBytes(other), QByteArray("autre\n"));
-    QCOMPARE(readBytes(files.path()), gedBytes(family()));
-    const Archived archived = archivedIn(window.journal(), files.path(), begin);
+    QCOMPARE(readBytes(session.path()), gedBytes(family()));
+    const Archived archived = archivedIn(session.journal(), session.path(), begin);
     QCOMPARE(readBytes(archived.copy()), QByteArray("avant\n"));
 }
 
 void TstWriter::cancelledSaveAs()
 {
-    Document files;
-    writeLines(files.path(), family() + QStringList{u"0 TRLR"_s});
-    const OpenWindow window(files.path());
-    const qsizetype before = window.journal().size();
+    const Session session;
+    session.load(family() + QStringList{u"0 TRLR"_s});
+    const qsizetype before = session.journal().size();
     const AnsweredBoxes boxes;
     AnsweredFileDialogs dialogs{QString()};
     const bool wasThere = QFileInfo::exists(u"/ARCH"_s);
@@ -1215,9 +1109,9 @@ void TstWriter::cancelledSaveAs()
     std::optional<Unprivileged> unprivileged;
     dialogs.setInspector([&](QFileDialog *) { unprivileged.emplace(); });
     const QDateTime begin = QDateTime::currentDateTime();
-    window.action("actionEnregistrerFichier_sous"_L1)->trigger();
+    session.trigger(u"actionEnregistrerFichier_sous"_s);
     unprivileged.reset();
-    const QStringList journal = window.journal().mid(before);
+    const QStringList journal = session.journal().mid(before);
     const Archived archived = archivedIn(journal, QString(), begin);
     if (!wasThere) {
         QDir().rmdir(archived.folder());
@@ -1231,10 +1125,10 @@ void TstWriter::cancelledSaveAs()
     QVERIFY(boxes.allCritical(nullptr));
     QCOMPARE(journal, journalOfCopy(QString(), archived)
                           + QStringList{u"ERROR : Erreur d'écriture du fichier "_s});
-    QCOMPARE(window.status(), u"Sauvegarde du fichier "_s);
-    QVERIFY(window.isBarHidden());
-    QCOMPARE(listing(files.folder(), archived), QStringList{u"arbre.ged"_s});
-    QCOMPARE(readBytes(files.path()), gedBytes(family()));
+    QCOMPARE(session.status(), u"Sauvegarde du fichier "_s);
+    QVERIFY(session.progress()->isHidden());
+    QCOMPARE(listing(session.folder(), archived), QStringList{u"arbre.ged"_s});
+    QCOMPARE(readBytes(session.path()), gedBytes(family()));
 }
 
 VARLUNE_TEST_MAIN(TstWriter)

@@ -1,0 +1,47 @@
+#include "told.h"
+
+#include "document.h"
+
+#include <QEvent>
+#include <QTimer>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+Told::Told(Document *doc) : m_doc(doc)
+{
+    doc->newJournal();
+    connect(&doc->statusBar, &QStatusBar::messageChanged, this, [this](const QString &text) {
+        // The timer of a time-out is gone by the next text.
+        const bool timed = m_doc->statusBar.findChild<QTimer *>();
+        note((timed ? "status for a while: "_L1 : "status: "_L1) + text);
+    });
+    connect(&doc->progress, &QProgressBar::valueChanged, this, [this](int value) {
+        note(u"bar: %1 of %2"_s.arg(value).arg(m_doc->progress.maximum()));
+        QMetaObject::invokeMethod(
+            this, [this] { note(u"events"_s); }, Qt::QueuedConnection);
+    });
+    doc->progress.installEventFilter(this);
+}
+
+QStringList Told::take()
+{
+    m_told += m_doc->newJournal();
+    return std::exchange(m_told, {});
+}
+
+bool Told::eventFilter(QObject *, QEvent *event)
+{
+    if (event->type() == QEvent::Show)
+        note(u"bar shown"_s);
+    else if (event->type() == QEvent::Hide)
+        note(u"bar hidden"_s);
+    return false;
+}
+
+void Told::note(const QString &what)
+{
+    m_told += m_doc->newJournal();
+    m_told += what;
+}

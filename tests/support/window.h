@@ -1,0 +1,88 @@
+#ifndef WINDOW_H
+#define WINDOW_H
+
+#include "mainwindow.h"
+
+#include <QList>
+#include <QStringList>
+#include <QTemporaryDir>
+
+#include <memory>
+
+class FenJournal;
+class QAbstractButton;
+class QProgressBar;
+class QTreeWidget;
+
+/// The window as the program starts it, not shown yet. It reads a parameter file while it is built;
+/// for that time an empty one lies beside the executable.
+std::unique_ptr<MainWindow> makeWindow();
+
+/// The user's documents folder. A session makes it, since dialogs open there.
+QString documentsFolder();
+
+/// What a journal window shows, without the times.
+QStringList journalIn(const FenJournal *fenJournal);
+
+/// Clicks on the indicator of a check box or radio button, which is wider than what answers.
+void clickIndicator(QAbstractButton *button);
+
+/// The real window, with a temporary folder of its own for the files to open. A control that the
+/// window does not have ends the test.
+class Session
+{
+public:
+    Session();
+    Q_DISABLE_COPY_MOVE(Session)
+
+    template <typename T>
+    [[nodiscard]] T *find(const QString &name) const
+    {
+        T *found = window->findChild<T *>(name);
+        if (!found)
+            qFatal("the window has no %s", qPrintable(name));
+        return found;
+    }
+    [[nodiscard]] QProgressBar *progress() const;
+    [[nodiscard]] QTreeWidget *tree() const;
+    [[nodiscard]] QString status() const;
+    /// Whether the user can reach the widget or the action.
+    [[nodiscard]] bool isEnabled(const QString &control) const;
+    [[nodiscard]] bool isChecked(const QString &control) const;
+    /// What stands in the field.
+    [[nodiscard]] QString text(const QString &field) const;
+
+    [[nodiscard]] QString path(const QString &name = QStringLiteral("arbre.ged")) const
+    {
+        return m_folder.filePath(name);
+    }
+    [[nodiscard]] QString folder() const
+    {
+        return m_folder.path();
+    }
+
+    void trigger(const QString &action) const;
+    /// Clicks with the mouse on a button that must be enabled.
+    void click(const QString &button) const;
+    /// "gbDelTags" checks a control, "!gbDelTags" unchecks it, "leTagsToDel=NOTE" fills one.
+    void set(const QStringList &settings) const;
+
+    /// Opens \p file through the dialog; an empty path cancels it.
+    void open(const QString &file) const;
+    /// Writes \p lines to path() and opens it.
+    void load(const QStringList &lines) const;
+
+    /// The journal windows, the oldest first.
+    [[nodiscard]] QList<FenJournal *> journalWindows() const;
+    /// Opens a journal window.
+    [[nodiscard]] FenJournal *openJournal() const;
+    /// The whole journal, read in a window of its own that goes away again, without the times.
+    [[nodiscard]] QStringList journal() const;
+
+    std::unique_ptr<MainWindow> window;
+
+private:
+    QTemporaryDir m_folder;
+};
+
+#endif // WINDOW_H
