@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QEvent>
 #include <QFile>
+#include <QHeaderView>
 #include <QIcon>
 #include <QItemSelectionModel>
 #include <QMessageBox>
@@ -31,61 +32,79 @@ namespace {
 constexpr int ProgressPeriod = 100; // entries between two refreshes of the window
 constexpr int CutProgressPeriod = 10; // the same for the lines that are cut
 
-/// Keeps the tree widget from laying out its rows while it lives, for events that are processed in
-/// the middle of a run.
-///
-/// Every hidden row asks for a new layout of all rows on screen, expanded ones counted, and every
-/// changed one for its place among them: with 20,000 expanded rows a fold of 67,000 lines took 86
-/// s. What is due then waits for the end of the run, or for a paint that cannot wait.
-class HeldLayout : public QObject
-{
-public:
-    explicit HeldLayout(QTreeWidget *tree) : m_tree(tree)
-    {
-        m_tree->installEventFilter(this);
-    }
-
-    ~HeldLayout() override
-    {
-        // A layout that is due also keeps the view from looking for the place of a changed row. To
-        // hide a row is to ask for one, even where it changes nothing.
-        if (QTreeWidgetItem *row = m_tree->topLevelItem(0))
-            row->setHidden(row->isHidden());
-    }
-
-    Q_DISABLE_COPY_MOVE(HeldLayout)
-
-    /// Holds back the timers of the tree, that of the layout among them, but not behind a dialog,
-    /// where nobody waits for the run.
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        return event->type() == QEvent::Timer && !QApplication::activeModalWidget();
-    }
-
-private:
-    QTreeWidget *m_tree;
-};
-
 /// Moves \p bar to \p value and lets events be processed, once every \p period of \p done.
-void showProgress(QTreeWidget *tree, QProgressBar *bar, qsizetype done, qsizetype value,
-                  int period = ProgressPeriod)
+void showProgress(QProgressBar *bar, qsizetype done, qsizetype value, int period = ProgressPeriod)
 {
     if (done % period != 0)
         return;
-    const HeldLayout heldLayout(tree);
     bar->setValue(int(value));
     QCoreApplication::processEvents();
 }
 
-void showProgress(QTreeWidget *tree, QProgressBar *bar, qsizetype done)
+void showProgress(QProgressBar *bar, qsizetype done)
 {
-    showProgress(tree, bar, done, done);
+    showProgress(bar, done, done);
 }
 
 void showCritical(const QString &title, const QString &text)
 {
     QMessageBox::critical(nullptr, title, text, QMessageBox::Ok);
 }
+
+/// Keeps the tree widget from laying out and painting its rows while it lives.
+///
+/// Every hidden row asks for a new layout of all rows on screen, expanded ones counted, every
+/// changed one for its place among them, and every layout for a paint: with 20,000 expanded rows a
+/// fold of 67,000 lines took 86 s. One layout at the end serves all. Only where the tree is resized
+/// meanwhile, it is painted at once.
+class PausedLayout : public QObject
+{
+public:
+    explicit PausedLayout(QTreeWidget *tree) : m_tree(tree), m_updates(tree->updatesEnabled())
+    {
+        m_tree->setUpdatesEnabled(false);
+        m_tree->installEventFilter(this);
+        m_tree->header()->installEventFilter(this);
+        demandLayout();
+    }
+
+    ~PausedLayout() override
+    {
+        m_tree->setUpdatesEnabled(m_updates);
+    }
+
+    Q_DISABLE_COPY_MOVE(PausedLayout)
+
+    /// Holds back the timers of the tree and of its header, those of the layout and of the widths
+    /// of the columns among them; but not behind a dialog, where they would fire without end.
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (watched == m_tree && event->type() == QEvent::Resize)
+            QMetaObject::invokeMethod(
+                this, [this] { paintOnce(); }, Qt::QueuedConnection);
+        return event->type() == QEvent::Timer && !QApplication::activeModalWidget();
+    }
+
+private:
+    /// While a layout is due, the view does not look for the place of a changed row. To hide a row
+    /// is to ask for one, even where it changes nothing.
+    void demandLayout()
+    {
+        if (QTreeWidgetItem *row = m_tree->topLevelItem(0))
+            row->setHidden(row->isHidden());
+    }
+
+    void paintOnce()
+    {
+        m_tree->setUpdatesEnabled(m_updates);
+        m_tree->repaint();
+        m_tree->setUpdatesEnabled(false);
+        demandLayout();
+    }
+
+    QTreeWidget *m_tree;
+    bool m_updates;
+};
 
 /// Takes all rows out of the tree widget while it lives, and puts them back as they were.
 ///
@@ -268,7 +287,7 @@ bool Gedcom::genererVectorGed(QString pathFileGed, QTreeWidget *tw, QProgressBar
         }
         entryValues.append(stringTampon);
         ++fileIndex;
-        showProgress(m_treeWidget, m_progress, fileIndex);
+        showProgress(m_progress, fileIndex);
     }
     // The last line, normally the trailer, stays in entryValues: the writer adds its own trailer.
 
@@ -342,7 +361,7 @@ bool Gedcom::writeGedFile(QString pathFileGed)
         const QStringList listEntryValue = tabTwItemRoot.at(i)->getGedEntryList();
         for (const QString &line : listEntryValue)
             out << line << Qt::endl;
-        showProgress(m_treeWidget, m_progress, i);
+        showProgress(m_progress, i);
     }
     out << "0 TRLR\n";
     out.reset(); // the stream is flushed as its file closes
@@ -368,7 +387,7 @@ bool Gedcom::writeGedFile(QString pathFileGed)
     m_progress->setRange(0, int(journal.size()));
     for (qsizetype i = 0; i < journal.size(); ++i) {
         outJournal << journal.at(i) << Qt::endl;
-        showProgress(m_treeWidget, m_progress, i);
+        showProgress(m_progress, i);
     }
     outJournal.reset();
     fileJournal.close();
@@ -386,28 +405,32 @@ int Gedcom::unConc()
     const qsizetype size = tabTotalTwItems.size();
     m_progress->setRange(0, int(size) - 1);
 
-    int count = 0;
-    // Last to first: of a chain of CONC lines the later ones are folded into the earlier first.
-    for (qsizetype i = size - 1; i > 0; --i) {
-        TwItem *twiConc = tabTotalTwItems.at(i);
+    const auto quote = [](TwItem *twi) -> QString {
+        return twi->getFullTag().join(u'.') + u' ' + twi->text(ValueColumn) + lineReference(twi);
+    };
+    const auto foldInto = [&](TwItem *twiTarget, TwItem *twiConc) -> bool {
         // A run that an event has started in the middle of this one may have folded it already.
-        if (twiConc->getTag() == "CONC"_L1 && !twiConc->isToDelete()) {
-            // The line before in the file, whatever it is, and not the parent: the rest of a CONT
-            // line belongs to that line.
-            TwItem *twiTarget = tabTotalTwItems.at(i - 1);
-            twiTarget->setText(ValueColumn,
-                               twiTarget->text(ValueColumn) + twiConc->text(ValueColumn));
-            const auto quote = [](TwItem *twi) -> QString {
-                return twi->getFullTag().join(u'.') + u' ' + twi->text(ValueColumn)
-                     + lineReference(twi);
-            };
-            addToJournal(
-                tr("Balise '%1 concaténée dans la balise %2").arg(quote(twiConc), quote(twiTarget)),
-                u"INFO"_s);
-            twiConc->setDelete(true);
-            ++count;
+        if (twiConc->getTag() != "CONC"_L1 || twiConc->isToDelete())
+            return false;
+        twiTarget->setText(ValueColumn, twiTarget->text(ValueColumn) + twiConc->text(ValueColumn));
+        addToJournal(
+            tr("Balise '%1 concaténée dans la balise %2").arg(quote(twiConc), quote(twiTarget)),
+            u"INFO"_s);
+        twiConc->setDelete(true);
+        return true;
+    };
+
+    int count = 0;
+    {
+        const PausedLayout pausedLayout(m_treeWidget);
+        // Last to first: of a chain of CONC lines the later ones are folded into the earlier first.
+        for (qsizetype i = size - 1; i > 0; --i) {
+            // Into the line before in the file, whatever it is, and not into the parent: the rest
+            // of a CONT line belongs to that line.
+            if (foldInto(tabTotalTwItems.at(i - 1), tabTotalTwItems.at(i)))
+                ++count;
+            showProgress(m_progress, i, size - i - 1);
         }
-        showProgress(m_treeWidget, m_progress, i, size - i - 1);
     }
 
     const QString summary = tr("%1 balises CONC reconcaténées.").arg(count);
@@ -422,6 +445,7 @@ int Gedcom::unConc()
 int Gedcom::checkOversized()
 {
     qDebug() << "ON checkOversized";
+    const PausedLayout pausedLayout(m_treeWidget);
     m_status->showMessage(tr("Vérification de la taille des balises en cours..."), 0);
     const QList<TwItem *> tabTotalTwItems = getTabTotalTwItems();
     m_progress->setRange(0, int(tabTotalTwItems.size()) - 1);
@@ -431,7 +455,7 @@ int Gedcom::checkOversized()
     for (TwItem *twi : tabTotalTwItems) {
         if (lineSize(twi) > MaxLineSize)
             tabTotalTooBigs.append(twi);
-        showProgress(m_treeWidget, m_progress, ++index);
+        showProgress(m_progress, ++index);
     }
 
     const qsizetype tooBigs = tabTotalTooBigs.size();
@@ -466,7 +490,7 @@ int Gedcom::checkOversized()
                 addToJournal(log, u"INFO"_s);
             splited += int(splitList.size());
             ++index;
-            showProgress(m_treeWidget, m_progress, index, index, CutProgressPeriod);
+            showProgress(m_progress, index, index, CutProgressPeriod);
         }
     }
 
@@ -547,6 +571,7 @@ int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, boo
                        QString containValue)
 {
     qDebug() << "ON delListTag";
+    const PausedLayout pausedLayout(m_treeWidget);
     m_status->showMessage(tr("Suppression des balises en cours..."), 0);
     const QList<TwItem *> tabTotalTwItems = getTabTotalTwItems();
     m_progress->setRange(0, int(tabTotalTwItems.size()));
@@ -595,7 +620,7 @@ int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, boo
     // all deleted.
     for (auto it = tabTotalTwItems.crbegin(); it != tabTotalTwItems.crend(); ++it) {
         deleteEntry(*it);
-        showProgress(m_treeWidget, m_progress, ++progressCount);
+        showProgress(m_progress, ++progressCount);
     }
 
     addToJournal(tr("%1 suppressions effectuées.").arg(count), u"INFO"_s);
