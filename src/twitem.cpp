@@ -61,8 +61,7 @@ TwItem *cutOff(TwItem *twi)
     }
 
     const int indexTwiInsert = continuation ? twi->getThisTwiIndexParent(twi) + 1 : 0;
-    QString line =
-        continuation ? twi->text(LevelColumn) : QString::number(twi->text(LevelColumn).toInt() + 1);
+    QString line = continuation ? twi->text(LevelColumn) : QString::number(childLevel(twi));
     auto *twiConc = new TwItem(-1);
     line.append(" CONC "_L1).append(QStringView(value).mid(lenghtColText));
     twi->setTwiValuesFromStr(line, twiConc);
@@ -381,20 +380,20 @@ void TwItem::getChildsListFromFullTag(QStringList fullTag, QList<TwItem *> *list
     if (twiParent->getFullTag().size() >= fullTag.size())
         return;
 
-    const int childLevel = twiParent->text(LevelColumn).toInt() + 1;
+    const qint64 level = childLevel(twiParent);
     // An entry without a tag on the way makes the full tag shorter than the level says: then the
     // path has no component for the children, and none of them takes part.
-    if (childLevel < 0 || childLevel >= fullTag.size())
+    if (level < 0 || level >= fullTag.size())
         return;
-    const QString &component = fullTag.at(childLevel);
+    const QString &component = fullTag.at(level);
     const QList<TwItem *> tabTwi = twiParent->getTabTwiChilds(true);
     for (TwItem *twi : tabTwi) {
         // The list of a root holds all its descendants.
-        if (twi->text(LevelColumn).toInt() != childLevel)
+        if (twi->text(LevelColumn).toInt() != level)
             continue;
         if (component != "*"_L1 && twi->getTag() != component)
             continue;
-        if (childLevel < fullTag.size() - 1)
+        if (level < fullTag.size() - 1)
             getChildsListFromFullTag(fullTag, listTwiMatch, twi);
         else if (twi->isTagMatch(pattern))
             listTwiMatch->append(twi); // here the first component, too, has been compared
@@ -475,6 +474,11 @@ void TwItem::setIco(const QIcon &ico)
 QString lineText(const TwItem *twi)
 {
     return twi->getTwiValuesList().join(u' ');
+}
+
+qint64 childLevel(const TwItem *twi)
+{
+    return qint64(twi->text(LevelColumn).toInt()) + 1;
 }
 
 qsizetype lineSize(const TwItem *twi)

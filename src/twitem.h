@@ -158,6 +158,10 @@ private:
 /// The line of the file that the entry stands for: its columns joined with one blank.
 [[nodiscard]] QString lineText(const TwItem *twi);
 
+/// The level of a child of \p twi: one more than its column 0 says, which a replacement can have
+/// made the greatest number there is.
+[[nodiscard]] qint64 childLevel(const TwItem *twi);
+
 /// The number of characters of lineText(), without building it.
 [[nodiscard]] qsizetype lineSize(const TwItem *twi);
 

@@ -2,6 +2,7 @@
 #include "document.h"
 #include "fenjournal.h"
 #include "filedialogs.h"
+#include "markingtranslator.h"
 #include "testmain.h"
 #include "window.h"
 
@@ -191,6 +192,7 @@ private slots:
     void usableAfterAMessage();
     void requirements_data();
     void requirements();
+    void messagesAreTranslated();
     void cancelledCorrespondenceFile();
     void deletionArguments_data();
     void deletionArguments();
@@ -388,12 +390,14 @@ void TstApply::requirements_data()
     move("move, base in lower case", u"indi.NOTE"_s, u"INDI.NOTE"_s, UnequalBase);
     move("move, base behind a blank", u" INDI.NOTE"_s, u"INDI.NOTE"_s, UnequalBase);
     move("move, same bases in pairs", u"INDI.NOTE;FAM.NOTE"_s, u"INDI.TEXT;FAM.TEXT"_s);
+    move("move, a blank is a tag", u"INDI.NOTE"_s, u" "_s, UnequalBase);
     move("move, two empty parts are a pair", u"INDI.NOTE;"_s, u"INDI.TEXT;"_s);
     move("move, a base alone", u"INDI"_s, u"INDI.NOTE"_s);
     row("unequal tags, move off", {u"leTagSour=INDI.NOTE"_s, u"leTagDest=FAM.NOTE;X"_s});
 
     row("media path, none", {u"gbReplaceMediaPath"_s}, NoPath);
     row("media path", {u"gbReplaceMediaPath"_s, u"leNewMediaPath=C:\\images"_s});
+    row("media path, a blank", {u"gbReplaceMediaPath"_s, u"leNewMediaPath= "_s});
     row("media path deleted", {u"gbReplaceMediaPath"_s, u"cbDelMediaPath"_s});
     row("media path filled and deleted",
         {u"gbReplaceMediaPath"_s, u"cbDelMediaPath"_s, u"leNewMediaPath=C:/images/"_s});
@@ -401,12 +405,17 @@ void TstApply::requirements_data()
     row("deletion, no tag", {u"leTagsToDel="_s}, NoTagToDelete, u"8 7"_s);
     row("deletion, a final semicolon", {u"leTagsToDel=NOTE;"_s}, {}, u"8 7 5"_s);
     row("deletion, semicolon alone", {u"leTagsToDel=;"_s}, {}, u"8 7"_s);
+    row("deletion, a blank is a tag", {u"leTagsToDel= "_s}, {}, {});
+    row("deletion off, nothing filled",
+        {u"!gbDelTags"_s, u"leTagsToDel="_s, u"cbDelIfContent"_s, u"leValueToDel="_s}, {}, {});
+    row("deletion by content, a blank", {u"cbDelIfContent"_s, u"leValueToDel= "_s});
     row("deletion by content, no value", {u"cbDelIfContent"_s}, NoValueToDelete);
     row("deletion by content", {u"cbDelIfContent"_s, u"leValueToDel=texte"_s});
     row("deletion, regex without content", {u"cbDelIfContentRX"_s});
 
     row("replacement, no text", {u"gbReplaceString"_s}, NoText);
     row("replacement, new text only", {u"gbReplaceString"_s, u"leTextDest=b"_s}, NoText);
+    row("replacement of a blank", {u"gbReplaceString"_s, u"leTextOri= "_s, u"leTextDest= "_s});
     row("replacement by nothing", {u"gbReplaceString"_s, u"leTextOri=zzz"_s});
 
     row("spacing and links to click have no condition",
@@ -470,6 +479,47 @@ void TstApply::requirements()
     QCOMPARE(form.journalWindows().size(), 1);
     QCOMPARE(form.filled(), QStringList{u"rbMarkdown"_s});
     QVERIFY(!form.progress()->isVisible());
+}
+
+void TstApply::messagesAreTranslated()
+{
+    Form form;
+    QVERIFY(QDir(form.folder()).mkdir(u"medias"_s));
+    form.set({u"gbSetURLLinks"_s, u"gbExtractMediasToKeep"_s, u"gbMoveTagContent"_s,
+              u"gbReplaceMediaPath"_s, u"gbDelTags"_s, u"cbDelIfContent"_s, u"gbReplaceString"_s,
+              u"leStrPlitCsv="_s, u"cbEspacer"_s});
+    // Each remedy brings the next message; the form is filled again as it was before the run.
+    const QStringList before = form.filled();
+    const struct
+    {
+        QString message;
+        QStringList remedy;
+    } steps[] = {
+        {NoFiles, {u"csv"_s}},
+        {NoFolders, {u"leExtractMediasSource=~/medias"_s, u"leExtractMediasToKeep=~/medias"_s}},
+        {NoSeparator, {u"leStrPlitCsv=,"_s}},
+        {NoTags, {u"leTagSour=INDI.X"_s, u"leTagDest=FAM.X;FAM.Y"_s}},
+        {UnequalCount, {u"leTagDest=FAM.X"_s}},
+        {UnequalBase, {u"leTagDest=INDI.Y"_s}},
+        {NoPath, {u"leNewMediaPath=x"_s}},
+        {NoTagToDelete, {u"leTagsToDel=ZZZ"_s}},
+        {NoValueToDelete, {u"leValueToDel=zzz"_s}},
+        {NoText, {}},
+    };
+    QStringList settings = before;
+    settings.removeAll(u"rbMarkdown"_s);
+    QStringList expected;
+    for (const auto &step : steps) {
+        form.set(settings);
+        {
+            const MarkingTranslator translator;
+            form.apply();
+        }
+        expected += u"[MainWindow]"_s + step.message;
+        settings += step.remedy;
+    }
+    QCOMPARE(form.messages(), expected);
+    QCOMPARE(form.boxes().titles().count(u"[MainWindow]Erreur"_s), expected.size());
 }
 
 void TstApply::cancelledCorrespondenceFile()
@@ -671,6 +721,11 @@ void TstApply::keptByTheReset()
     QVERIFY(form.isChecked(u"cbFiltreSensible"_s));
     QVERIFY(form.isChecked(u"cbFiltrerRegex"_s));
     QVERIFY(!form.isChecked(u"cbSourceDateDiff"_s));
+
+    form.set({u"!cbSourceMultiUse"_s, u"cbSourceDateDiff"_s});
+    form.apply();
+    QVERIFY(!form.isChecked(u"cbSourceMultiUse"_s));
+    QVERIFY(form.isChecked(u"cbSourceDateDiff"_s));
 
     // The picked files are still known; the default separator is gone for good.
     form.set({u"gbSetURLLinks"_s});

@@ -1,5 +1,7 @@
 #include "boxes.h"
 #include "document.h"
+#include "markingtranslator.h"
+#include "progresslog.h"
 #include "testmain.h"
 #include "window.h"
 
@@ -7,6 +9,7 @@
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -90,6 +93,8 @@ private slots:
     void rangeIsThatOfTheLiveEntries();
     void files_data();
     void files();
+    void createdEntryHasNoLine();
+    void textsAreTranslated();
     void throughTheForm();
 };
 
@@ -377,7 +382,8 @@ void TstDeletion::frame()
 
     QStringList events;
     connect(&document.statusBar, &QStatusBar::messageChanged, this, [&](const QString &text) {
-        events += text;
+        // The timer of a time-out would be there by now.
+        events += document.statusBar.findChild<QTimer *>() ? text + u" for a while"_s : text;
         events += u"journal %1"_s.arg(document.newJournal().size());
         events += u"bar %1 of %2"_s.arg(document.progress.value()).arg(document.progress.maximum());
     });
@@ -385,6 +391,8 @@ void TstDeletion::frame()
         events += u"bar %1"_s.arg(value);
         events += u"journal %1"_s.arg(document.newJournal().size());
     });
+    QTest::ignoreMessage(QtDebugMsg, "ON delListTag");
+    QTest::ignoreMessage(QtDebugMsg, "OFF delListTag");
     QCOMPARE(runDeletion(document, {u"tags=NOTE"_s}), 120);
     QCOMPARE(events, (QStringList{
                          u"Suppression des balises en cours..."_s,
@@ -520,16 +528,19 @@ void TstDeletion::progress()
         lines += lines.size() % 2 ? u"1 NOTE"_s : u"1 DATE"_s;
     QVERIFY(document.load(lines));
 
-    const QSignalSpy spy(&document.progress, &QProgressBar::valueChanged);
+    const ProgressLog log(&document.progress);
     const QSignalSpy statusSpy(&document.statusBar, &QStatusBar::messageChanged);
     // Every entry is counted, whether it matches or not.
     const int count = runDeletion(document, {u"tags=NOTE"_s});
     QCOMPARE(count, entries / 2);
 
-    QList<int> seen;
-    for (const QList<QVariant> &arguments : spy)
-        seen += arguments.constFirst().toInt();
-    QCOMPARE(seen, values);
+    // At each step the events come once.
+    QStringList steps;
+    for (const int value : std::as_const(values)) {
+        steps += u"%1 of %2"_s.arg(value).arg(entries);
+        steps += u"events at %1"_s.arg(value);
+    }
+    QCOMPARE(log.entries(), steps);
     QCOMPARE(document.progress.minimum(), 0);
     QCOMPARE(document.progress.maximum(), entries);
     QCOMPARE(document.progress.value(), -1);
@@ -616,6 +627,37 @@ void TstDeletion::files()
     QVERIFY(document.gedcom.writeGedFile(document.path()));
     QCOMPARE(readLines(document.path()), readLines(path + ".apres.ged"_L1));
     QCOMPARE(readBytes(document.path()), readBytes(path + ".apres.ged"_L1));
+}
+
+void TstDeletion::createdEntryHasNoLine()
+{
+    Document document;
+    QVERIFY(document.load({u"0 @I1@ INDI"_s, u"1 NOTE "_s + u"mot "_s.repeated(75) + u"fin"_s}));
+    QCOMPARE(document.gedcom.checkOversized(), 1);
+    const QStringList lines = document.lines();
+    QCOMPARE(lines.size(), 3);
+    document.newJournal();
+
+    QCOMPARE(runDeletion(document, {u"tags=CONC"_s}), 1);
+    QCOMPARE(document.newJournal(),
+             deletionJournal({u"INDI.NOTE.CONC "_s + lines.constLast() + u" (l.-1)"_s}));
+    QCOMPARE(document.lines(), lines.mid(0, 2));
+}
+
+void TstDeletion::textsAreTranslated()
+{
+    Document document;
+    QVERIFY(document.load({u"0 @I1@ INDI"_s, u"1 BIRT"_s, u"2 DATE 1900"_s}));
+    document.newJournal();
+    QStringList told;
+    connect(&document.statusBar, &QStatusBar::messageChanged, this,
+            [&told](const QString &text) { told += text; });
+    const MarkingTranslator translator;
+    QCOMPARE(runDeletion(document, {u"tags=BIRT"_s}), 2);
+    told += document.newJournal();
+    QCOMPARE(told.size(), 5);
+    for (const QString &text : std::as_const(told))
+        QVERIFY2(text.contains(u'['), qPrintable(text));
 }
 
 void TstDeletion::throughTheForm()

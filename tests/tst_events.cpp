@@ -6,6 +6,7 @@
 #include "window.h"
 
 #include <QAbstractButton>
+#include <QCursor>
 #include <QFile>
 #include <QProgressBar>
 #include <QTest>
@@ -168,6 +169,25 @@ private:
     bool m_operationEnded = false;
 };
 
+/// Keeps what the status bar says each time that the mouse comes over the watched widget.
+class EnterWatcher : public QObject
+{
+public:
+    explicit EnterWatcher(std::function<QString()> status) : m_status(std::move(status)) { }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Enter)
+            seen += m_status();
+        return false;
+    }
+
+    QStringList seen;
+
+private:
+    std::function<QString()> m_status;
+};
+
 int deletionCount(const QStringList &journal)
 {
     return int(journal.filter(u"INFO : Suppression de l'entrée : "_s).size());
@@ -182,6 +202,8 @@ class TstEvents : public QObject
 private slots:
     void actionDuringAnOperation_data();
     void actionDuringAnOperation();
+    void inputIsDelivered_data();
+    void inputIsDelivered();
     void openDuringALoad_data();
     void openDuringALoad();
     void applyDuringADeletion();
@@ -320,6 +342,59 @@ void TstEvents::actionDuringAnOperation()
     QCOMPARE(folded(lines), expected);
     for (const QString &line : lines)
         QVERIFY2(line.size() <= 255, qPrintable(line));
+}
+
+void TstEvents::inputIsDelivered_data()
+{
+    QTest::addColumn<QString>("operation");
+
+    QTest::newRow("load") << Load;
+    QTest::newRow("folding") << Fold;
+    QTest::newRow("deletion") << Delete;
+    QTest::newRow("measuring") << Measure;
+    QTest::newRow("cutting") << Cut;
+    QTest::newRow("writing") << WriteFile;
+    QTest::newRow("journal file") << WriteJournal;
+}
+
+void TstEvents::inputIsDelivered()
+{
+    QFETCH(QString, operation);
+
+    Interruption session(family(true));
+    if (operation != Load) {
+        session.openFile();
+        if (operation != Fold && operation != Delete)
+            session.apply({u"gbDelTags"_s, u"leTagsToDel=OCCU"_s});
+    }
+    qDeleteAll(session.journalWindows());
+
+    // The mouse comes over the window while it is busy. This is user input, which waits until the
+    // window asks for it, before the operation goes on.
+    const QRect place = session.window->frameGeometry();
+    QCursor::setPos(place.bottomRight() + QPoint(50, 50));
+    QCoreApplication::processEvents();
+    EnterWatcher watcher([&session] { return session.status(); });
+    session.window->installEventFilter(&watcher);
+    bool moved = false;
+    connect(session.progress(), &QProgressBar::valueChanged, this, [&] {
+        if (moved || !session.status().startsWith(operation))
+            return;
+        moved = true;
+        QCursor::setPos(place.center());
+        QCOMPARE(watcher.seen, QStringList());
+    });
+    if (operation == Load)
+        session.openFile();
+    else if (operation == Fold || operation == Delete)
+        session.apply({u"gbDelTags"_s, u"leTagsToDel=NOTE"_s});
+    else
+        session.save();
+
+    QVERIFY(moved);
+    QCOMPARE(watcher.seen.size(), 1);
+    QVERIFY2(watcher.seen.constFirst().startsWith(operation),
+             qPrintable(watcher.seen.constFirst()));
 }
 
 void TstEvents::openDuringALoad_data()

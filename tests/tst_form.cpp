@@ -418,6 +418,10 @@ void TstForm::layoutContents_data()
     const auto grid = [](const char *name) -> QTestData & {
         return QTest::newRow(name) << QByteArray("QGridLayout");
     };
+    horizontal("horizontalLayout_2")
+        << u"centralwidget"_s << QStringList{u"verticalLayout_3"_s, u"mainGroupBox"_s};
+    vertical("verticalLayout_3") << u"horizontalLayout_2"_s
+                                 << QStringList{u"treeWidget"_s, u"gridLayout_6"_s};
     grid("gridLayout_6") << u"verticalLayout_3"_s
                          << QStringList{u"cbSourceMultiUse"_s, u"cbFiltreSensible"_s,
                                         u"cbFiltrerRegex"_s, u"cbSourceDateDiff"_s,
@@ -509,6 +513,18 @@ void TstForm::layoutContents()
         QCOMPARE(grid->rowStretch(row), 0);
     for (int column = 0; grid && column < grid->columnCount(); ++column)
         QCOMPARE(grid->columnStretch(column), 0);
+
+    // No size is set by hand.
+    QWidget outer;
+    const auto *fresh = new QVBoxLayout(new QGroupBox(&outer));
+    QCOMPARE(layout->contentsMargins(),
+             layout->parent()->isWidgetType() ? fresh->contentsMargins() : QMargins());
+    QCOMPARE(layout->spacing(), fresh->spacing());
+    QCOMPARE(layout->sizeConstraint(), fresh->sizeConstraint());
+    for (int row = 0; grid && row < grid->rowCount(); ++row)
+        QCOMPARE(grid->rowMinimumHeight(row), 0);
+    for (int column = 0; grid && column < grid->columnCount(); ++column)
+        QCOMPARE(grid->columnMinimumWidth(column), 0);
 }
 
 void TstForm::creationOrder()
@@ -538,8 +554,13 @@ void TstForm::creationOrder()
 
 void TstForm::texts()
 {
+    // The texts come anew each time, none is left from the first time.
+    Form form;
     const MarkingTranslator translator;
-    const Form form;
+    form.ui.treeWidget->setHeaderLabels({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
+    form.ui.retranslateUi(&form.window);
+    for (int column = 0; column < 4; ++column)
+        QCOMPARE(form.ui.treeWidget->headerItem()->text(column), QString());
     const auto marked = [](const QString &text) {
         return text.isEmpty() ? text : u"[MainWindow]"_s + text;
     };
@@ -548,6 +569,7 @@ void TstForm::texts()
         QCOMPARE(textOf(widget), marked(row.text));
         QCOMPARE(widget->toolTip(), marked(row.toolTip));
     }
+    QCOMPARE(form.window.windowTitle(), marked(u"MainWindow"_s));
     QCOMPARE(form.ui.leRecherche->placeholderText(), marked(u"filtrer"_s));
     QCOMPARE(form.ui.actionOuvrir->text(), marked(u"Ouvrir"_s));
     QCOMPARE(form.ui.actionEnregistrerFichier->text(), marked(u"Enregistrer"_s));

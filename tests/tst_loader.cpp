@@ -2,11 +2,13 @@
 #include "document.h"
 #include "progresslog.h"
 #include "testmain.h"
+#include "told.h"
 #include "unprivileged.h"
 
 #include "gedcom.h"
 #include "twitem.h"
 
+#include <QCursor>
 #include <QDir>
 #include <QFile>
 #include <QIcon>
@@ -19,7 +21,9 @@
 #include <QTime>
 #include <QTreeWidgetItemIterator>
 
+#include <functional>
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -111,6 +115,28 @@ QStringList sectionLabels()
             u"médias"_s,  u"dépots"_s,    u"notes"_s};
 }
 
+/// Calls back at each event of a type.
+class Notice : public QObject
+{
+public:
+    Notice(QEvent::Type type, std::function<void()> callback)
+        : m_type(type),
+          m_callback(std::move(callback))
+    {
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == m_type)
+            m_callback();
+        return false;
+    }
+
+private:
+    QEvent::Type m_type;
+    std::function<void()> m_callback;
+};
+
 QString startOfLoad(const Document &doc)
 {
     return "INFO : Chargement du fichier "_L1 + doc.path();
@@ -162,6 +188,8 @@ private slots:
     void progress_data();
     void progress();
     void progressStaysAfterRefusal();
+    void toldInOrder();
+    void inputIsDelivered();
     void eventsSeeTheRecordsReadSoFar();
     void statusBarIsLeftAlone();
     void treeOutlivesTheDocument();
@@ -1027,6 +1055,47 @@ void TstLoader::progressStaysAfterRefusal()
                                          u"events at 200"_s, u"hide"_s}));
 }
 
+void TstLoader::toldInOrder()
+{
+    const QStringList unknown{u"0 @U1@ SUBN"_s, u"1 FAMF x"_s};
+    const QStringList lines = unknown + QStringList{u"0 HEAD"_s} + QStringList(147, u"1 NOTE x"_s)
+                            + unknown + QStringList{u"0 @I1@ INDI"_s}
+                            + QStringList(96, u"1 NOTE y"_s);
+    Document doc;
+    writeLines(doc.path(), lines + QStringList{u"0 TRLR"_s});
+    Told told(&doc);
+    QTest::ignoreMessage(QtDebugMsg, "ON genererVectorGed");
+    QTest::ignoreMessage(QtDebugMsg, "OFF genererVectorGed");
+    QVERIFY(doc.loadFile());
+
+    // A record is known when the next one begins.
+    const QStringList unrecognised = QStringList{u"INFO : Entrée non reconnue :"_s} + unknown;
+    QCOMPARE(told.take(), QStringList({startOfLoad(doc), u"bar shown"_s}) + unrecognised
+                              + QStringList({u"bar: 100 of 250"_s, u"events"_s}) + unrecognised
+                              + QStringList({u"bar: 200 of 250"_s, u"events"_s, endOfLoad(250),
+                                             u"bar hidden"_s}));
+}
+
+void TstLoader::inputIsDelivered()
+{
+    Document doc;
+    QStringList told;
+    Notice notice(QEvent::MouseMove, [&] {
+        told += u"mouse at %1 of %2"_s.arg(doc.progress.value()).arg(doc.progress.maximum());
+    });
+    doc.tree.viewport()->installEventFilter(&notice);
+    doc.tree.viewport()->setMouseTracking(true);
+    doc.tree.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&doc.tree));
+    // As from the user's mouse: it waits for whoever processes input.
+    connect(&doc.progress, &QProgressBar::valueChanged, this, [&] {
+        QCursor::setPos(doc.tree.viewport()->mapToGlobal(QPoint(20, 20)));
+        told += u"moved"_s;
+    });
+    QVERIFY(doc.load(QStringList{u"0 HEAD"_s} + QStringList(150, u"1 NOTE x"_s)));
+    QCOMPARE(told, QStringList({u"moved"_s, u"mouse at 100 of 152"_s}));
+}
+
 void TstLoader::eventsSeeTheRecordsReadSoFar()
 {
     QStringList lines;
@@ -1035,6 +1104,7 @@ void TstLoader::eventsSeeTheRecordsReadSoFar()
     Document doc;
     QStringList seen;
     const auto look = [&] {
+        QCOMPARE(doc.gedcom.getPathGedFile(), doc.path());
         seen += u"%1 roots, %2 rows, %3"_s.arg(doc.gedcom.getTabTwItemsRoot().size())
                     .arg(doc.tree.topLevelItem(1)->childCount())
                     .arg(doc.tree.topLevelItem(1)->text(1).isEmpty() ? u"no count"_s : u"count"_s);

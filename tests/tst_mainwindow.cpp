@@ -14,6 +14,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QDir>
+#include <QFile>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -37,6 +38,25 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// An explicit instantiation may name private members, and so hands them out.
+using FileMember = QFile *MainWindow::*;
+FileMember paramsMember();
+FileMember sequenceMember();
+
+template <FileMember params, FileMember sequence>
+struct Expose
+{
+    friend FileMember paramsMember()
+    {
+        return params;
+    }
+    friend FileMember sequenceMember()
+    {
+        return sequence;
+    }
+};
+template struct Expose<&MainWindow::m_FichierParams, &MainWindow::m_FichierSequence>;
 
 const QStringList Person{u"0 HEAD"_s,
                          u"1 CHAR UTF-8"_s,
@@ -88,6 +108,20 @@ int receiverCount(const QObject *sender, const QByteArray &signal)
     return (sender->*(&Receivers::receivers))(signal.constData());
 }
 
+/// Whether the text in the status bar stays until the next one: a time-out has a timer.
+bool statusStays(const Session &session)
+{
+    return !session.window->statusBar()->findChild<QTimer *>();
+}
+
+/// The flags of a tool window that has been given no others.
+Qt::WindowFlags toolFlags()
+{
+    QWidget widget;
+    widget.setWindowFlags(Qt::Tool);
+    return widget.windowFlags();
+}
+
 void processDeferredDeletes()
 {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -110,6 +144,7 @@ private slots:
     void treeSettings();
     void progressBar();
     void progressBarStaysBesideMessages();
+    void filesBesideTheExecutable();
 
     void slotNamesMeetSignals();
     void slotsInOrder();
@@ -122,6 +157,7 @@ private slots:
 
     void openDialog();
     void openShowsStatusBar();
+    void openTextsAreTranslated();
     void load_data();
     void load();
     void loadFitsColumns();
@@ -318,6 +354,24 @@ void TstMainWindow::progressBarStaysBesideMessages()
     QVERIFY(session.progress()->isVisible());
 }
 
+void TstMainWindow::filesBesideTheExecutable()
+{
+    std::unique_ptr<MainWindow> window = makeWindow();
+    const QString folder = QCoreApplication::applicationDirPath();
+    const QPointer<QFile> params = window.get()->*paramsMember();
+    const QPointer<QFile> sequence = window.get()->*sequenceMember();
+    QCOMPARE(params->fileName(), folder + u"/PARAM.INI"_s);
+    QCOMPARE(sequence->fileName(), folder + u"/SEQUENCE.INI"_s);
+    for (const QPointer<QFile> &file : {params, sequence}) {
+        QVERIFY(!file->isOpen());
+        QCOMPARE(file->parent(), nullptr);
+    }
+    // They outlive the window.
+    window.reset();
+    QVERIFY(params);
+    QVERIFY(sequence);
+}
+
 void TstMainWindow::slotNamesMeetSignals()
 {
     QTest::failOnWarning(QRegularExpression(u"connectSlotsByName"_s));
@@ -475,9 +529,11 @@ void TstMainWindow::openDialog()
     const AnsweredBoxes boxes;
     AnsweredFileDialogs dialogs{QString()};
     QString statusMeanwhile;
+    bool stays = false;
     QFileDialog::AcceptMode acceptMode = QFileDialog::AcceptSave;
     dialogs.setInspector([&](const QFileDialog *dialog) {
         statusMeanwhile = session.status();
+        stays = statusStays(session);
         acceptMode = dialog->acceptMode();
     });
     session.trigger(u"actionOuvrir"_s);
@@ -490,6 +546,7 @@ void TstMainWindow::openDialog()
     QCOMPARE(dialogs.parentWidget(), session.window.get());
     QCOMPARE(acceptMode, QFileDialog::AcceptOpen);
     QCOMPARE(statusMeanwhile, Loading);
+    QVERIFY(stays);
 }
 
 void TstMainWindow::openShowsStatusBar()
@@ -500,6 +557,33 @@ void TstMainWindow::openShowsStatusBar()
     const AnsweredBoxes boxes;
     session.open(QString());
     QVERIFY(session.window->statusBar()->isVisible());
+}
+
+void TstMainWindow::openTextsAreTranslated()
+{
+    const Session session;
+    session.window->show();
+    const AnsweredBoxes boxes;
+    const MarkingTranslator translator;
+    const auto marked = [](const QString &text) { return u"[MainWindow]"_s + text; };
+    {
+        const AnsweredFileDialogs dialogs{QString()};
+        session.trigger(u"actionOuvrir"_s);
+        QCOMPARE(dialogs.title(), marked(u"Ouvrir un fichier Gedcom"_s));
+        QCOMPARE(dialogs.nameFilters(), QStringList{marked(u"ged (*.ged)"_s)});
+    }
+    QCOMPARE(session.status(), marked(Loading));
+    QCOMPARE(session.journal().constLast(),
+             u"ERROR : "_s + marked(u"Chargement du fichier GED interrompu."_s));
+
+    session.load(Person);
+    QCOMPARE(session.status(), marked(Loaded));
+    const FenJournal *fenJournal = session.openJournal();
+    QCOMPARE(fenJournal->windowTitle(), marked(u"Journal"_s));
+    const QStringList journal = journalIn(fenJournal);
+    QCOMPARE(journal.at(journal.size() - 2),
+             u"INFO : "_s + marked(u"Chargement du fichier GED terminé."_s));
+    QVERIFY(journal.constLast().contains(u"[MainWindow]"_s));
 }
 
 void TstMainWindow::load_data()
@@ -543,6 +627,7 @@ void TstMainWindow::load()
     session.open(session.path());
     QCOMPARE(boxes.texts(), QStringList());
     QCOMPARE(session.status(), Loaded);
+    QVERIFY(statusStays(session));
     QCOMPARE(session.journal(),
              QStringList{u"INFO : Chargement du fichier "_s + session.path()} + journal);
     QVERIFY(session.isEnabled(u"mainGroupBox"_s));
@@ -559,7 +644,14 @@ void TstMainWindow::loadFitsColumns()
     for (int column = 0; column < 4; ++column)
         QCOMPARE(header->sectionResizeMode(column), QHeaderView::Interactive);
 
+    // The last column is fitted by itself before all of them are.
+    QList<int> fittedAlone;
+    connect(header, &QHeaderView::sectionResized, this, [&](int column) {
+        if (header->sectionResizeMode(column) == QHeaderView::Interactive)
+            fittedAlone += column;
+    });
     session.load(Person);
+    QCOMPARE(fittedAlone, QList<int>{3});
     for (int column = 0; column < 4; ++column)
         QCOMPARE(header->sectionResizeMode(column), QHeaderView::ResizeToContents);
     QVERIFY(header->isHidden());
@@ -739,6 +831,9 @@ void TstMainWindow::closingAsksNothing()
     session.click(u"pbApply"_s);
     QVERIFY(session.journal().contains(u"INFO : 2 suppressions effectuées."_s));
     session.trigger(u"action_propos"_s);
+    QCOMPARE(session.journalWindows().size(), 1);
+    QVERIFY(session.journalWindows().constFirst()->isVisible());
+    QVERIFY(session.window->findChild<FenAPropos *>()->isVisible());
 
     const AnsweredBoxes boxes;
     QTimer::singleShot(0, session.window.get(), [&session] { session.window->close(); });
@@ -746,6 +841,8 @@ void TstMainWindow::closingAsksNothing()
                        [] { QCoreApplication::exit(1); });
     QCOMPARE(QApplication::exec(), 0);
     QVERIFY(!session.window->isVisible());
+    QVERIFY(!session.journalWindows().constFirst()->isVisible());
+    QVERIFY(!session.window->findChild<FenAPropos *>()->isVisible());
     QCOMPARE(boxes.texts(), QStringList());
     // What was not saved is lost.
     QCOMPARE(readBytes(session.path()), saved);
@@ -758,7 +855,7 @@ void TstMainWindow::journalWindow()
     const FenJournal journal(nullptr, u"un\r\ndeux\r\n"_s, u"Un titre"_s);
     QVERIFY(!journal.isVisible());
     QCOMPARE(journal.size(), QSize(1000, 800));
-    QCOMPARE(journal.windowType(), Qt::Tool);
+    QCOMPARE(journal.windowFlags(), toolFlags());
     QVERIFY(journal.isWindow());
     QCOMPARE(journal.windowModality(), Qt::NonModal);
     QVERIFY(!journal.testAttribute(Qt::WA_DeleteOnClose));
@@ -956,7 +1053,7 @@ void TstMainWindow::aboutWindow()
 {
     const FenAPropos about(nullptr);
     QVERIFY(!about.isVisible());
-    QCOMPARE(about.windowType(), Qt::Tool);
+    QCOMPARE(about.windowFlags(), toolFlags());
     QVERIFY(about.isWindow());
     QCOMPARE(about.windowModality(), Qt::WindowModal);
     QVERIFY(!about.testAttribute(Qt::WA_DeleteOnClose));

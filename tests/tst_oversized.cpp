@@ -84,12 +84,14 @@ private slots:
     void receiverAndListOfSplit();
     void chainGoesOnFromEachCut();
     void hiddenRowsStayHidden();
+    void deletedRowsBehindACutStayHidden();
     void viewStaysAsItWas_data();
     void viewStaysAsItWas();
     void newRowsStandInTheTree();
     void theRestReachesTheFileWhateverTheLevels_data();
     void theRestReachesTheFileWhateverTheLevels();
     void progressAndEvents();
+    void deletionDuringTheScan();
     void foldingGivesTheValuesBack_data();
     void foldingGivesTheValuesBack();
 };
@@ -498,6 +500,31 @@ void TstOversized::hiddenRowsStayHidden()
         QVERIFY(!piece->isHidden());
 }
 
+void TstOversized::deletedRowsBehindACutStayHidden()
+{
+    constexpr int Count = 5'000;
+    const QString value = run(300);
+    Document doc;
+    QVERIFY(doc.load(QStringList{u"0 @I1@ INDI"_s, "1 NOTE "_L1 + value}
+                     + QStringList(Count, u"2 CONT a"_s) + QStringList{u"2 CONT b"_s}));
+    TwItem *note = doc.entry("1 NOTE "_L1 + value);
+    const QList<TwItem *> siblings = note->getTabTwiChilds(false);
+    for (int i = 0; i < Count; ++i)
+        QVERIFY(siblings.at(i)->setDelete(true));
+    const QList<QTreeWidgetItem *> before = hiddenRows(&doc);
+    QCOMPARE(before.size(), Count + 1); // and the section of the notes
+
+    QCOMPARE(doc.gedcom.checkOversized(), 1);
+    QCOMPARE(hiddenRows(&doc), before);
+    QCOMPARE(doc.lines(), (QStringList{u"0 @I1@ INDI"_s, "1 NOTE "_L1 + value.left(248),
+                                       "2 CONC "_L1 + value.mid(248), u"2 CONT b"_s}));
+    // They stand behind the new row, in their order, in the tree and in the list.
+    QCOMPARE(note->getTabTwiChilds(false), created(&doc) + siblings);
+    QCOMPARE(note->childCount(), Count + 2);
+    for (int i = 0; i <= Count; ++i)
+        QCOMPARE(note->child(i + 1), siblings.at(i));
+}
+
 void TstOversized::viewStaysAsItWas_data()
 {
     QTest::addColumn<bool>("selected");
@@ -659,11 +686,61 @@ void TstOversized::progressAndEvents()
                            + QStringList{u"bar: 20 of 24"_s, u"events"_s};
     expected = expected.mid(0, 1) + scan + expected.mid(1, 12) + cuts + expected.mid(23);
 
+    QList<int> values; // of the bar, with each text
+    connect(&doc.statusBar, &QStatusBar::messageChanged, this,
+            [&] { values += doc.progress.value(); });
     Told told(&doc);
+    QTest::ignoreMessage(QtDebugMsg, "ON checkOversized");
+    QTest::ignoreMessage(QtDebugMsg, "OFF checkOversized");
     QCOMPARE(doc.gedcom.checkOversized(), 25);
     QCOMPARE(told.take(), expected);
+    QCOMPARE(values.constLast(), -1); // the reset comes in front of the summary
     QCOMPARE(doc.progress.value(), -1); // reset
     QVERIFY(doc.progress.isVisible()); // shown and hidden by the caller alone
+}
+
+void TstOversized::deletionDuringTheScan()
+{
+    // The scan stops for events behind the hundredth entry, and has found the first of the lines.
+    const QString value = run(300);
+    QStringList lines = QStringList{u"0 @I1@ INDI"_s} + QStringList(249, u"1 SEX M"_s);
+    lines[50] = "1 NOTE "_L1 + value;
+    lines[150] = "1 TEXT "_L1 + value;
+    lines[200] = "1 EVEN "_L1 + value;
+    Document doc;
+    QVERIFY(doc.load(lines));
+    TwItem *found = doc.entry(lines.at(50));
+    TwItem *ahead = doc.entry(lines.at(150));
+    const auto deleteBoth = [&] {
+        QVERIFY(found->setDelete(true));
+        QVERIFY(ahead->setDelete(true));
+    };
+    connect(
+        &doc.progress, &QProgressBar::valueChanged, this,
+        [&] { QMetaObject::invokeMethod(this, deleteBoth, Qt::QueuedConnection); },
+        Qt::SingleShotConnection);
+    doc.newJournal();
+    QCOMPARE(doc.gedcom.checkOversized(), 1);
+
+    // Nothing of a deleted line comes back to life in its rest.
+    const QString rest = "2 CONC "_L1 + value.mid(248);
+    QCOMPARE(doc.newJournal(),
+             (QStringList{
+                 u"INFO : 3 balises > 255 caractères détectées, déconcaténation..."_s,
+                 added("INDI.EVEN.CONC "_L1 + rest, "INDI.EVEN 1 EVEN "_L1 + value.left(248), 201),
+                 u"INFO : 3 balises > 255 caractères déconcaténées."_s}));
+    QCOMPARE(doc.status(), u"Vérification de la taille des balises terminée. 1 balises "
+                           "déconcaténées. "_s);
+    lines[200] = "1 EVEN "_L1 + value.left(248);
+    lines.insert(201, rest);
+    lines.removeAt(150);
+    lines.removeAt(50);
+    QCOMPARE(doc.lines(), lines);
+    for (TwItem *twi : {found, ahead}) {
+        QCOMPARE(twi->text(2), value);
+        QCOMPARE(twi->childCount(), 0);
+        QVERIFY(twi->isHidden());
+    }
 }
 
 void TstOversized::foldingGivesTheValuesBack_data()

@@ -3,6 +3,7 @@
 #include "fenjournal.h"
 #include "filedialogs.h"
 #include "mainwindow.h"
+#include "markingtranslator.h"
 #include "testmain.h"
 #include "window.h"
 
@@ -165,6 +166,7 @@ private slots:
     void directory_data();
     void directory();
     void newMediaPathChecksItsGroup();
+    void dialogTextsAreTranslated();
 
     void mediaPathOrDeletion();
     void deletionByContent();
@@ -414,6 +416,31 @@ void TstPickers::newMediaPathChecksItsGroup()
     QVERIFY(session.isChecked(u"gbReplaceMediaPath"_s));
     QVERIFY(session.isEnabled(u"leNewMediaPath"_s));
     QVERIFY(session.isEnabled(u"pbOpenNewMediaPath"_s));
+}
+
+void TstPickers::dialogTextsAreTranslated()
+{
+    const FormSession session;
+    for (const QString &group :
+         {u"gbSetURLLinks"_s, u"gbExtractMediasToKeep"_s, u"gbReplaceMediaPath"_s})
+        session.clickGroup(group);
+    const MarkingTranslator translator;
+    const AnsweredFileDialogs dialogs{QString()};
+    QStringList titles;
+    for (const QString &button : {u"pbImportCsvLinks"_s, u"pbExtractMediasSource"_s,
+                                  u"pbExtractMediasToKeep"_s, u"pbOpenNewMediaPath"_s}) {
+        session.click(button);
+        titles += dialogs.title();
+        if (titles.size() == 1)
+            QCOMPARE(dialogs.nameFilters(), QStringList{u"[MainWindow]csv (*.csv)"_s});
+    }
+    const QStringList expected{
+        u"[MainWindow]Ouvrir les fichiers de correspondance"_s,
+        u"[MainWindow]Dossier des médias"_s,
+        u"[MainWindow]Dossier des médias"_s,
+        u"[MainWindow]Ouvrir le dossier des médias"_s,
+    };
+    QCOMPARE(titles, expected);
 }
 
 void TstPickers::mediaPathOrDeletion()

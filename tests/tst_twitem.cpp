@@ -123,6 +123,7 @@ void TstTwItem::construction()
 
     twi.setLineNumber(number + 41);
     QCOMPARE(twi.getNumLineGedFile(), QString::number(number + 41));
+    QCOMPARE(twi.toolTip(0), u"ligne "_s + decimal);
 }
 
 void TstTwItem::columns_data()
@@ -762,6 +763,7 @@ void TstTwItem::delChildsWalksTheTree()
     QVERIFY(document.load(family()));
     TwItem *deat = document.entry(u"1 DEAT"_s);
     deat->insertChild(0, newEntry(u"2 CAUS peste"_s)); // in the tree, and in no list
+    document.entry(u"2 AGE 70"_s)->setTwiHidden(true); // hidden by a search, and as live as before
 
     QCOMPARE(deat->delChilds(),
              (QStringList{u"Suppression de l'entrée : INDI.DEAT.CAUS 2 CAUS peste (l.-1)"_s,

@@ -2,10 +2,14 @@
 #include "document.h"
 #include "progresslog.h"
 #include "testmain.h"
+#include "told.h"
 
 #include "gedcom.h"
 #include "twitem.h"
 
+#include <QDialog>
+#include <QPaintEvent>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 
@@ -16,6 +20,34 @@ namespace {
 QString summary(int count)
 {
     return u"%1 balises CONC reconcaténées."_s.arg(count);
+}
+
+/// The area that a widget has painted while this lives.
+class Painted : public QObject
+{
+public:
+    explicit Painted(QWidget *widget)
+    {
+        widget->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            area += static_cast<QPaintEvent *>(event)->region();
+        return false;
+    }
+
+    QRegion area;
+};
+
+/// A person of 250 entries: notes of four lines each, and a last one of a single line.
+QStringList cutNotes()
+{
+    QStringList lines{u"0 @I1@ INDI"_s};
+    for (int i = 1; i < 250; ++i)
+        lines += QStringList{u"2 CONC d"_s, u"1 NOTE a"_s, u"2 CONC b"_s, u"2 CONC c"_s}.at(i % 4);
+    return lines;
 }
 
 } // namespace
@@ -38,6 +70,10 @@ private slots:
     void progress_data();
     void progress();
     void barKeepsItsVisibility();
+    void toldInOrder();
+    void runInARunFoldsOnce();
+    void resizeInARunIsPainted();
+    void layoutGoesOnBehindADialog();
 
 private:
     AnsweredBoxes m_boxes; // one that nobody answers would stop the test for ever
@@ -424,6 +460,121 @@ void TstUnconc::barKeepsItsVisibility()
     doc.progress.show();
     doc.gedcom.unConc();
     QVERIFY(doc.progress.isVisible());
+}
+
+void TstUnconc::toldInOrder()
+{
+    QStringList lines = QStringList{u"0 @I1@ INDI"_s} + QStringList(249, u"1 NOTE x"_s);
+    lines[99] = u"2 CONC a"_s;
+    lines[100] = u"2 CONC b"_s;
+    lines[200] = u"2 CONC c"_s;
+    lines[201] = u"2 CONC d"_s;
+    Document doc;
+    QVERIFY(doc.load(lines));
+    QList<int> values; // of the bar, with each text
+    connect(&doc.statusBar, &QStatusBar::messageChanged, this,
+            [&] { values += doc.progress.value(); });
+    Told told(&doc);
+    QTest::ignoreMessage(QtDebugMsg, "ON unConc");
+    QTest::ignoreMessage(QtDebugMsg, "OFF unConc");
+    QCOMPARE(doc.gedcom.unConc(), 4);
+    QCOMPARE(told.take(),
+             QStringList({u"status: Reconcaténation des balises en cours..."_s,
+                          u"INFO : Balise 'INDI.NOTE.CONC d (l.202) concaténée dans la balise "
+                          u"INDI.NOTE.CONC cd (l.201)"_s,
+                          u"INFO : Balise 'INDI.NOTE.CONC cd (l.201) concaténée dans la balise "
+                          u"INDI.NOTE xcd (l.200)"_s,
+                          u"bar: 49 of 249"_s, u"events"_s,
+                          u"INFO : Balise 'INDI.NOTE.CONC b (l.101) concaténée dans la balise "
+                          u"INDI.NOTE.CONC ab (l.100)"_s,
+                          u"bar: 149 of 249"_s, u"events"_s,
+                          u"INFO : Balise 'INDI.NOTE.CONC ab (l.100) concaténée dans la balise "
+                          u"INDI.NOTE xab (l.99)"_s,
+                          "INFO : "_L1 + summary(4), "status: "_L1 + summary(4)}));
+    QCOMPARE(values, QList<int>({-1, 149})); // the reset comes behind the summary
+}
+
+void TstUnconc::runInARunFoldsOnce()
+{
+    Document doc;
+    QVERIFY(doc.load(cutNotes()));
+    doc.newJournal();
+    // Behind the first step, which stands in the middle of a note.
+    int nested = 0;
+    const auto run = [&] { nested = doc.gedcom.unConc(); };
+    connect(
+        &doc.progress, &QProgressBar::valueChanged, this,
+        [&] { QMetaObject::invokeMethod(this, run, Qt::QueuedConnection); },
+        Qt::SingleShotConnection);
+    QCOMPARE(doc.gedcom.unConc(), 37);
+    QCOMPARE(nested, 149);
+
+    QCOMPARE(doc.lines(), QStringList{u"0 @I1@ INDI"_s} + QStringList(62, u"1 NOTE abcd"_s)
+                              + QStringList{u"1 NOTE a"_s});
+    const QStringList journal = doc.newJournal();
+    QCOMPARE(journal.filter(u"INFO : Balise '"_s).size(), 37 + 149);
+    QCOMPARE(journal.mid(37 + 149),
+             QStringList({"INFO : "_L1 + summary(149), "INFO : "_L1 + summary(37)}));
+    QCOMPARE(doc.status(), summary(37));
+}
+
+void TstUnconc::resizeInARunIsPainted()
+{
+    Document doc;
+    QVERIFY(doc.load(cutNotes()));
+    doc.tree.expandAll();
+    doc.tree.resize(300, 200);
+    doc.tree.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&doc.tree));
+    Painted painted(doc.tree.viewport());
+    connect(
+        &doc.progress, &QProgressBar::valueChanged, this, [&] { doc.tree.resize(400, 600); },
+        Qt::SingleShotConnection);
+    // Not only once the run is over, which tells of itself before it processes events again.
+    QRegion paintedInTheRun;
+    connect(&doc.statusBar, &QStatusBar::messageChanged, this,
+            [&] { paintedInTheRun = painted.area; });
+    QCOMPARE(doc.gedcom.unConc(), 186);
+    const QRect whole = doc.tree.viewport()->rect();
+    QVERIFY(whole.height() > 400);
+    QCOMPARE(QRegion(whole) - paintedInTheRun, QRegion());
+}
+
+void TstUnconc::layoutGoesOnBehindADialog()
+{
+    Document doc;
+    QVERIFY(doc.load(cutNotes()));
+    doc.tree.expandAll();
+    doc.tree.resize(300, 200);
+    doc.tree.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&doc.tree));
+    const QScrollBar *scrollBar = doc.tree.verticalScrollBar();
+    TwItem *note = doc.gedcom.getTabTotalTwItems().at(1);
+    // The scroll bar learns of a hidden row from the layout.
+    const auto laidOut = [&](bool hide) -> bool {
+        QCoreApplication::processEvents(); // what was due before
+        const int before = scrollBar->maximum();
+        note->setTwiHidden(hide);
+        return QTest::qWaitFor(
+            [&] { return hide ? scrollBar->maximum() < before : scrollBar->maximum() > before; });
+    };
+
+    bool laidOutBehindDialog = false;
+    const auto openDialog = [&] {
+        QDialog dialog;
+        dialog.setModal(true);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        laidOutBehindDialog = laidOut(true);
+    };
+    connect(
+        &doc.progress, &QProgressBar::valueChanged, this,
+        [&] { QMetaObject::invokeMethod(this, openDialog, Qt::QueuedConnection); },
+        Qt::SingleShotConnection);
+    QCOMPARE(doc.gedcom.unConc(), 186);
+    QVERIFY(laidOutBehindDialog);
+    // Nor is anything held back once the run is over.
+    QVERIFY(laidOut(false));
 }
 
 VARLUNE_TEST_MAIN(TstUnconc)

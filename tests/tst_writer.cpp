@@ -1,6 +1,7 @@
 #include "boxes.h"
 #include "document.h"
 #include "filedialogs.h"
+#include "markingtranslator.h"
 #include "testmain.h"
 #include "told.h"
 #include "unprivileged.h"
@@ -9,6 +10,7 @@
 #include <QDateTime>
 #include <QDirIterator>
 #include <QLineEdit>
+#include <QLocale>
 #include <QRegularExpression>
 
 #include <csignal>
@@ -200,6 +202,24 @@ private:
     void (*m_handler)(int);
 };
 
+/// The locale of numbers and dates while it lives.
+class DefaultLocale
+{
+public:
+    explicit DefaultLocale(const QLocale &locale)
+    {
+        QLocale::setDefault(locale);
+    }
+    ~DefaultLocale()
+    {
+        QLocale::setDefault(m_former);
+    }
+    Q_DISABLE_COPY_MOVE(DefaultLocale)
+
+private:
+    QLocale m_former;
+};
+
 const QStringList &family()
 {
     static const QStringList lines{u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s,
@@ -241,6 +261,8 @@ private slots:
     void encodings();
     void halfACharacter();
     void fullDisk();
+    void numbersWhateverTheLocale();
+    void textsAreTranslated();
     void roundTrip_data();
     void roundTrip();
     void saveAction();
@@ -315,9 +337,24 @@ void TstWriter::toldInOrder()
     for (int i = 0; i < 120; ++i)
         doc.gedcom.addToJournal(u"une ligne"_s, u"INFO"_s);
 
+    // What has reached the disk at a step of the bar: every line is flushed.
+    QByteArray document;
+    QByteArray journal;
+    connect(&doc.progress, &QProgressBar::valueChanged, this, [&](int value) {
+        if (value == 100 && doc.status().startsWith("Sauvegarde du fichier "_L1))
+            document = readBytes(doc.path());
+        if (value == 100 && doc.status().startsWith("Sauvegarde du journal "_L1))
+            journal = readBytes(doc.status().mid(22));
+    });
+
     Told told(&doc);
     const QDateTime begin = QDateTime::currentDateTime();
+    QTest::ignoreMessage(QtDebugMsg, "ON writeGedFile");
+    QTest::ignoreMessage(QtDebugMsg, "OFF writeGedFile");
     QVERIFY(doc.gedcom.writeGedFile(doc.path()));
+    QCOMPARE(document, (lines.first(202).join(u'\n') + u'\n').toUtf8());
+    QCOMPARE(journal,
+             journalFile(doc.gedcom.getJournal()).split('\n').first(101).join('\n') + '\n');
     const QStringList all = told.take();
     const Archived archived = archivedIn(all, doc.path(), begin);
     QStringList expected{u"status: Vérification de la taille des balises en cours..."_s};
@@ -946,6 +983,69 @@ void TstWriter::fullDisk()
     QCOMPARE(readBytes(doc.path()), whole.first(limit));
     QCOMPARE(readBytes(saved.archived.copy()), former);
     QCOMPARE(readBytes(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
+}
+
+void TstWriter::numbersWhateverTheLocale()
+{
+    // Other digits, and thousands apart.
+    const DefaultLocale locale(QLocale(QLocale::Arabic, QLocale::Egypt));
+    QCOMPARE(QLocale().toString(1234), u"١٬٢٣٤"_s);
+    Document doc;
+    QVERIFY(
+        doc.load(QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s} + QStringList(1'100, u"2 CONC b"_s)));
+    QCOMPARE(doc.newJournal().constLast(), u"INFO : Chargement de 1103 lignes terminé."_s);
+    QCOMPARE(doc.tree.topLevelItem(1)->text(1), u"1"_s);
+    TwItem *last = doc.gedcom.getTabTotalTwItems().constLast();
+    QCOMPARE(last->toolTip(0), u"ligne 1102"_s);
+    QCOMPARE(doc.gedcom.unConc(), 1'100);
+    QCOMPARE(doc.newJournal().constLast(), u"INFO : 1100 balises CONC reconcaténées."_s);
+    QCOMPARE(doc.status(), u"1100 balises CONC reconcaténées."_s);
+
+    const Saved saved = save(&doc, doc.path()); // which looks at the digits of the names
+    QVERIFY(saved.result);
+    QCOMPARE(saved.journal.first(), u"INFO : 1 balises > 255 caractères détectées, "
+                                    "déconcaténation..."_s);
+    QVERIFY2(saved.journal.at(1).endsWith(" (l.2)"_L1), qPrintable(saved.journal.at(1)));
+    QVERIFY(readLines(doc.path()).at(2).startsWith("2 CONC "_L1));
+}
+
+void TstWriter::textsAreTranslated()
+{
+    // Entries keep the word of their tool tips from the first one on.
+    const TwItem first(1);
+    const MarkingTranslator translator;
+    const AnsweredBoxes boxes;
+    Document doc;
+    QStringList told;
+    connect(&doc.statusBar, &QStatusBar::messageChanged, this,
+            [&told](const QString &text) { told += text; });
+    QVERIFY(!doc.loadFile());
+    QVERIFY(!doc.load({u"0 HEAD"_s}));
+    QVERIFY(doc.load(
+        {u"0 @I1@ INDI"_s, "1 NOTE "_L1 + QString(200, u'a'), "2 CONC "_L1 + QString(200, u'b')}));
+    QCOMPARE(doc.gedcom.unConc(), 1);
+    QVERIFY(doc.gedcom.writeGedFile(doc.path()));
+    QVERIFY(QDir(doc.folder()).mkdir(u"gen"_s));
+    QVERIFY(!doc.gedcom.writeGedFile(doc.folder() + "/gen"_L1));
+    writeBytes(doc.folder() + "/gen/ARCH"_L1, {});
+    QVERIFY(!doc.gedcom.writeGedFile(doc.folder() + "/gen/a.ged"_L1));
+
+    QStringList labels;
+    for (int i = 0; i < doc.tree.topLevelItemCount(); ++i)
+        labels += doc.tree.topLevelItem(i)->text(0);
+    QCOMPARE(labels, (QStringList{u"[Gedcom]en-tête"_s, u"[Gedcom]personnes"_s,
+                                  u"[Gedcom]familles"_s, u"[Gedcom]sources"_s, u"[Gedcom]médias"_s,
+                                  u"[Gedcom]dépots"_s, u"[Gedcom]notes"_s}));
+    QCOMPARE(boxes.titles(),
+             (QStringList{u"[Gedcom]Erreur"_s, u"[Gedcom]Erreur"_s, u"[Gedcom]Erreur d'écriture"_s,
+                          u"[Gedcom]Erreur d'écriture du journal"_s}));
+    told += boxes.texts();
+    // Without the record that is quoted.
+    static const QRegularExpression level(u"^(INFO|ERROR) : "_s);
+    told += doc.journal().filter(level).replaceInStrings(level, QString());
+    QCOMPARE(told.size(), 41);
+    static const QRegularExpression translated(uR"(^\[(Gedcom|TwItem)\])"_s);
+    QCOMPARE(told.filter(translated), told);
 }
 
 void TstWriter::roundTrip_data()
