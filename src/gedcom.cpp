@@ -30,7 +30,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int ProgressPeriod = 100; // entries between two refreshes of the window
-constexpr int CutProgressPeriod = 10; // the same for the lines that are cut
+constexpr int EditProgressPeriod = 10; // the same where each entry may be rewritten
+constexpr int RecordProgressPeriod = 20; // the same for whole records
 
 /// Moves \p bar to \p value and lets events be processed, once every \p period of \p done.
 void showProgress(QProgressBar *bar, qsizetype done, qsizetype value, int period = ProgressPeriod)
@@ -49,6 +50,29 @@ void showProgress(QProgressBar *bar, qsizetype done)
 void showCritical(const QString &title, const QString &text)
 {
     QMessageBox::critical(nullptr, title, text, QMessageBox::Ok);
+}
+
+/// Whether \p tag is the tag of \p twi, or its full tag joined with ".". A "*" means nothing here.
+bool hasTag(TwItem *twi, const QString &tag)
+{
+    const QString ownTag = twi->getTag();
+    if (tag == ownTag)
+        return true;
+    // A full tag ends in the entry's own tag, or is empty: most entries need no walk to the root.
+    if (!tag.isEmpty() && !tag.endsWith(ownTag))
+        return false;
+    return tag == fullTagText(twi);
+}
+
+/// The first column that \p rxUrl matches, or -1. Every web address holds "http", which is found
+/// much faster than the expression.
+int urlColumn(TwItem *twi, const QRegularExpression &rxUrl)
+{
+    for (int column = 0; column < twi->columnCount(); ++column) {
+        if (twi->text(column).contains("http"_L1))
+            return twi->getColumnIndexMatchRx(rxUrl);
+    }
+    return -1;
 }
 
 /// Keeps the tree widget from laying out and painting its rows while it lives.
@@ -406,7 +430,7 @@ int Gedcom::unConc()
     m_progress->setRange(0, int(size) - 1);
 
     const auto quote = [](TwItem *twi) -> QString {
-        return twi->getFullTag().join(u'.') + u' ' + twi->text(ValueColumn) + lineReference(twi);
+        return fullTagText(twi) + u' ' + twi->text(ValueColumn) + lineReference(twi);
     };
     const auto foldInto = [&](TwItem *twiTarget, TwItem *twiConc) -> bool {
         // A run that an event has started in the middle of this one may have folded it already.
@@ -490,7 +514,7 @@ int Gedcom::checkOversized()
                 addToJournal(log, u"INFO"_s);
             splited += int(splitList.size());
             ++index;
-            showProgress(m_progress, index, index, CutProgressPeriod);
+            showProgress(m_progress, index, index, EditProgressPeriod);
         }
     }
 
@@ -567,6 +591,59 @@ QStringList Gedcom::getCommonTag(QStringList tagOneList, QStringList tagTwoList)
     return common;
 }
 
+int Gedcom::setSpaceNames()
+{
+    qDebug() << "ON setSpaceNames";
+    m_status->showMessage(tr("Espacement des noms en cours..."), 0);
+    const QList<TwItem *> tabTotalTwItems = getTabTotalTwItems();
+    m_progress->setRange(0, int(tabTotalTwItems.size()));
+
+    const auto spaceName = [this](TwItem *twi) -> bool {
+        // The record does not matter: a repository's name is spaced like a person's.
+        if (!twi->text(LevelColumn).startsWith(u'1') || !lineText(twi).startsWith("1 NAME "_L1))
+            return false;
+        const int col = twi->getColumnIndexContainsString(u"/"_s, true);
+        const QString twiTextCol = col == -1 ? QString() : twi->text(col);
+        const qsizetype slashIndex = twiTextCol.indexOf(u'/');
+        if (slashIndex <= 0 || twiTextCol.at(slashIndex - 1) == u' ')
+            return false;
+
+        if (!m_rxName.match(twiTextCol).hasMatch()) {
+            const QString line = lineText(twi);
+            addToJournal(tr("Pas de correspondance pour \"/\" pour l'entrée %1%2")
+                             .arg(line, lineReference(twi)),
+                         u"ERROR"_s);
+            showCritical(tr("Erreur"), tr("Erreur dans le nom pour l'entrée %1").arg(line));
+            return false;
+        }
+        if (!twi->insertStrAtIndex(u" "_s, u"/"_s, col, true))
+            return false;
+        addToJournal(tr("Modification de %1 %2 en %3%4")
+                         .arg(fullTagText(twi), twiTextCol, twi->text(col), lineReference(twi)),
+                     u"INFO"_s);
+        return true;
+    };
+
+    int edited = 0;
+    int countProgress = 0;
+    {
+        const PausedLayout pausedLayout(m_treeWidget);
+        for (TwItem *twi : tabTotalTwItems) {
+            if (spaceName(twi))
+                ++edited;
+            showProgress(m_progress, ++countProgress);
+        }
+    }
+
+    // The two blanks are wanted, and INDI.NAME whatever records were edited.
+    addToJournal(tr("%1 entrées INDI.NAME  modifiées.").arg(edited), u"INFO"_s);
+    m_status->showMessage(tr("%1 noms espacés.").arg(edited), 0);
+    m_progress->reset();
+    QCoreApplication::processEvents();
+    qDebug() << "OFF setSpaceNames";
+    return edited;
+}
+
 int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, bool contains, bool rx,
                        QString containValue)
 {
@@ -626,6 +703,281 @@ int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, boo
     addToJournal(tr("%1 suppressions effectuées.").arg(count), u"INFO"_s);
     m_status->showMessage(tr("%1 balises supprimées.").arg(count), 0);
     qDebug() << "OFF delListTag";
+    m_progress->reset();
+    return count;
+}
+
+int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool deleteTagOri,
+                           bool mvOriContent, bool createDestTag)
+{
+    qDebug() << "ON moveTagContent";
+    const PausedLayout pausedLayout(m_treeWidget);
+    m_status->showMessage(tr("Déplacement des balises en cours..."), 0);
+    const QList<TwItem *> tabTwItemsRoot = getTabTwItemsRoot();
+    const QStringList listFullTagOri = strListTagsOri.split(u';');
+    const QStringList listFullTagsDest = strListTagDest.split(u';');
+    m_progress->setRange(0, int(tabTwItemsRoot.size()));
+    int mvCount = 0;
+    int delCount = 0;
+    int createCount = 0;
+
+    // Only the last component of a path is ever created: the tags above it must be there.
+    const auto createDestination = [&](const QStringList &tagTwoList,
+                                       TwItem *twiCommunOri) -> TwItem * {
+        QStringList tagDestToCreate = tagTwoList;
+        const QString tagDest = tagDestToCreate.takeLast();
+        QList<TwItem *> tabTwItemParentDest;
+        twiCommunOri->getChildsListFromFullTag(tagDestToCreate, &tabTwItemParentDest, twiCommunOri);
+        if (tabTwItemParentDest.isEmpty())
+            return nullptr;
+
+        TwItem *twiParent = tabTwItemParentDest.constFirst();
+        auto *twiDestMatch = new TwItem(-1);
+        twiDestMatch->setTwiValuesFromStr(QString::number(childLevel(twiParent)) + u' ' + tagDest,
+                                          twiDestMatch);
+        twiParent->insertTabChild(-1, twiDestMatch);
+        addToJournal(
+            tr("Création de l'entrée : %1 fille de la balise %2%3")
+                .arg(entryText(twiDestMatch), entryText(twiParent), lineReference(twiParent)),
+            u"INFO"_s);
+        ++createCount;
+        return twiDestMatch;
+    };
+
+    const auto findDestination = [&](TwItem *twiOriMatch,
+                                     const QStringList &tagDestList) -> TwItem * {
+        const QStringList tagOneList = twiOriMatch->getFullTag();
+        QStringList tagTwoList = tagDestList;
+        for (qsizetype i = 0; i < std::min(tagOneList.size(), tagTwoList.size()); ++i) {
+            if (tagTwoList.at(i) == "*"_L1)
+                tagTwoList[i] = tagOneList.at(i);
+        }
+        // The destination is looked for only in the branch that both have in common, so that a
+        // value stays inside its own event. There may be none: the agreeing positions of INDI.BIRT
+        // .DATE and INDI.DEAT.DATE are the full tag of no entry.
+        const QStringList tagCommonList = getCommonTag(tagOneList, tagDestList);
+        TwItem *twiCommunOri = twiOriMatch->getItemParentFromFullTag(tagCommonList, twiOriMatch);
+        const bool samePath = tagOneList == tagTwoList;
+        if (twiCommunOri && samePath)
+            twiCommunOri = twiCommunOri->getParent(); // the duplicates are siblings of the source
+        if (!twiCommunOri)
+            return nullptr;
+
+        QList<TwItem *> listTwiDestMatch;
+        twiCommunOri->getChildsListFromFullTag(tagTwoList, &listTwiDestMatch, twiCommunOri);
+        if (samePath && listTwiDestMatch.size() > 1)
+            return listTwiDestMatch.at(1);
+        if (!samePath && !listTwiDestMatch.isEmpty()
+            && listTwiDestMatch.constFirst() != twiOriMatch) {
+            qDebug() << "twi dest existant : " << listTwiDestMatch.constFirst()->getFullTag();
+            return listTwiDestMatch.constFirst();
+        }
+        return createDestTag ? createDestination(tagTwoList, twiCommunOri) : nullptr;
+    };
+
+    const auto movePair = [&](TwItem *twiOriMatch, const QStringList &tagDestList) {
+        TwItem *twiDestMatch = findDestination(twiOriMatch, tagDestList);
+        if (!twiDestMatch)
+            return;
+
+        const QString value = twiOriMatch->text(ValueColumn);
+        if (mvOriContent && !value.isEmpty()) {
+            const QString valInit = lineText(twiDestMatch);
+            twiDestMatch->setText(ValueColumn, value);
+            addToJournal(tr("Modification de l'entrée : %1 %2%3 en %4%5")
+                             .arg(fullTagText(twiDestMatch), valInit, lineReference(twiDestMatch),
+                                  value.trimmed(), lineReference(twiOriMatch)),
+                         u"INFO"_s);
+            ++mvCount;
+        }
+        // The source alone: its children stay, and are still written unless it is a whole record.
+        if (deleteTagOri && twiOriMatch->setDelete(true)) {
+            addToJournal(deletionLog(twiOriMatch), u"INFO"_s);
+            ++delCount;
+        }
+    };
+
+    int progressCount = 0;
+    for (TwItem *twItemRoot : tabTwItemsRoot) {
+        // A source without a partner at its place is passed over.
+        const qsizetype pairs = std::min(listFullTagOri.size(), listFullTagsDest.size());
+        for (qsizetype tagsIndex = 0; tagsIndex < pairs; ++tagsIndex) {
+            // Taken once: what the pairs below change does not change the list.
+            QList<TwItem *> listTwiOriMatch;
+            twItemRoot->getChildsListFromFullTag(listFullTagOri.at(tagsIndex).split(u'.'),
+                                                 &listTwiOriMatch, twItemRoot);
+            const QStringList tagDestList = listFullTagsDest.at(tagsIndex).split(u'.');
+            for (TwItem *twiOriMatch : std::as_const(listTwiOriMatch))
+                movePair(twiOriMatch, tagDestList);
+        }
+        ++progressCount;
+        showProgress(m_progress, progressCount, progressCount, RecordProgressPeriod);
+    }
+
+    addToJournal(tr("Création de %1 balises terminée.").arg(createCount), u"INFO"_s);
+    addToJournal(tr("Edition de %1 balises terminée.").arg(mvCount), u"INFO"_s);
+    addToJournal(tr("Suppression de %1 balises terminée.").arg(delCount), u"INFO"_s);
+    m_status->showMessage(tr("%1 balises traitées.").arg(delCount), 0);
+    qDebug() << "OFF moveTagContent";
+    m_progress->reset();
+    return delCount;
+}
+
+int Gedcom::searchAndReplace(QString strOri, QString strDest, QString tags, const bool sensitive,
+                             const bool regex)
+{
+    qDebug() << "ON searchAndReplace";
+    const PausedLayout pausedLayout(m_treeWidget);
+    m_status->showMessage(tr("Remplacement de texte en cours..."), 0);
+    const QStringList tagList = tags.split(u';');
+    const Qt::CaseSensitivity cs = sensitive ? Qt::CaseSensitive : Qt::CaseInsensitive;
+    const QRegularExpression re(strOri, sensitive ? QRegularExpression::NoPatternOption
+                                                  : QRegularExpression::CaseInsensitiveOption);
+    const QList<TwItem *> tabTotalTwItems = getTabTotalTwItems();
+    m_progress->setRange(0, int(tabTotalTwItems.size()));
+
+    // An empty element, behind a trailing ";", selects every entry.
+    const bool everyEntry = tagList.contains(QString());
+    const auto isSelected = [&](TwItem *twi) -> bool {
+        return everyEntry || std::any_of(tagList.begin(), tagList.end(), [twi](const QString &tag) {
+                   return hasTag(twi, tag);
+               });
+    };
+    const auto replace = [&](TwItem *twi) -> bool {
+        if (!isSelected(twi))
+            return false;
+
+        int indexColTextMatch = regex ? twi->getColumnIndexMatchRx(re)
+                                      : twi->getColumnIndexContainsString(strOri, sensitive);
+        QString oldTextCol;
+        QString newTextCol;
+        if (indexColTextMatch != -1) {
+            oldTextCol = twi->text(indexColTextMatch);
+            // A regular expression finds the text, and that text is replaced wherever it stands.
+            const QString found = regex ? re.match(oldTextCol).captured(0) : strOri;
+            newTextCol = QString(oldTextCol).replace(found, strDest, cs);
+        } else if (regex && strOri == "^$"_L1 && twi->columnCount() <= ValueColumn) {
+            indexColTextMatch = ValueColumn;
+            newTextCol = strDest;
+        } else {
+            return false;
+        }
+
+        addToJournal(tr("Remplacement de '%1 %2' par '%3'%4")
+                         .arg(fullTagText(twi), oldTextCol, newTextCol, lineReference(twi)),
+                     u"INFO"_s);
+        twi->setText(indexColTextMatch, newTextCol);
+        return true;
+    };
+
+    int count = 0;
+    int progressCount = 0;
+    for (TwItem *twi : tabTotalTwItems) {
+        if (replace(twi))
+            ++count;
+        ++progressCount;
+        showProgress(m_progress, progressCount, progressCount, EditProgressPeriod);
+    }
+
+    addToJournal(tr("%1 remplacements effectués.").arg(count), u"INFO"_s);
+    m_status->showMessage(tr("%1 textes remplacés.").arg(count), 0);
+    qDebug() << "OF searchAndReplace";
+    m_progress->reset();
+    return count;
+}
+
+int Gedcom::setMediaFilePath(QString newPath)
+{
+    qDebug() << "ON setMediaFilePath";
+    const PausedLayout pausedLayout(m_treeWidget);
+    m_status->showMessage(tr("Modification des chemins médias en cours..."), 0);
+    QList<TwItem *> tabTwItemsObjeFile;
+    const QList<TwItem *> tabTwItemsRootObje = getTabTwItemsRootMatch(m_rxIdObje, true, false);
+    for (TwItem *twiRootObje : tabTwItemsRootObje)
+        tabTwItemsObjeFile += twiRootObje->getTabTwiChildsMatchReg(m_rx1File);
+    addToJournal(tr("%1 entrées OBJE.FILE trouvées.").arg(tabTwItemsObjeFile.size()), u"INFO"_s);
+    m_progress->setRange(0, int(tabTwItemsObjeFile.size()));
+
+    int edited = 0;
+    for (TwItem *twiObjeFile : std::as_const(tabTwItemsObjeFile)) {
+        int col = twiObjeFile->getColumnIndexContainsString(u"."_s, true);
+        if (col == -1)
+            col = ValueColumn; // a file name without an extension
+        const QString twiTextCol = twiObjeFile->text(col);
+        // Only "/" ends a directory here, unlike where file names are matched: a path with
+        // backslashes alone is taken for a file name.
+        const qsizetype slashIndex = twiTextCol.lastIndexOf(u'/');
+        twiObjeFile->setText(col, (newPath + twiTextCol.mid(slashIndex + 1)).trimmed());
+        addToJournal(tr("Modification de %1 %2 en %3%4")
+                         .arg(fullTagText(twiObjeFile), twiTextCol, twiObjeFile->text(col),
+                              lineReference(twiObjeFile)),
+                     u"INFO"_s);
+        ++edited;
+        showProgress(m_progress, edited, edited, EditProgressPeriod);
+    }
+
+    // Every entry counts as rewritten, whatever was in it; a skipped one would be told here.
+    if (tabTwItemsObjeFile.size() > edited) {
+        addToJournal(tr("%1 chemins non modifiés.").arg(tabTwItemsObjeFile.size() - edited),
+                     u"INFO"_s);
+    }
+    const QString summary = tr("%1 chemins modifiés.").arg(edited);
+    addToJournal(summary, u"INFO"_s);
+    m_status->showMessage(summary, 0);
+    qDebug() << "OFF setMediaFilePath";
+    m_progress->reset();
+    return edited;
+}
+
+int Gedcom::setURLClickable(bool markdown, QStringList tagsToApply)
+{
+    qDebug() << "ON setURLClickable";
+    const PausedLayout pausedLayout(m_treeWidget);
+    m_status->showMessage(tr("Modification des URL en cours..."), 0);
+
+    // A column with a link is left alone as a whole: the operation can be run twice.
+    const auto hasUntreatedUrl = [this](TwItem *twi) -> bool {
+        const int colMatch = urlColumn(twi, m_rxURL);
+        if (colMatch == -1)
+            return false;
+        const QString text = twi->text(colMatch);
+        return !text.contains("](http"_L1) && !text.contains("<a href=\"http"_L1);
+    };
+    QList<TwItem *> tabUrlTwItems = getTabTotalTwItems();
+    tabUrlTwItems.removeIf([&](TwItem *twi) { return !hasUntreatedUrl(twi); });
+    QList<TwItem *> tabUrlMatchTwItems;
+    if (tagsToApply.isEmpty())
+        tabUrlMatchTwItems = tabUrlTwItems;
+    // Tag by tag: an entry that two of them name is rewritten twice, the second link in the first.
+    for (const QString &tag : std::as_const(tagsToApply)) {
+        if (tag.isEmpty())
+            continue; // as behind a trailing ";": not even an entry without a tag answers to it
+        std::copy_if(tabUrlTwItems.cbegin(), tabUrlTwItems.cend(),
+                     std::back_inserter(tabUrlMatchTwItems),
+                     [&tag](TwItem *twi) { return hasTag(twi, tag); });
+    }
+    const qsizetype tabSize = tabUrlMatchTwItems.size();
+    m_progress->setRange(0, int(tabSize));
+    addToJournal(tr("Recherche dans %1 lignes de liens hypertexte.").arg(tabSize), u"INFO"_s);
+
+    const QString linkForm =
+        markdown ? u"[%1](%1)"_s : u"<a href=\"%1\" target=\"_blank\">%1</a>"_s;
+    int count = 0;
+    for (TwItem *twi : std::as_const(tabUrlMatchTwItems)) {
+        const int col = twi->getColumnIndexMatchRx(m_rxURL);
+        QString text = twi->text(col);
+        const QString match = m_rxURL.match(text).captured(0);
+        twi->setText(col, text.replace(match, linkForm.arg(match)).trimmed());
+        addToJournal(tr("Modification du lien %1 %2%3")
+                         .arg(fullTagText(twi), twi->text(col), lineReference(twi)),
+                     u"INFO"_s);
+        ++count;
+        showProgress(m_progress, count, count, EditProgressPeriod);
+    }
+
+    addToJournal(tr("Modification de %1 liens hypertexte terminée.").arg(count), u"INFO"_s);
+    m_status->showMessage(tr("%1 URL modifiés.").arg(count), 0);
+    qDebug() << "OFF setURLClickable";
     m_progress->reset();
     return count;
 }

@@ -79,12 +79,43 @@ public:
     /// agrees with everything. Empty if neither has more than one component.
     [[nodiscard]] QStringList getCommonTag(QStringList tagOneList, QStringList tagTwoList);
 
+    /// Puts a blank in front of the surname's slash in each NAME of level 1 that lacks it. If the
+    /// name does not end in a slash, it is told in a box and in the journal, and left alone.
+    /// Returns the number of names edited.
+    int setSpaceNames();
+
     /// Marks the entries that \p tagsToDel names, with their descendants, as deleted; of them only
     /// those without a value, without a live child, or with \p containValue in the entry or its
     /// child list, as the flags say. \p rx makes it a regular expression. Returns the number of
     /// entries marked.
     int delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, bool contains, bool rx,
                    QString containValue);
+
+    /// Carries the value of each entry named by a full tag of \p strListTagsOri to the entry named
+    /// by the full tag at the same place of \p strListTagDest, in the branch of the record that
+    /// both have in common. Both are lists separated by ";". The flags say what is done with each
+    /// pair: delete the source, copy its value, create a destination that is not there. Children
+    /// are neither moved nor deleted. Returns the number of sources deleted.
+    int moveTagContent(QString strListTagsOri, QString strListTagDest, bool deleteTagOri,
+                       bool mvOriContent, bool createDestTag);
+
+    /// Replaces \p strOri by \p strDest in the first column of each entry where it is found, the
+    /// level and the tag included. \p tags, separated by ";", restricts it to entries of these tags
+    /// or full tags, unless it is empty or has an empty element. A regular expression only finds
+    /// the text that is then replaced, literally and everywhere in the column; "^$" also gives \p
+    /// strDest to entries without a value. Returns the number of entries changed.
+    int searchAndReplace(QString strOri, QString strDest, QString tags, const bool sensitive,
+                         const bool regex);
+
+    /// Puts \p newPath in the place of the directory of each media record's files; without one it
+    /// is put in front. Only "/" ends a directory. Returns the number of files rewritten.
+    int setMediaFilePath(QString newPath);
+
+    /// Makes the first web address of each entry a link, in Markdown or in HTML, wherever it stands
+    /// in its column, unless that column holds a link to "http..." already. \p tagsToApply
+    /// restricts it to these tags or full tags, unless the list is empty. Returns the number of
+    /// entries rewritten, one that two tags name counted twice.
+    int setURLClickable(bool markdown, QStringList tagsToApply);
 
 private:
     bool createNewTwiEntry(QStringList listEntryValues);

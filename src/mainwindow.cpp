@@ -17,12 +17,15 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QStandardPaths>
 #include <QStatusBar>
 #include <QStyle>
+#include <QTextStream>
 #include <QTreeWidget>
 
 #include <algorithm>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -69,6 +72,7 @@ MainWindow::MainWindow(QWidget *parent)
     m_progress->setHidden(true);
     ui->mainGroupBox->setEnabled(false);
     m_FichierParams = fileBesideExecutable(u"PARAM.INI"_s);
+    extraireIni();
     m_FichierSequence = fileBesideExecutable(u"SEQUENCE.INI"_s);
 }
 
@@ -134,7 +138,50 @@ void MainWindow::on_pbApply_clicked()
     m_progress->hide();
 }
 
-void MainWindow::on_pbReadSequence_clicked() { }
+void MainWindow::on_pbReadSequence_clicked()
+{
+    eraseSettingsValues();
+    if (!m_FichierSequence->open(QIODevice::ReadOnly | QIODevice::Text)) {
+        QMessageBox::critical(this, windowTitle(),
+                              tr("Fichier SEQUENCE.INI introuvable dans l'application."),
+                              QMessageBox::Ok);
+        return;
+    }
+    QTextStream in(m_FichierSequence);
+    const QString separator = u"separator="_s;
+    QString separatorValue;
+    m_progress->show();
+    m_gedcom.unConc();
+    while (!in.atEnd()) {
+        QString stringTampon = in.readLine();
+        if (stringTampon.isEmpty() || stringTampon.startsWith(u';')
+            || stringTampon.startsWith(u'#'))
+            continue;
+        // The line that defines a separator goes on as a step: cut at itself it holds two empty
+        // items, and the run on the empty form changes nothing.
+        if (stringTampon.startsWith(separator)) {
+            stringTampon.remove(0, separator.size());
+            separatorValue = stringTampon;
+        }
+        if (separatorValue.isEmpty()) {
+            QMessageBox::critical(
+                this, windowTitle(),
+                tr("chaine de séparation 'separator' non définie dans la séquence."),
+                QMessageBox::Ok);
+            continue;
+        }
+        const QStringList valuesList = stringTampon.split(separatorValue);
+        for (const QString &value : valuesList)
+            setFormValues(value);
+        start();
+        eraseSettingsValues();
+    }
+    eraseSettingsValues();
+    m_progress->hide();
+    on_actionJournal_triggered();
+    in.reset();
+    m_FichierSequence->close();
+}
 
 void MainWindow::on_action_propos_triggered()
 {
@@ -302,12 +349,40 @@ void MainWindow::start()
     checkRequirements(); // the run goes on whatever it has found
 
     // Each group is read only when its turn comes: the form stays usable during a run.
+    if (ui->cbEspacer->isChecked())
+        m_gedcom.setSpaceNames();
     if (ui->gbDelTags->isChecked()) {
         const QStringList tagList = ui->leTagsToDel->text().split(u';');
         const QString contentValue = ui->leValueToDel->text();
         m_gedcom.delListTag(tagList, ui->cbDelEmptyTags->isChecked(),
                             ui->cbDelEmptyClilds->isChecked(), ui->cbDelIfContent->isChecked(),
                             ui->cbDelIfContentRX->isChecked(), contentValue);
+    }
+    if (ui->gbClickablesLinks->isChecked()) {
+        // Unlike the tags to delete, an empty field is an empty list: it restricts nothing.
+        QStringList tagsToApply;
+        if (!ui->leTagToClickable->text().isEmpty())
+            tagsToApply = ui->leTagToClickable->text().split(u';');
+        m_gedcom.setURLClickable(ui->rbMarkdown->isChecked(), tagsToApply);
+    }
+    if (ui->gbReplaceMediaPath->isChecked()) {
+        QString newPath;
+        if (!ui->cbDelMediaPath->isChecked()) {
+            newPath = ui->leNewMediaPath->text().replace(u'\\', u'/');
+            if (!newPath.isEmpty() && !newPath.endsWith(u'/'))
+                newPath += u'/';
+        }
+        m_gedcom.setMediaFilePath(newPath);
+    }
+    if (ui->gbMoveTagContent->isChecked()) {
+        m_gedcom.moveTagContent(ui->leTagSour->text(), ui->leTagDest->text(),
+                                ui->cbDelTagSour->isChecked(), ui->cbCpSourDestContent->isChecked(),
+                                ui->cbCreateDestTag->isChecked());
+    }
+    if (ui->gbReplaceString->isChecked()) {
+        m_gedcom.searchAndReplace(ui->leTextOri->text(), ui->leTextDest->text(),
+                                  ui->leTagToApply->text(), ui->cbSensible->isChecked(),
+                                  ui->cbRegex->isChecked());
     }
 }
 
@@ -355,4 +430,99 @@ void MainWindow::eraseSettingsValues()
     ui->leTagToApply->clear();
     ui->cbRegex->setChecked(false);
     ui->cbSensible->setChecked(false);
+}
+
+void MainWindow::extraireIni()
+{
+    if (!m_FichierParams->open(QIODevice::ReadOnly | QIODevice::Text)) {
+        QMessageBox::critical(this, windowTitle(),
+                              tr("Fichier PARAM.INI introuvable dans l'application."),
+                              QMessageBox::Ok);
+        return;
+    }
+    QTextStream in(m_FichierParams);
+    while (!in.atEnd())
+        setFormValues(in.readLine());
+    in.reset();
+    m_FichierParams->close();
+}
+
+void MainWindow::setFormValues(QString stringTampon)
+{
+    using Apply = std::function<void(const QString &)>;
+    // A flag can only be switched on, and a text cannot be cleared.
+    const auto flag = [](auto *widget) -> Apply {
+        return [widget](const QString &value) {
+            if (value.startsWith("true"_L1))
+                widget->setChecked(true);
+        };
+    };
+    const auto text = [](QLineEdit *field) -> Apply {
+        return [field](const QString &value) {
+            if (!value.isEmpty())
+                field->setText(value);
+        };
+    };
+    const Apply importFiles = [this](const QString &value) {
+        if (!value.isEmpty())
+            m_filesImport = QString(value).replace(u'\\', u'/').split(u';');
+    };
+    // At once, before any operation of the same line. What is not "true" is a path, "false" too.
+    const Apply save = [this](const QString &value) {
+        if (value.startsWith("true"_L1))
+            on_actionEnregistrerFichier_triggered();
+        else if (!value.isEmpty())
+            m_gedcom.writeGedFile(value);
+    };
+    const struct
+    {
+        QLatin1StringView key;
+        Apply apply;
+    } keys[] = {
+        {"EspacerPrenomNom="_L1, flag(ui->cbEspacer)},
+        {"delTags="_L1, flag(ui->gbDelTags)},
+        {"delTagsList="_L1, text(ui->leTagsToDel)},
+        {"delIfEmptyTags="_L1, flag(ui->cbDelEmptyTags)},
+        {"delIfNoChildsTags="_L1, flag(ui->cbDelEmptyClilds)},
+        {"delIfContainsValue="_L1, flag(ui->cbDelIfContent)},
+        {"delIfContainsRx="_L1, flag(ui->cbDelIfContentRX)},
+        {"delTagContainsValue="_L1, text(ui->leValueToDel)},
+        {"setUrlLinks="_L1, flag(ui->gbSetURLLinks)},
+        {"urlFilesIndex="_L1, importFiles},
+        {"stringSplitFilenameUrl="_L1, text(ui->leStrPlitCsv)},
+        {"createEvenNote="_L1, flag(ui->cbUrlInEvt)},
+        {"createSourWww="_L1, flag(ui->cbUrlInSour)},
+        {"delTagObjeFile="_L1, flag(ui->cbDelTagObjeFile)},
+        {"extractMediasToKeep="_L1, flag(ui->gbExtractMediasToKeep)},
+        {"dirMediasSource="_L1, text(ui->leExtractMediasSource)},
+        {"dirMediasDest="_L1, text(ui->leExtractMediasToKeep)},
+        {"clickablesLinks="_L1, flag(ui->gbClickablesLinks)},
+        {"toMarkdown="_L1, flag(ui->rbMarkdown)},
+        {"toHtml="_L1, flag(ui->rbHtml)},
+        {"clickableTagsList="_L1, text(ui->leTagToClickable)},
+        {"changeMediasPath="_L1, flag(ui->gbReplaceMediaPath)},
+        {"newMediasPath="_L1, text(ui->leNewMediaPath)},
+        {"delMediaPath="_L1, flag(ui->cbDelMediaPath)},
+        {"delDuplicated="_L1, flag(ui->gbMoveTagContent)},
+        {"duplicatedSourTag="_L1, text(ui->leTagSour)},
+        {"duplicatedDestTag="_L1, text(ui->leTagDest)},
+        {"delDuplicatedSourTag="_L1, flag(ui->cbDelTagSour)},
+        {"moveDuplicatedContent="_L1, flag(ui->cbCpSourDestContent)},
+        {"createDuplicatedDestTag="_L1, flag(ui->cbCreateDestTag)},
+        {"replaceString="_L1, flag(ui->gbReplaceString)},
+        {"replaceSourString="_L1, text(ui->leTextOri)},
+        {"replaceDestString="_L1, text(ui->leTextDest)},
+        {"replaceStringTags="_L1, text(ui->leTagToApply)},
+        {"replaceRegex="_L1, flag(ui->cbRegex)},
+        {"replaceSensible="_L1, flag(ui->cbSensible)},
+        {"saveGedFile="_L1, save},
+    };
+    // No match ends the walk: a value that itself begins with a later key is taken for that one
+    // too.
+    for (const auto &[currentVal, apply] : keys) {
+        if (!stringTampon.startsWith(currentVal))
+            continue;
+        stringTampon.remove(0, currentVal.size());
+        apply(stringTampon);
+    }
 }

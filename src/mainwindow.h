@@ -57,6 +57,10 @@ private:
     /// Empties the settings panel; not the list of correspondence files, nor the link format.
     /// Leaves cbUrlInEvt checked if one of the two links was while their group was in use.
     void eraseSettingsValues();
+    /// Presets the form from the parameter file, one item a line.
+    void extraireIni();
+    /// Applies one "key=value" item to the form. A text that begins with no key has no effect.
+    void setFormValues(QString stringTampon);
 
     Ui_MainWindow *ui;
     QProgressBar *m_progress; // lent to the document

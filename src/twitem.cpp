@@ -489,9 +489,14 @@ qsizetype lineSize(const TwItem *twi)
     return size;
 }
 
+QString fullTagText(TwItem *twi)
+{
+    return twi->getFullTag().join(u'.');
+}
+
 QString entryText(TwItem *twi)
 {
-    return twi->getFullTag().join(u'.') + u' ' + lineText(twi);
+    return fullTagText(twi) + u' ' + lineText(twi);
 }
 
 QString lineReference(const TwItem *twi)

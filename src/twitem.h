@@ -165,6 +165,9 @@ private:
 /// The number of characters of lineText(), without building it.
 [[nodiscard]] qsizetype lineSize(const TwItem *twi);
 
+/// The full tag joined with ".".
+[[nodiscard]] QString fullTagText(TwItem *twi);
+
 /// How the journal quotes an entry: the full tag joined with ".", a blank, the line text.
 [[nodiscard]] QString entryText(TwItem *twi);
 

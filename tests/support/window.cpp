@@ -20,12 +20,17 @@
 
 using namespace Qt::StringLiterals;
 
-std::unique_ptr<MainWindow> makeWindow()
+QString besideExecutable(const QString &name)
 {
-    const QString parameters = QCoreApplication::applicationDirPath() + "/PARAM.INI"_L1;
-    writeBytes(parameters, {});
+    return QCoreApplication::applicationDirPath() + u'/' + name;
+}
+
+std::unique_ptr<MainWindow> makeWindow(const QByteArray &parameters)
+{
+    const QString path = besideExecutable(u"PARAM.INI"_s);
+    writeBytes(path, parameters);
     auto window = std::make_unique<MainWindow>(nullptr);
-    QFile::remove(parameters);
+    QFile::remove(path);
     return window;
 }
 
@@ -45,7 +50,7 @@ void clickIndicator(QAbstractButton *button)
     QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
 }
 
-Session::Session() : window(makeWindow())
+Session::Session(const QByteArray &parameters) : window(makeWindow(parameters))
 {
     QDir().mkpath(documentsFolder());
 }
@@ -115,6 +120,14 @@ void Session::load(const QStringList &lines) const
 {
     writeLines(path(), lines);
     open(path());
+}
+
+void Session::play(const QByteArray &sequence) const
+{
+    const QString path = besideExecutable(u"SEQUENCE.INI"_s);
+    writeBytes(path, sequence);
+    click(u"pbReadSequence"_s);
+    QFile::remove(path);
 }
 
 QList<FenJournal *> Session::journalWindows() const

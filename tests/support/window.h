@@ -3,6 +3,7 @@
 
 #include "mainwindow.h"
 
+#include <QByteArray>
 #include <QList>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -14,9 +15,12 @@ class QAbstractButton;
 class QProgressBar;
 class QTreeWidget;
 
+/// The path of a file that lies beside the executable.
+QString besideExecutable(const QString &name);
+
 /// The window as the program starts it, not shown yet. It reads a parameter file while it is built;
-/// for that time an empty one lies beside the executable.
-std::unique_ptr<MainWindow> makeWindow();
+/// for that time one that holds \p parameters lies beside the executable.
+std::unique_ptr<MainWindow> makeWindow(const QByteArray &parameters = {});
 
 /// The user's documents folder. A session makes it, since dialogs open there.
 QString documentsFolder();
@@ -32,7 +36,7 @@ void clickIndicator(QAbstractButton *button);
 class Session
 {
 public:
-    Session();
+    explicit Session(const QByteArray &parameters = {});
     Q_DISABLE_COPY_MOVE(Session)
 
     template <typename T>
@@ -71,6 +75,8 @@ public:
     void open(const QString &file) const;
     /// Writes \p lines to path() and opens it.
     void load(const QStringList &lines) const;
+    /// Clicks on pbReadSequence while \p sequence lies beside the executable.
+    void play(const QByteArray &sequence) const;
 
     /// The journal windows, the oldest first.
     [[nodiscard]] QList<FenJournal *> journalWindows() const;
