@@ -1,11 +1,12 @@
 #include "boxes.h"
+#include "debuglistener.h"
 #include "document.h"
+#include "progresslog.h"
 #include "testmain.h"
 
 #include "gedcom.h"
 #include "twitem.h"
 
-#include <QAbstractEventDispatcher>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTest>
@@ -18,56 +19,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// What the progress bar goes through, in order: "10 of 25" for each new value, and "events at 10"
-/// for each time that events are processed.
-class ProgressLog : public QObject
-{
-public:
-    explicit ProgressLog(QProgressBar *bar)
-    {
-        connect(bar, &QProgressBar::valueChanged, this, [this, bar](int value) {
-            m_entries += u"%1 of %2"_s.arg(value).arg(bar->maximum());
-        });
-        connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, this,
-                [this, bar] { m_entries += u"events at %1"_s.arg(bar->value()); });
-    }
-
-    [[nodiscard]] QStringList entries() const
-    {
-        return m_entries;
-    }
-
-private:
-    QStringList m_entries;
-};
-
-/// Gives each debug line to a function while it lives.
-class DebugListener
-{
-public:
-    explicit DebugListener(std::function<void(const QString &)> hear)
-    {
-        s_hear = std::move(hear);
-        s_previous = qInstallMessageHandler(
-            [](QtMsgType type, const QMessageLogContext &context, const QString &text) {
-                if (type == QtDebugMsg)
-                    s_hear(text);
-                else
-                    s_previous(type, context, text);
-            });
-    }
-    ~DebugListener()
-    {
-        qInstallMessageHandler(s_previous);
-        s_hear = nullptr;
-    }
-    Q_DISABLE_COPY_MOVE(DebugListener)
-
-private:
-    inline static std::function<void(const QString &)> s_hear;
-    inline static QtMessageHandler s_previous = nullptr;
-};
 
 constexpr bool Markdown = true;
 constexpr bool Html = false;

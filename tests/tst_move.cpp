@@ -1,11 +1,11 @@
 #include "boxes.h"
 #include "document.h"
+#include "progresslog.h"
 #include "testmain.h"
 
 #include "gedcom.h"
 #include "twitem.h"
 
-#include <QAbstractEventDispatcher>
 #include <QLoggingCategory>
 #include <QRandomGenerator>
 #include <QRegularExpression>
@@ -86,29 +86,6 @@ QStringList treeLines(TwItem *twi)
         lines += treeLines(static_cast<TwItem *>(twi->child(i)));
     return lines;
 }
-
-/// What the progress bar goes through, in order: "20 of 45" for each new value, and "events at 20"
-/// for each time that events are processed.
-class ProgressLog : public QObject
-{
-public:
-    explicit ProgressLog(QProgressBar *bar)
-    {
-        connect(bar, &QProgressBar::valueChanged, this, [this, bar](int value) {
-            m_entries += u"%1 of %2"_s.arg(value).arg(bar->maximum());
-        });
-        connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, this,
-                [this, bar] { m_entries += u"events at %1"_s.arg(bar->value()); });
-    }
-
-    [[nodiscard]] QStringList entries() const
-    {
-        return m_entries;
-    }
-
-private:
-    QStringList m_entries;
-};
 
 /// One line of PlainDocument.
 struct PlainEntry
