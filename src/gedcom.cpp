@@ -8,9 +8,11 @@
 #include <QDir>
 #include <QEvent>
 #include <QFile>
+#include <QHash>
 #include <QHeaderView>
 #include <QIcon>
 #include <QItemSelectionModel>
+#include <QMap>
 #include <QMessageBox>
 #include <QPoint>
 #include <QProgressBar>
@@ -130,7 +132,8 @@ private:
     bool m_updates;
 };
 
-/// Takes all rows out of the tree widget while it lives, and puts them back as they were.
+/// Takes all rows out of the tree widget while it lives, and puts them back as they were, those
+/// deleted meanwhile hidden.
 ///
 /// At every insertion in front of another row the framework walks its table of hidden, expanded and
 /// current rows, which does not shrink when rows are shown again: 26,000 cuts beside 80,000 hidden
@@ -164,6 +167,11 @@ public:
         m_tree->addTopLevelItems(m_rows);
         for (QTreeWidgetItem *row : std::as_const(m_hidden))
             row->setHidden(true);
+        for (QTreeWidgetItemIterator it(m_tree); *it; ++it) {
+            auto *twi = static_cast<TwItem *>(*it);
+            if (twi->isToDelete())
+                twi->setTwiHidden(true); // a row outside of the tree cannot be
+        }
         for (QTreeWidgetItem *row : std::as_const(m_expanded))
             row->setExpanded(true);
         if (m_current) {
@@ -201,6 +209,104 @@ void renewRows(TwItem *parent)
     const QList<QTreeWidgetItem *> children = parent->takeChildren();
     for (QTreeWidgetItem *child : children)
         parent->addChild(child);
+}
+
+/// The root of the record that \p twi stands in, null if none of the entries above it reads as one.
+TwItem *rootOf(TwItem *twi)
+{
+    while (twi && !twi->isRoot())
+        twi = twi->getParent();
+    return twi;
+}
+
+/// Inserts a new entry among the children of \p parent, at their end for the index -1. \p text is
+/// its line without the level: a blank, the tag, a blank, the value.
+TwItem *insertEntry(TwItem *parent, const QString &text, int index = -1)
+{
+    auto *twi = new TwItem(-1);
+    twi->setTwiValuesFromStr(QString::number(childLevel(parent)) + text, twi);
+    parent->insertTabChild(index, twi);
+    return twi;
+}
+
+/// A text of the journal and its level.
+struct JournalLine
+{
+    QString log;
+    QString level;
+};
+
+using EntryIndex = QHash<QString, QList<TwItem *>>;
+
+/// The entries by the text of each of their columns, in the order of the list: what
+/// Gedcom::getTabTwItemsMatch would find for that text.
+EntryIndex indexByColumn(const QList<TwItem *> &entries)
+{
+    EntryIndex index;
+    for (TwItem *twi : entries) {
+        for (int column = 0; column < twi->columnCount(); ++column) {
+            QList<TwItem *> &found = index[twi->text(column)];
+            if (found.isEmpty() || found.constLast() != twi)
+                found.append(twi);
+        }
+    }
+    return index;
+}
+
+/// The entries by the file name at the end of each of their columns, in the order of the list. An
+/// entry that holds a file name is among those found for it; whether one found does hold it, only
+/// TwItem::getAbsolutFileName can tell, which looks at one column.
+EntryIndex indexByFileName(const QList<TwItem *> &entries)
+{
+    EntryIndex index;
+    for (TwItem *twi : entries) {
+        for (int column = 0; column < twi->columnCount(); ++column)
+            index[bareFileName(twi->text(column))].append(twi);
+    }
+    return index;
+}
+
+/// What a correspondence line names.
+struct MediaMatch
+{
+    QString nomFichierCsv;
+    QString urlFichier;
+    TwItem *twiObjeFile = nullptr;
+    TwItem *twiRootObje = nullptr; // only where its id is known, too
+    int indexColObje = -1;
+};
+
+/// Where the link to a source goes in an event.
+struct LinkPlace
+{
+    TwItem *twiParent = nullptr;
+    int indexTwiToInsert = -1; // among its children; -1 for a new note at the end
+
+    [[nodiscard]] bool isInFrontOfChildren() const
+    {
+        return indexTwiToInsert >= 0 && indexTwiToInsert < twiParent->childCount();
+    }
+};
+
+/// The first note of the event that holds links takes the next one, behind its last CONT. Deleted
+/// entries count like others.
+LinkPlace linkPlace(TwItem *event)
+{
+    LinkPlace place{event};
+    // A note does not end the search: it goes on below that note, from the next index.
+    for (int i = 0; i < place.twiParent->childCount(); ++i) {
+        auto *noteChild = static_cast<TwItem *>(place.twiParent->child(i));
+        if (!noteChild->text(ValueColumn).startsWith("Source : http"_L1)
+            || noteChild->getTag() != "NOTE"_L1)
+            continue;
+        int behindLastCont = noteChild->childCount();
+        while (behindLastCont > 0
+               && static_cast<TwItem *>(noteChild->child(behindLastCont - 1))->getTag()
+                      != "CONT"_L1)
+            --behindLastCont;
+        place = {noteChild, behindLastCont};
+    }
+    return place;
 }
 
 } // namespace
@@ -732,10 +838,7 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
             return nullptr;
 
         TwItem *twiParent = tabTwItemParentDest.constFirst();
-        auto *twiDestMatch = new TwItem(-1);
-        twiDestMatch->setTwiValuesFromStr(QString::number(childLevel(twiParent)) + u' ' + tagDest,
-                                          twiDestMatch);
-        twiParent->insertTabChild(-1, twiDestMatch);
+        TwItem *twiDestMatch = insertEntry(twiParent, u' ' + tagDest);
         addToJournal(
             tr("Création de l'entrée : %1 fille de la balise %2%3")
                 .arg(entryText(twiDestMatch), entryText(twiParent), lineReference(twiParent)),
@@ -929,6 +1032,241 @@ int Gedcom::setMediaFilePath(QString newPath)
     return edited;
 }
 
+int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, bool urlSour,
+                            bool urlEvt, bool delTagObjeFile, bool extractMedias,
+                            QString mediasSource, QString mediasDest)
+{
+    qDebug() << "ON setMediaFileURL";
+    m_status->showMessage(tr("Ajout des URL médias en cours..."), 0);
+
+    QStringList listMediaFiles;
+    if (extractMedias) {
+        if (QDir(mediasSource).exists() && QDir(mediasDest).exists()) {
+            listMediaFiles =
+                QDir(mediasSource).entryList(QDir::NoDotAndDotDot | QDir::AllEntries, QDir::NoSort);
+        } else {
+            showCritical(
+                tr("Erreur"),
+                tr("Vérifiez l'accès aux dossiers %1 et %2").arg(mediasSource, mediasDest));
+        }
+    }
+
+    // Taken once: what one line marks as deleted, a later line still finds.
+    const QList<TwItem *> listTwiRootObje = getTabTwItemsRootMatch(m_rxIdObje, true, false);
+    const QList<TwItem *> listTwiRootSour = getTabTwItemsRootMatch(m_rxIdSour, true, false);
+    const QList<TwItem *> listTwiRootIndi = getTabTwItemsRootMatch(m_rxIdIndi, true, false);
+    const QList<TwItem *> listTwiRootFam = getTabTwItemsRootMatch(m_rxIdFam, true, false);
+    const auto childsMatching = [](const QList<TwItem *> &roots, const QRegularExpression &rx) {
+        QList<TwItem *> matches;
+        for (TwItem *root : roots)
+            matches += root->getTabTwiChildsMatchReg(rx);
+        return matches;
+    };
+    const QList<TwItem *> listTwiObjeFile = childsMatching(listTwiRootObje, m_rx1File);
+    const QList<TwItem *> listTwiSourObje = childsMatching(listTwiRootSour, m_rx1Obje);
+    const QList<TwItem *> listTwiIndiAndFam =
+        childsMatching(listTwiRootIndi + listTwiRootFam, m_rx2Sour);
+
+    QStringList linesFileUrl;
+    if (!readCorrespondences(csvFiles, splitStr, &linesFileUrl))
+        return 0;
+    addToJournal(tr("%1 correspondances à ajouter.").arg(linesFileUrl.size()), u"INFO"_s);
+    m_progress->setRange(0, int(linesFileUrl.size()));
+
+    EntryIndex objeFilesByName;
+    EntryIndex sourObjesByColumn;
+    EntryIndex citationsByColumn;
+    const auto buildIndexes = [&] {
+        objeFilesByName = indexByFileName(listTwiObjeFile);
+        sourObjesByColumn = indexByColumn(listTwiSourObje);
+        citationsByColumn = indexByColumn(listTwiIndiAndFam);
+    };
+    buildIndexes();
+
+    int countSour = 0;
+    int countEvt = 0;
+    int countDelObj = 0;
+    int countProgress = 0;
+    bool lienAjoute = false; // by the present line; nothing is deleted without
+    QMap<QString, QList<int>> listFullTagsEdited;
+    QHash<QString, int> linkedMediaFiles; // how often the name is to be taken from listMediaFiles
+    QList<JournalLine> told; // by the present line
+
+    const auto tell = [&told](const QString &log) { told.append({log, u"INFO"_s}); };
+    const auto tellError = [&told](const QString &log) { told.append({log, u"ERROR"_s}); };
+
+    const auto deleteWithChilds = [&](TwItem *twi) -> bool {
+        if (!twi->getTabTwiChilds(true).isEmpty()) {
+            const QStringList childLogs = twi->delChilds();
+            for (const QString &log : childLogs)
+                tell(log);
+        }
+        if (!twi->setDelete(true))
+            return false;
+        tell(tr("Suppression de l'enregistrement : %1%2").arg(entryText(twi), lineReference(twi)));
+        return true;
+    };
+
+    const auto linkEvent = [&](TwItem *citation, const QString &urlFichier, const QString &idSour,
+                               TwItem *twiRootSour) {
+        const auto [twiParent, indexTwiToInsert] = linkPlace(citation->getParent());
+        const QString valueToSet =
+            (indexTwiToInsert == -1 ? u" NOTE Source : "_s : u" CONT "_s) + urlFichier;
+        TwItem *twiChildNoteOrCont = insertEntry(twiParent, valueToSet, indexTwiToInsert);
+        tell(tr("Ajout de la balise %1 %2 référençant la source %3%4")
+                 .arg(fullTagText(twiParent), lineText(twiChildNoteOrCont), idSour,
+                      lineReference(twiRootSour)));
+        listFullTagsEdited[fullTagText(twiChildNoteOrCont)].append(countProgress);
+        ++countEvt;
+        lienAjoute = true;
+    };
+
+    const auto linkSource = [&](TwItem *twiSourObje, const MediaMatch &media) {
+        TwItem *twiRootSour = rootOf(twiSourObje);
+        if (!twiRootSour)
+            return;
+        if (urlSour) {
+            TwItem *twiSourUrl = insertEntry(twiRootSour, " WWW "_L1 + media.urlFichier);
+            tell(tr("Ajout de la balise %1 %2 référençant la balise %3 %4%5")
+                     .arg(fullTagText(twiSourUrl), media.urlFichier, fullTagText(media.twiObjeFile),
+                          media.nomFichierCsv, lineReference(media.twiObjeFile)));
+            ++countSour;
+            lienAjoute = true;
+        }
+        // The column of the media is tested here, which is known to be there, and not that of the
+        // source: a source without an id has an empty one.
+        if (urlEvt && media.indexColObje == -1) {
+            tellError(tr("Impossible de déterminer l'id de la source %1%2")
+                          .arg(entryText(twiRootSour), lineReference(twiRootSour)));
+        } else if (urlEvt) {
+            const int indexColSour = twiRootSour->getColumnIndexMatchRx(m_rxColIdSour);
+            const QString idSour = twiRootSour->text(indexColSour);
+            const QList<TwItem *> twiIndiAndFamList = citationsByColumn.value(idSour);
+            for (TwItem *twiIndiAndFam : twiIndiAndFamList)
+                linkEvent(twiIndiAndFam, media.urlFichier, idSour, twiRootSour);
+        }
+        // A link that an earlier source of the line has got counts as well.
+        if (delTagObjeFile && lienAjoute)
+            deleteWithChilds(twiSourObje);
+    };
+
+    // The media of a line, with its record null if there is none.
+    const auto matchLine = [&](const QString &line) -> MediaMatch {
+        MediaMatch media;
+        const qsizetype idx = line.indexOf(splitStr);
+        media.nomFichierCsv = line.left(idx);
+        // Only the first character of the separator is dropped, normally the comma of the list: the
+        // rest is the beginning of the address.
+        media.urlFichier = line.mid(idx + 1);
+        if (media.nomFichierCsv.isEmpty() || media.urlFichier.isEmpty()) {
+            tellError(tr("Erreur dans la ligne %1").arg(line));
+            return media;
+        }
+
+        QList<TwItem *> &candidates = objeFilesByName[media.nomFichierCsv];
+        media.twiObjeFile = getObjeFileFromFileName(media.nomFichierCsv, candidates);
+        candidates.clear(); // for the next line of the same name
+        if (!media.twiObjeFile) {
+            tellError(tr("%1 référençant %2 non détecté dans %3")
+                          .arg(media.nomFichierCsv, media.urlFichier, m_pathGedFile));
+            return media;
+        }
+        candidates.append(media.twiObjeFile);
+        TwItem *twiRootObje = rootOf(media.twiObjeFile);
+        if (!twiRootObje)
+            return media;
+        media.indexColObje = twiRootObje->getColumnIndexMatchRx(m_rxColIdObje);
+        if (media.indexColObje == -1) {
+            tellError(tr("Impossible de déterminer l'id de l'objet %1%2")
+                          .arg(entryText(twiRootObje), lineReference(media.twiObjeFile)));
+            return media;
+        }
+        media.twiRootObje = twiRootObje;
+        return media;
+    };
+
+    const auto linkMedia = [&](const QString &line) {
+        lienAjoute = false;
+        const MediaMatch media = matchLine(line);
+        if (!media.twiRootObje)
+            return;
+        const QString idObje = media.twiRootObje->text(media.indexColObje);
+        const QList<TwItem *> twiSourObjeList = sourObjesByColumn.value(idObje);
+        for (TwItem *twiSourObje : twiSourObjeList)
+            linkSource(twiSourObje, media);
+        if (delTagObjeFile && lienAjoute) {
+            if (deleteWithChilds(media.twiRootObje))
+                ++countDelObj;
+            ++linkedMediaFiles[media.nomFichierCsv];
+        }
+    };
+
+    const PausedLayout pausedLayout(m_treeWidget);
+    // Where links go in front of other rows, all of them are set before any is told of: no event
+    // may come while the rows are out of the tree.
+    QList<QList<JournalLine>> toldAhead;
+    const bool setAhead =
+        urlEvt
+        && std::any_of(listTwiIndiAndFam.begin(), listTwiIndiAndFam.end(), [](TwItem *citation) {
+               return linkPlace(citation->getParent()).isInFrontOfChildren();
+           });
+    if (setAhead) {
+        const DetachedRows detachedRows(m_treeWidget);
+        for (const QString &line : std::as_const(linesFileUrl)) {
+            linkMedia(line);
+            toldAhead.append(std::exchange(told, {}));
+        }
+    }
+    for (const QString &line : std::as_const(linesFileUrl)) {
+        if (setAhead)
+            told = toldAhead.at(countProgress);
+        else
+            linkMedia(line);
+        for (const auto &[log, level] : std::as_const(told))
+            addToJournal(log, level);
+        told.clear();
+        ++countProgress;
+        const qsizetype journalSize = m_journal->size();
+        showProgress(m_progress, countProgress);
+        if (m_journal->size() != journalSize)
+            buildIndexes(); // an event has started a run, which can have changed entries
+    }
+
+    listMediaFiles.removeIf([&linkedMediaFiles](const QString &name) {
+        const auto linked = linkedMediaFiles.find(name);
+        return linked != linkedMediaFiles.end() && (*linked)-- > 0;
+    });
+    if (extractMedias && !listMediaFiles.isEmpty()) {
+        // A copy that fails is not told: a subfolder, or a file that is there already.
+        for (const QString &name : std::as_const(listMediaFiles))
+            QFile::copy(mediasSource + u'/' + name, mediasDest + u'/' + name);
+        addToJournal(tr("Copie de %1 objets média dans le dossier %2")
+                         .arg(QString::number(listMediaFiles.size()), mediasDest),
+                     u"INFO"_s);
+    }
+    if (countSour > 0)
+        addToJournal(tr("Ajout de %1 balises SOUR.WWW").arg(countSour), u"INFO"_s);
+    for (auto it = listFullTagsEdited.cbegin(); it != listFullTagsEdited.cend(); ++it) {
+        addToJournal(tr("Ajout de %1 balises %2").arg(QString::number(it.value().size()), it.key()),
+                     u"INFO"_s);
+    }
+    if (delTagObjeFile)
+        addToJournal(tr("Sppression de %1 enregistrements OBJE").arg(countDelObj), u"INFO"_s);
+    m_status->showMessage(tr("%1 URL médias ajoutées.").arg(countSour), 0);
+    qDebug() << "OFF setMediaFileURL";
+    m_progress->reset();
+    return countSour + countEvt;
+}
+
+TwItem *Gedcom::getObjeFileFromFileName(QString nomFichier, QList<TwItem *> listTwiObjeFile)
+{
+    const auto holdsName = [&nomFichier](const TwItem *twi) {
+        return twi->getAbsolutFileName(nomFichier) == nomFichier;
+    };
+    const auto found = std::find_if(listTwiObjeFile.cbegin(), listTwiObjeFile.cend(), holdsName);
+    return found == listTwiObjeFile.cend() ? nullptr : *found;
+}
+
 int Gedcom::setURLClickable(bool markdown, QStringList tagsToApply)
 {
     qDebug() << "ON setURLClickable";
@@ -980,6 +1318,41 @@ int Gedcom::setURLClickable(bool markdown, QStringList tagsToApply)
     qDebug() << "OFF setURLClickable";
     m_progress->reset();
     return count;
+}
+
+bool Gedcom::readCorrespondences(const QStringList &csvFiles, const QString &splitStr,
+                                 QStringList *linesFileUrl)
+{
+    for (const QString &csvFile : csvFiles) {
+        addToJournal(tr("Chargement du fichier de correspondance %1").arg(csvFile), u"INFO"_s);
+        QFile fileCsv(csvFile);
+        if (!fileCsv.open(QIODevice::ReadOnly | QIODevice::Text)) {
+            addToJournal(tr("Chargement du fichier impossible."), u"ERROR"_s);
+            showCritical(tr("Erreur"),
+                         tr("Impossible d'ouvrir le fichier %1").arg(fileCsv.fileName()));
+            return false;
+        }
+        QTextStream in(&fileCsv);
+        in.setEncoding(QStringConverter::System);
+        while (!in.atEnd()) {
+            QString line = in.readLine();
+            while (line.endsWith(u',')) // empty cells at the end of a spreadsheet's row
+                line.chop(1);
+            line.remove(u'"');
+            if (!line.contains(splitStr)) {
+                addToJournal(tr("Correspondance non détectée dans la ligne %1").arg(line),
+                             u"ERROR"_s);
+                showCritical(tr("Erreur"),
+                             tr("Correspondance non détectée dans la ligne %1 du fichier %2")
+                                 .arg(line, fileCsv.fileName()));
+                return false;
+            }
+            linesFileUrl->append(line);
+        }
+        in.reset();
+        fileCsv.close();
+    }
+    return true;
 }
 
 bool Gedcom::createNewTwiEntry(QStringList listEntryValues)

@@ -111,6 +111,27 @@ public:
     /// is put in front. Only "/" ends a directory. Returns the number of files rewritten.
     int setMediaFilePath(QString newPath);
 
+    /// Puts the web addresses of media, told by the correspondence files \p csvFiles, into the
+    /// document. A line of these is a file name, \p splitStr and the rest of the address; the
+    /// address begins behind the first character of the separator. With \p urlSour each source that
+    /// shows the media gets a WWW line, with \p urlEvt each event that cites such a source a NOTE,
+    /// or a CONT below the note that holds its links. With \p delTagObjeFile the media records that
+    /// have got a link are marked as deleted, with the references to them. With \p extractMedias
+    /// what lies in the folder \p mediasSource is copied to \p mediasDest, but for the media of
+    /// the records just marked; failed copies go unseen, and nothing is overwritten.
+    ///
+    /// All files are read before the first change. Returns the number of lines added, or 0, with a
+    /// box shown and nothing changed, if a file cannot be opened or one of its lines lacks the
+    /// separator.
+    int setMediaFileURL(const QStringList csvFiles, const QString splitStr, bool urlSour,
+                        bool urlEvt, bool delTagObjeFile, bool extractMedias, QString mediasSource,
+                        QString mediasDest);
+
+    /// The first entry of the list that holds this file name, whatever its folders; null if none
+    /// does. The case counts.
+    [[nodiscard]] TwItem *getObjeFileFromFileName(QString nomFichier,
+                                                  QList<TwItem *> listTwiObjeFile);
+
     /// Makes the first web address of each entry a link, in Markdown or in HTML, wherever it stands
     /// in its column, unless that column holds a link to "http..." already. \p tagsToApply
     /// restricts it to these tags or full tags, unless the list is empty. Returns the number of
@@ -120,6 +141,8 @@ public:
 private:
     bool createNewTwiEntry(QStringList listEntryValues);
     void generateTwiHeaders(QTreeWidget *tw);
+    bool readCorrespondences(const QStringList &csvFiles, const QString &splitStr,
+                             QStringList *linesFileUrl);
 
     QList<TwItem *> m_tabTwItemRoot;
     QTreeWidget *m_treeWidget = nullptr;

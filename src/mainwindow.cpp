@@ -358,6 +358,13 @@ void MainWindow::start()
                             ui->cbDelEmptyClilds->isChecked(), ui->cbDelIfContent->isChecked(),
                             ui->cbDelIfContentRX->isChecked(), contentValue);
     }
+    if (ui->gbSetURLLinks->isChecked()) {
+        m_gedcom.setMediaFileURL(
+            m_filesImport, ui->leStrPlitCsv->text(), ui->cbUrlInSour->isChecked(),
+            ui->cbUrlInEvt->isChecked(), ui->cbDelTagObjeFile->isChecked(),
+            ui->gbExtractMediasToKeep->isChecked(), ui->leExtractMediasSource->text(),
+            ui->leExtractMediasToKeep->text());
+    }
     if (ui->gbClickablesLinks->isChecked()) {
         // Unlike the tags to delete, an empty field is an empty list: it restricts nothing.
         QStringList tagsToApply;

@@ -451,6 +451,13 @@ int TwItem::getColumnIndexContainsString(QString valueToSearch, bool sensitive) 
     return -1;
 }
 
+QString TwItem::getAbsolutFileName(QString FileName) const
+{
+    // The level and the tag count as well: for the name "1" this is the level.
+    const int column = getColumnIndexContainsString(FileName, false);
+    return column == -1 ? QString() : bareFileName(text(column));
+}
+
 void TwItem::regenerateRootChilds(TwItem *twiRoot)
 {
     twiRoot->m_tabTwiChilds.clear();
@@ -474,6 +481,11 @@ void TwItem::setIco(const QIcon &ico)
 QString lineText(const TwItem *twi)
 {
     return twi->getTwiValuesList().join(u' ');
+}
+
+QString bareFileName(const QString &path)
+{
+    return path.mid(std::max(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\')) + 1);
 }
 
 qint64 childLevel(const TwItem *twi)

@@ -145,6 +145,10 @@ public:
     /// The first column that contains \p valueToSearch, or -1.
     [[nodiscard]] int getColumnIndexContainsString(QString valueToSearch, bool sensitive) const;
 
+    /// The file name, without its folders, in the first column that contains \p FileName in any
+    /// case; empty if none does. The name found need not be \p FileName.
+    [[nodiscard]] QString getAbsolutFileName(QString FileName) const;
+
 private:
     void regenerateRootChilds(TwItem *twiRoot);
     void listChilds(TwItem *twiRoot, TwItem *currentTwi);
@@ -157,6 +161,9 @@ private:
 
 /// The line of the file that the entry stands for: its columns joined with one blank.
 [[nodiscard]] QString lineText(const TwItem *twi);
+
+/// The file name at the end of a path, whose folders are ended by "/" or by a backslash.
+[[nodiscard]] QString bareFileName(const QString &path);
 
 /// The level of a child of \p twi: one more than its column 0 says, which a replacement can have
 /// made the greatest number there is.
