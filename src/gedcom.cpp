@@ -3,6 +3,7 @@
 #include "twitem.h"
 
 #include <QApplication>
+#include <QBrush>
 #include <QDate>
 #include <QDebug>
 #include <QDir>
@@ -35,18 +36,20 @@ constexpr int ProgressPeriod = 100; // entries between two refreshes of the wind
 constexpr int EditProgressPeriod = 10; // the same where each entry may be rewritten
 constexpr int RecordProgressPeriod = 20; // the same for whole records
 
-/// Moves \p bar to \p value and lets events be processed, once every \p period of \p done.
-void showProgress(QProgressBar *bar, qsizetype done, qsizetype value, int period = ProgressPeriod)
+/// Moves \p bar to \p value and lets events be processed, once every \p period of \p done. True
+/// if it has.
+bool showProgress(QProgressBar *bar, qsizetype done, qsizetype value, int period = ProgressPeriod)
 {
     if (done % period != 0)
-        return;
+        return false;
     bar->setValue(int(value));
     QCoreApplication::processEvents();
+    return true;
 }
 
-void showProgress(QProgressBar *bar, qsizetype done)
+bool showProgress(QProgressBar *bar, qsizetype done)
 {
-    showProgress(bar, done, done);
+    return showProgress(bar, done, done);
 }
 
 void showCritical(const QString &title, const QString &text)
@@ -219,6 +222,13 @@ TwItem *rootOf(TwItem *twi)
     return twi;
 }
 
+/// Shows the rows of \p entries, but for the deleted ones.
+void showChilds(const QList<TwItem *> &entries)
+{
+    for (TwItem *twi : entries)
+        twi->setTwiHidden(false);
+}
+
 /// Inserts a new entry among the children of \p parent, at their end for the index -1. \p text is
 /// its line without the level: a blank, the tag, a blank, the value.
 TwItem *insertEntry(TwItem *parent, const QString &text, int index = -1)
@@ -227,6 +237,15 @@ TwItem *insertEntry(TwItem *parent, const QString &text, int index = -1)
     twi->setTwiValuesFromStr(QString::number(childLevel(parent)) + text, twi);
     parent->insertTabChild(index, twi);
     return twi;
+}
+
+/// The live entries of the records \p roots whose line text matches \p rx.
+QList<TwItem *> childsMatching(const QList<TwItem *> &roots, const QRegularExpression &rx)
+{
+    QList<TwItem *> matches;
+    for (TwItem *root : roots)
+        matches += root->getTabTwiChildsMatchReg(rx);
+    return matches;
 }
 
 /// A text of the journal and its level.
@@ -994,15 +1013,13 @@ int Gedcom::setMediaFilePath(QString newPath)
     qDebug() << "ON setMediaFilePath";
     const PausedLayout pausedLayout(m_treeWidget);
     m_status->showMessage(tr("Modification des chemins médias en cours..."), 0);
-    QList<TwItem *> tabTwItemsObjeFile;
-    const QList<TwItem *> tabTwItemsRootObje = getTabTwItemsRootMatch(m_rxIdObje, true, false);
-    for (TwItem *twiRootObje : tabTwItemsRootObje)
-        tabTwItemsObjeFile += twiRootObje->getTabTwiChildsMatchReg(m_rx1File);
+    const QList<TwItem *> tabTwItemsObjeFile =
+        childsMatching(getTabTwItemsRootMatch(m_rxIdObje, true, false), m_rx1File);
     addToJournal(tr("%1 entrées OBJE.FILE trouvées.").arg(tabTwItemsObjeFile.size()), u"INFO"_s);
     m_progress->setRange(0, int(tabTwItemsObjeFile.size()));
 
     int edited = 0;
-    for (TwItem *twiObjeFile : std::as_const(tabTwItemsObjeFile)) {
+    for (TwItem *twiObjeFile : tabTwItemsObjeFile) {
         int col = twiObjeFile->getColumnIndexContainsString(u"."_s, true);
         if (col == -1)
             col = ValueColumn; // a file name without an extension
@@ -1056,12 +1073,6 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     const QList<TwItem *> listTwiRootSour = getTabTwItemsRootMatch(m_rxIdSour, true, false);
     const QList<TwItem *> listTwiRootIndi = getTabTwItemsRootMatch(m_rxIdIndi, true, false);
     const QList<TwItem *> listTwiRootFam = getTabTwItemsRootMatch(m_rxIdFam, true, false);
-    const auto childsMatching = [](const QList<TwItem *> &roots, const QRegularExpression &rx) {
-        QList<TwItem *> matches;
-        for (TwItem *root : roots)
-            matches += root->getTabTwiChildsMatchReg(rx);
-        return matches;
-    };
     const QList<TwItem *> listTwiObjeFile = childsMatching(listTwiRootObje, m_rx1File);
     const QList<TwItem *> listTwiSourObje = childsMatching(listTwiRootSour, m_rx1Obje);
     const QList<TwItem *> listTwiIndiAndFam =
@@ -1227,8 +1238,7 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
         told.clear();
         ++countProgress;
         const qsizetype journalSize = m_journal->size();
-        showProgress(m_progress, countProgress);
-        if (m_journal->size() != journalSize)
+        if (showProgress(m_progress, countProgress) && m_journal->size() != journalSize)
             buildIndexes(); // an event has started a run, which can have changed entries
     }
 
@@ -1318,6 +1328,232 @@ int Gedcom::setURLClickable(bool markdown, QStringList tagsToApply)
     qDebug() << "OFF setURLClickable";
     m_progress->reset();
     return count;
+}
+
+void Gedcom::filterSourceDateDiff()
+{
+    m_status->showMessage(tr("Recherche des incohérences sources / évènements"), 0);
+    const QList<TwItem *> listTwiRootSour = getTabTwItemsRootMatch(m_rxIdSour, true, false);
+    const QList<TwItem *> listTwiRootIndi = getTabTwItemsRootMatch(m_rxIdIndi, true, false);
+    const QList<TwItem *> listTwiRootFam = getTabTwItemsRootMatch(m_rxIdFam, true, false);
+    const QList<TwItem *> listTwiIndiAndFam =
+        childsMatching(listTwiRootIndi + listTwiRootFam, m_rx2Sour);
+    int count = 0;
+    int pbcount = 0;
+    const QBrush b(Qt::red, Qt::SolidPattern);
+
+    const PausedLayout pausedLayout(m_treeWidget);
+    m_progress->setVisible(true);
+    m_progress->setRange(0, int(listTwiIndiAndFam.size()));
+    QCoreApplication::processEvents();
+
+    // What is found once is known until an event starts a run, which can change entries.
+    struct Known
+    {
+        EntryIndex sources;
+        EntryIndex indis;
+        QHash<TwItem *, QString> dates;
+        QHash<TwItem *, TwItem *> husbandLinks;
+    };
+    const auto lookAfresh = [&]() -> Known {
+        return {indexByColumn(listTwiRootSour), indexByColumn(listTwiRootIndi), {}, {}};
+    };
+    Known known = lookAfresh();
+    QSet<TwItem *> shown; // since the last events, which can hide rows again
+
+    // The first date of an event or source, empty unless it ends in a year.
+    const auto dateOf = [&](TwItem *twi) -> QString {
+        const auto found = known.dates.constFind(twi);
+        if (found != known.dates.constEnd())
+            return *found;
+        const QList<TwItem *> listTwiDate = twi->getTabTwiChildsMatchReg(m_rxDate);
+        QString date;
+        if (!listTwiDate.isEmpty()) {
+            const TwItem *twiDate = listTwiDate.constFirst();
+            date = twiDate->text(twiDate->getColumnIndexMatchRx(m_rxAnnee));
+        }
+        known.dates.insert(twi, date);
+        return date;
+    };
+
+    // Where a family's disagreement is shown, since a reader of the tree looks for people.
+    const auto findHusbandLink = [&](TwItem *family, const QString &idFam) -> TwItem * {
+        const QList<TwItem *> famChilds = family->getTabTwiChilds(true);
+        const auto husb = std::find_if(famChilds.begin(), famChilds.end(), [](const TwItem *twi) {
+            return lineText(twi).contains("1 HUSB @I"_L1);
+        });
+        if (husb == famChilds.end())
+            return nullptr;
+        const QString idHusb = (*husb)->text((*husb)->getColumnIndexContainsString(u"@I"_s, true));
+        TwItem *husband = known.indis.value(idHusb).value(0);
+        if (!husband)
+            return nullptr;
+        const QList<TwItem *> indiChilds = husband->getTabTwiChilds(true);
+        const auto link =
+            std::find_if(indiChilds.begin(), indiChilds.end(), [&idFam](const TwItem *twi) {
+                return twi->getColumnIndexEqualString(idFam, true) >= 0;
+            });
+        return link == indiChilds.end() ? nullptr : *link;
+    };
+
+    const auto husbandLink = [&](TwItem *root) -> TwItem * {
+        const int indexColFam = root->getColumnIndexMatchRx(m_rxColIdFam);
+        if (indexColFam == -1)
+            return nullptr;
+        auto link = known.husbandLinks.find(root);
+        if (link == known.husbandLinks.end())
+            link = known.husbandLinks.insert(root, findHusbandLink(root, root->text(indexColFam)));
+        return *link;
+    };
+
+    const auto flag = [&](TwItem *twiEvtSour, const QString &evtDate, int sourDate) {
+        ++count;
+        TwItem *root = rootOf(twiEvtSour);
+        if (TwItem *link = root ? husbandLink(root) : nullptr)
+            twiEvtSour = link;
+        twiEvtSour->setBackground(LevelColumn, b);
+        twiEvtSour->setToolTip(
+            LevelColumn,
+            tr("Date évènement : %1\r\nDate source : %2").arg(evtDate, QString::number(sourDate)));
+        twiEvtSour->setTwiHidden(false);
+
+        TwItem *twiIndiRoot = twiEvtSour->getParent();
+        for (; twiIndiRoot && !twiIndiRoot->isRoot(); twiIndiRoot = twiIndiRoot->getParent()) {
+            if (shown.contains(twiIndiRoot))
+                continue;
+            shown.insert(twiIndiRoot);
+            showChilds(twiIndiRoot->getTabTwiChilds(true));
+            twiIndiRoot->setTwiHidden(false);
+        }
+        if (!twiIndiRoot || shown.contains(twiIndiRoot))
+            return;
+        shown.insert(twiIndiRoot);
+        twiIndiRoot->setTwiHidden(false);
+        // The person's name.
+        const QList<TwItem *> rootChilds = twiIndiRoot->getTabTwiChilds(true);
+        const auto name = std::find_if(rootChilds.begin(), rootChilds.end(), [this](TwItem *twi) {
+            return m_rxName.match(lineText(twi)).hasMatch();
+        });
+        if (name != rootChilds.end())
+            (*name)->setTwiHidden(false);
+    };
+
+    const auto compareDates = [&](TwItem *twiEvtSour) {
+        const QString evtDate = dateOf(twiEvtSour->getParent());
+        int evtStartDate = 0;
+        int evtEndDate = 0;
+        const QRegularExpressionMatch years = m_rxCatchAnnees.match(evtDate);
+        const QRegularExpressionMatch year = m_rxCatchAnnee.match(evtDate);
+        if (evtDate.startsWith("FROM "_L1) && years.lastCapturedIndex() == 2) {
+            evtStartDate = years.captured(1).toInt();
+            evtEndDate = years.captured(2).toInt();
+        } else if (year.lastCapturedIndex() == 1) {
+            evtStartDate = year.captured(1).toInt();
+            evtEndDate = evtStartDate;
+        }
+        if (evtEndDate == 0)
+            return; // a bare year has no blank in front, and is passed over as well
+
+        const QString idSour = twiEvtSour->text(twiEvtSour->getColumnIndexMatchRx(m_rxColIdSour));
+        const QList<TwItem *> sources = known.sources.value(idSour);
+        const auto source = std::find_if(sources.begin(), sources.end(),
+                                         [](TwItem *twi) { return !twi->isToDelete(); });
+        const QString date = source == sources.end() ? QString() : dateOf(*source);
+        if (date.isEmpty())
+            return;
+        // Unlike the event's date, this one is read as a whole: with a day or a month it is 0, and
+        // so disagrees.
+        const int sourDate = date.toInt();
+        if (sourDate < evtStartDate || sourDate > evtEndDate)
+            flag(twiEvtSour, evtDate, sourDate);
+    };
+
+    for (TwItem *twiEvtSour : listTwiIndiAndFam) {
+        const qsizetype journalSize = m_journal->size();
+        if (showProgress(m_progress, ++pbcount)) {
+            shown.clear();
+            if (m_journal->size() != journalSize)
+                known = lookAfresh();
+        }
+        compareDates(twiEvtSour);
+    }
+
+    m_progress->setVisible(false);
+    m_status->showMessage(tr("%1 incohérences sources / évènements détectées.").arg(count), 0);
+}
+
+void Gedcom::filterSourceMultiUse()
+{
+    m_status->showMessage(tr("Recherche des sources utilisées plusieurs fois"), 0);
+    const QList<TwItem *> listTwiRootSour = getTabTwItemsRootMatch(m_rxIdSour, true, false);
+    const QList<TwItem *> listTwiRootIndi = getTabTwItemsRootMatch(m_rxIdIndi, true, false);
+    const QList<TwItem *> listTwiSourIndi = childsMatching(listTwiRootIndi, m_rx2Sour);
+    const QBrush b(Qt::red, Qt::SolidPattern);
+    int occuCount = 0;
+    int pbcount = 0;
+
+    const PausedLayout pausedLayout(m_treeWidget);
+    m_progress->setVisible(true);
+    m_progress->setRange(0, int(listTwiRootSour.size()));
+    QCoreApplication::processEvents();
+
+    EntryIndex citations = indexByColumn(listTwiSourIndi);
+    QHash<TwItem *, QStringList> dates; // until an event starts a run, which can change entries
+    QSet<TwItem *> shown; // since the last events, which can hide rows again
+
+    // All columns of the first date of an event, none without a date.
+    const auto dateOf = [&](TwItem *event) -> QStringList {
+        const auto found = dates.constFind(event);
+        if (found != dates.constEnd())
+            return *found;
+        const QList<TwItem *> indiSourDate = event->getTabTwiChildsMatchReg(m_rxDate);
+        const QStringList date =
+            indiSourDate.isEmpty() ? QStringList() : indiSourDate.constFirst()->getTwiValuesList();
+        dates.insert(event, date);
+        return date;
+    };
+
+    const auto flag = [&](TwItem *event) {
+        if (shown.contains(event))
+            return;
+        shown.insert(event);
+        event->setBackground(LevelColumn, b);
+        event->setTwiHidden(false);
+        TwItem *root = rootOf(event->getParent());
+        if (!root || shown.contains(root))
+            return;
+        shown.insert(root);
+        root->setTwiHidden(false);
+        showChilds(root->getTabTwiChilds(false)); // the whole record
+    };
+
+    // The last source of the file is left out.
+    for (qsizetype iSour = 0; iSour < listTwiRootSour.size() - 1; ++iSour) {
+        const qsizetype journalSize = m_journal->size();
+        if (showProgress(m_progress, ++pbcount)) {
+            shown.clear();
+            if (m_journal->size() != journalSize) {
+                citations = indexByColumn(listTwiSourIndi);
+                dates.clear();
+            }
+        }
+        const QString curSourId = listTwiRootSour.at(iSour)->text(TagColumn);
+        const QList<TwItem *> IndiSourDuplicated = citations.value(curSourId);
+        // The first one with each of the others, which are not compared among themselves.
+        for (qsizetype i = 1; i < IndiSourDuplicated.size(); ++i) {
+            TwItem *indiSourA = IndiSourDuplicated.constFirst()->getParent();
+            TwItem *indiSourB = IndiSourDuplicated.at(i)->getParent();
+            const QStringList indiSourADate = dateOf(indiSourA);
+            if (indiSourADate.isEmpty() || indiSourADate != dateOf(indiSourB))
+                continue;
+            ++occuCount;
+            flag(indiSourA);
+            flag(indiSourB);
+        }
+    }
+
+    m_progress->setVisible(false);
+    m_status->showMessage(tr("Recherche terminée. %1 occurences dédoublées.").arg(occuCount), 0);
 }
 
 bool Gedcom::readCorrespondences(const QStringList &csvFiles, const QString &splitStr,

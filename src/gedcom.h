@@ -138,6 +138,16 @@ public:
     /// entries rewritten, one that two tags name counted twice.
     int setURLClickable(bool markdown, QStringList tagsToApply);
 
+    /// Shows the citations whose source has another year than the event, in red and with both dates
+    /// in the tool tip; those of a family at the husband's link to it. All entries must be hidden
+    /// before. A source dated by more than a year has the year 0, and never agrees.
+    void filterSourceDateDiff();
+
+    /// Shows the persons whose events cite one source for one date, these events in red. All
+    /// entries must be hidden before. The first citation of a source is compared with each other
+    /// one; the last source of the file is not looked at.
+    void filterSourceMultiUse();
+
 private:
     bool createNewTwiEntry(QStringList listEntryValues);
     void generateTwiHeaders(QTreeWidget *tw);

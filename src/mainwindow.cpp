@@ -189,17 +189,59 @@ void MainWindow::on_action_propos_triggered()
     fenAPropos->show();
 }
 
-void MainWindow::on_leRecherche_returnPressed() { }
+void MainWindow::on_leRecherche_returnPressed()
+{
+    const QString search = ui->leRecherche->text();
+    twiUnhideAll();
+    m_prevSearchText = search;
+    m_prevSearchTextSensitive = ui->cbFiltreSensible->isChecked();
+    m_prevSearchTextRegex = ui->cbFiltrerRegex->isChecked();
+    if (!search.isEmpty())
+        reverseHide();
 
-void MainWindow::on_leRecherche_textChanged(const QString &) { }
+    const QList<TwItem *> tabTotalTwItems = m_gedcom.getTabTotalTwItems();
+    const auto count = std::count_if(tabTotalTwItems.begin(), tabTotalTwItems.end(),
+                                     [](const TwItem *twi) { return !twi->isHidden(); });
+    ui->statusbar->showMessage(
+        tr("%1/%2 entrées affichées.").arg(count).arg(tabTotalTwItems.size()), 0);
+}
 
-void MainWindow::on_cbFiltrerRegex_stateChanged(int) { }
+void MainWindow::on_leRecherche_textChanged(const QString &)
+{
+    ui->statusbar->showMessage(tr("Valider la recherche par la touche entrée"), 0);
+}
 
-void MainWindow::on_cbFiltreSensible_stateChanged(int) { }
+void MainWindow::on_cbFiltrerRegex_stateChanged(int)
+{
+    on_leRecherche_returnPressed();
+}
 
-void MainWindow::on_cbSourceDateDiff_stateChanged(int) { }
+void MainWindow::on_cbFiltreSensible_stateChanged(int)
+{
+    on_leRecherche_returnPressed();
+}
 
-void MainWindow::on_cbSourceMultiUse_stateChanged(int) { }
+void MainWindow::on_cbSourceDateDiff_stateChanged(int arg1)
+{
+    if (arg1 == Qt::Unchecked) {
+        ui->leRecherche->clear();
+        twiUnhideAll();
+        return;
+    }
+    hideAll();
+    m_gedcom.filterSourceDateDiff();
+}
+
+void MainWindow::on_cbSourceMultiUse_stateChanged(int arg1)
+{
+    if (arg1 == Qt::Unchecked) {
+        ui->leRecherche->clear();
+        twiUnhideAll();
+        return;
+    }
+    hideAll();
+    m_gedcom.filterSourceMultiUse();
+}
 
 void MainWindow::on_pickSrcTag_clicked()
 {
@@ -437,6 +479,54 @@ void MainWindow::eraseSettingsValues()
     ui->leTagToApply->clear();
     ui->cbRegex->setChecked(false);
     ui->cbSensible->setChecked(false);
+}
+
+void MainWindow::twiUnhideAll()
+{
+    const QList<TwItem *> tabTwItemsRoot = m_gedcom.getTabTwItemsRoot();
+    for (TwItem *root : tabTwItemsRoot) {
+        const QList<TwItem *> tabTwi = root->getTabTwiChilds(true);
+        for (TwItem *twi : tabTwi)
+            twi->setTwiHidden(false);
+        root->setTwiHidden(false);
+    }
+}
+
+void MainWindow::reverseHide()
+{
+    const QString filtre = ui->leRecherche->text();
+    const bool regex = ui->cbFiltrerRegex->isChecked();
+    const bool sensitive = ui->cbFiltreSensible->isChecked();
+    const QRegularExpression re(filtre, sensitive ? QRegularExpression::NoPatternOption
+                                                  : QRegularExpression::CaseInsensitiveOption);
+    const QList<TwItem *> tabTotalTwItems = m_gedcom.getTabTotalTwItems();
+    // Column by column, never the line; and each entry by itself: what stands below a match is
+    // hidden unless it matches, too.
+    for (TwItem *twi : tabTotalTwItems) {
+        const int match = regex ? twi->getColumnIndexMatchRx(re)
+                                : twi->getColumnIndexContainsString(filtre, sensitive);
+        if (match == -1)
+            twi->setTwiHidden(true);
+    }
+    // A hidden row hides all that is below it.
+    for (TwItem *twi : tabTotalTwItems) {
+        if (twi->isHidden())
+            continue;
+        for (TwItem *child = twi; !child->isRoot();) {
+            TwItem *parent = child->getParent();
+            if (!parent || !parent->isHidden())
+                break;
+            parent->setTwiHidden(false);
+            child = parent;
+        }
+    }
+}
+
+void MainWindow::hideAll()
+{
+    const QList<TwItem *> tabTotalTwItems = m_gedcom.getTabTotalTwItems();
+    for (TwItem *twi : tabTotalTwItems)
+        twi->setTwiHidden(true);
 }
 
 void MainWindow::extraireIni()

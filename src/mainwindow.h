@@ -57,6 +57,13 @@ private:
     /// Empties the settings panel; not the list of correspondence files, nor the link format.
     /// Leaves cbUrlInEvt checked if one of the two links was while their group was in use.
     void eraseSettingsValues();
+    /// Shows all entries that are not marked as deleted.
+    void twiUnhideAll();
+    /// Hides the entries without the text of leRecherche in one of their columns, and shows what
+    /// leads to the others. All entries must be shown before.
+    void reverseHide();
+    /// Hides all entries.
+    void hideAll();
     /// Presets the form from the parameter file, one item a line.
     void extraireIni();
     /// Applies one "key=value" item to the form. A text that begins with no key has no effect.

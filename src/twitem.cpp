@@ -261,7 +261,9 @@ QStringList TwItem::delChilds()
 
 void TwItem::setTwiHidden(bool hide)
 {
-    if (hide || !m_toDelete)
+    if (!hide && m_toDelete)
+        return;
+    if (hide != isHidden()) // which is much faster to ask than to set again
         setHidden(hide);
 }
 
