@@ -248,6 +248,27 @@ QList<TwItem *> childsMatching(const QList<TwItem *> &roots, const QRegularExpre
     return matches;
 }
 
+/// The first of the live entries in the child list of \p twi whose line text matches \p rx, null
+/// if none does.
+TwItem *firstChildMatching(TwItem *twi, const QRegularExpression &rx)
+{
+    const QList<TwItem *> tabTwi = twi->getTabTwiChilds(false);
+    const auto match = std::find_if(tabTwi.begin(), tabTwi.end(), [&rx](TwItem *child) {
+        return !child->isToDelete() && rx.match(lineText(child)).hasMatch();
+    });
+    return match == tabTwi.end() ? nullptr : *match;
+}
+
+/// What \p find says of \p twi, which is asked once for each entry.
+template <typename T, typename Find>
+T remembered(QHash<TwItem *, T> &known, TwItem *twi, const Find &find)
+{
+    auto it = known.find(twi);
+    if (it == known.end())
+        it = known.insert(twi, find(twi));
+    return *it;
+}
+
 /// A text of the journal and its level.
 struct JournalLine
 {
@@ -257,20 +278,40 @@ struct JournalLine
 
 using EntryIndex = QHash<QString, QList<TwItem *>>;
 
-/// The entries by the text of each of their columns, in the order of the list: what
-/// Gedcom::getTabTwItemsMatch would find for that text.
-EntryIndex indexByColumn(const QList<TwItem *> &entries)
+/// Finds the entries of a list with a column equal to a text, as Gedcom::getTabTwItemsMatch does,
+/// but walks the list only for a text that is no identifier.
+class ColumnIndex
 {
-    EntryIndex index;
-    for (TwItem *twi : entries) {
-        for (int column = 0; column < twi->columnCount(); ++column) {
-            QList<TwItem *> &found = index[twi->text(column)];
-            if (found.isEmpty() || found.constLast() != twi)
-                found.append(twi);
+public:
+    explicit ColumnIndex(const QList<TwItem *> &entries) : m_entries(entries)
+    {
+        for (TwItem *twi : entries) {
+            for (int column = 0; column < twi->columnCount(); ++column) {
+                const QString text = twi->text(column);
+                if (!text.startsWith(u'@'))
+                    continue; // levels and tags are the same all over, and not looked for
+                QList<TwItem *> &found = m_byId[text];
+                if (found.isEmpty() || found.constLast() != twi)
+                    found.append(twi);
+            }
         }
     }
-    return index;
-}
+
+    [[nodiscard]] QList<TwItem *> find(const QString &text) const
+    {
+        if (text.startsWith(u'@'))
+            return m_byId.value(text);
+        QList<TwItem *> matches;
+        std::copy_if(
+            m_entries.cbegin(), m_entries.cend(), std::back_inserter(matches),
+            [&text](const TwItem *twi) { return twi->getColumnIndexEqualString(text, true) >= 0; });
+        return matches;
+    }
+
+private:
+    QList<TwItem *> m_entries;
+    EntryIndex m_byId;
+};
 
 /// The entries by the file name at the end of each of their columns, in the order of the list. An
 /// entry that holds a file name is among those found for it; whether one found does hold it, only
@@ -965,12 +1006,13 @@ int Gedcom::searchAndReplace(QString strOri, QString strDest, QString tags, cons
                    return hasTag(twi, tag);
                });
     };
+    ColumnMatcher matcher(re);
     const auto replace = [&](TwItem *twi) -> bool {
         if (!isSelected(twi))
             return false;
 
-        int indexColTextMatch = regex ? twi->getColumnIndexMatchRx(re)
-                                      : twi->getColumnIndexContainsString(strOri, sensitive);
+        int indexColTextMatch =
+            regex ? matcher.firstColumn(twi) : twi->getColumnIndexContainsString(strOri, sensitive);
         QString oldTextCol;
         QString newTextCol;
         if (indexColTextMatch != -1) {
@@ -1084,15 +1126,9 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     addToJournal(tr("%1 correspondances à ajouter.").arg(linesFileUrl.size()), u"INFO"_s);
     m_progress->setRange(0, int(linesFileUrl.size()));
 
-    EntryIndex objeFilesByName;
-    EntryIndex sourObjesByColumn;
-    EntryIndex citationsByColumn;
-    const auto buildIndexes = [&] {
-        objeFilesByName = indexByFileName(listTwiObjeFile);
-        sourObjesByColumn = indexByColumn(listTwiSourObje);
-        citationsByColumn = indexByColumn(listTwiIndiAndFam);
-    };
-    buildIndexes();
+    EntryIndex objeFilesByName = indexByFileName(listTwiObjeFile);
+    ColumnIndex sourObjes(listTwiSourObje);
+    ColumnIndex citations(listTwiIndiAndFam);
 
     int countSour = 0;
     int countEvt = 0;
@@ -1152,7 +1188,7 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
         } else if (urlEvt) {
             const int indexColSour = twiRootSour->getColumnIndexMatchRx(m_rxColIdSour);
             const QString idSour = twiRootSour->text(indexColSour);
-            const QList<TwItem *> twiIndiAndFamList = citationsByColumn.value(idSour);
+            const QList<TwItem *> twiIndiAndFamList = citations.find(idSour);
             for (TwItem *twiIndiAndFam : twiIndiAndFamList)
                 linkEvent(twiIndiAndFam, media.urlFichier, idSour, twiRootSour);
         }
@@ -1202,7 +1238,7 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
         if (!media.twiRootObje)
             return;
         const QString idObje = media.twiRootObje->text(media.indexColObje);
-        const QList<TwItem *> twiSourObjeList = sourObjesByColumn.value(idObje);
+        const QList<TwItem *> twiSourObjeList = sourObjes.find(idObje);
         for (TwItem *twiSourObje : twiSourObjeList)
             linkSource(twiSourObje, media);
         if (delTagObjeFile && lienAjoute) {
@@ -1238,8 +1274,12 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
         told.clear();
         ++countProgress;
         const qsizetype journalSize = m_journal->size();
-        if (showProgress(m_progress, countProgress) && m_journal->size() != journalSize)
-            buildIndexes(); // an event has started a run, which can have changed entries
+        if (showProgress(m_progress, countProgress) && m_journal->size() != journalSize) {
+            // An event has started a run, which can have changed entries.
+            objeFilesByName = indexByFileName(listTwiObjeFile);
+            sourObjes = ColumnIndex(listTwiSourObje);
+            citations = ColumnIndex(listTwiIndiAndFam);
+        }
     }
 
     listMediaFiles.removeIf([&linkedMediaFiles](const QString &name) {
@@ -1348,32 +1388,43 @@ void Gedcom::filterSourceDateDiff()
     QCoreApplication::processEvents();
 
     // What is found once is known until an event starts a run, which can change entries.
+    struct Period
+    {
+        QString evtDate;
+        int evtStartDate = 0;
+        int evtEndDate = 0; // 0: there is none to be compared
+    };
     struct Known
     {
-        EntryIndex sources;
-        EntryIndex indis;
-        QHash<TwItem *, QString> dates;
-        QHash<TwItem *, TwItem *> husbandLinks;
+        ColumnIndex sources;
+        ColumnIndex indis;
+        QHash<TwItem *, Period> periods; // by event
+        QHash<TwItem *, QString> sourceDates;
+        QHash<TwItem *, TwItem *> husbandLinks; // by family
     };
     const auto lookAfresh = [&]() -> Known {
-        return {indexByColumn(listTwiRootSour), indexByColumn(listTwiRootIndi), {}, {}};
+        return {ColumnIndex(listTwiRootSour), ColumnIndex(listTwiRootIndi), {}, {}, {}};
     };
     Known known = lookAfresh();
     QSet<TwItem *> shown; // since the last events, which can hide rows again
 
     // The first date of an event or source, empty unless it ends in a year.
-    const auto dateOf = [&](TwItem *twi) -> QString {
-        const auto found = known.dates.constFind(twi);
-        if (found != known.dates.constEnd())
-            return *found;
-        const QList<TwItem *> listTwiDate = twi->getTabTwiChildsMatchReg(m_rxDate);
-        QString date;
-        if (!listTwiDate.isEmpty()) {
-            const TwItem *twiDate = listTwiDate.constFirst();
-            date = twiDate->text(twiDate->getColumnIndexMatchRx(m_rxAnnee));
+    const auto readDate = [this](TwItem *twi) -> QString {
+        const TwItem *twiDate = firstChildMatching(twi, m_rxDate);
+        return twiDate ? twiDate->text(twiDate->getColumnIndexMatchRx(m_rxAnnee)) : QString();
+    };
+
+    const auto readPeriod = [&](TwItem *event) -> Period {
+        const QString evtDate = readDate(event);
+        if (evtDate.startsWith("FROM "_L1)) {
+            const QRegularExpressionMatch years = m_rxCatchAnnees.match(evtDate);
+            if (years.lastCapturedIndex() == 2)
+                return {evtDate, years.captured(1).toInt(), years.captured(2).toInt()};
         }
-        known.dates.insert(twi, date);
-        return date;
+        // A year without a blank in front of it is passed over.
+        const QRegularExpressionMatch year = m_rxCatchAnnee.match(evtDate);
+        const int annee = year.captured(1).toInt();
+        return {evtDate, annee, annee};
     };
 
     // Where a family's disagreement is shown, since a reader of the tree looks for people.
@@ -1385,7 +1436,7 @@ void Gedcom::filterSourceDateDiff()
         if (husb == famChilds.end())
             return nullptr;
         const QString idHusb = (*husb)->text((*husb)->getColumnIndexContainsString(u"@I"_s, true));
-        TwItem *husband = known.indis.value(idHusb).value(0);
+        TwItem *husband = known.indis.find(idHusb).value(0);
         if (!husband)
             return nullptr;
         const QList<TwItem *> indiChilds = husband->getTabTwiChilds(true);
@@ -1400,10 +1451,9 @@ void Gedcom::filterSourceDateDiff()
         const int indexColFam = root->getColumnIndexMatchRx(m_rxColIdFam);
         if (indexColFam == -1)
             return nullptr;
-        auto link = known.husbandLinks.find(root);
-        if (link == known.husbandLinks.end())
-            link = known.husbandLinks.insert(root, findHusbandLink(root, root->text(indexColFam)));
-        return *link;
+        return remembered(known.husbandLinks, root, [&](TwItem *family) {
+            return findHusbandLink(family, family->text(indexColFam));
+        });
     };
 
     const auto flag = [&](TwItem *twiEvtSour, const QString &evtDate, int sourDate) {
@@ -1439,33 +1489,23 @@ void Gedcom::filterSourceDateDiff()
     };
 
     const auto compareDates = [&](TwItem *twiEvtSour) {
-        const QString evtDate = dateOf(twiEvtSour->getParent());
-        int evtStartDate = 0;
-        int evtEndDate = 0;
-        const QRegularExpressionMatch years = m_rxCatchAnnees.match(evtDate);
-        const QRegularExpressionMatch year = m_rxCatchAnnee.match(evtDate);
-        if (evtDate.startsWith("FROM "_L1) && years.lastCapturedIndex() == 2) {
-            evtStartDate = years.captured(1).toInt();
-            evtEndDate = years.captured(2).toInt();
-        } else if (year.lastCapturedIndex() == 1) {
-            evtStartDate = year.captured(1).toInt();
-            evtEndDate = evtStartDate;
-        }
-        if (evtEndDate == 0)
-            return; // a bare year has no blank in front, and is passed over as well
-
+        const Period period = remembered(known.periods, twiEvtSour->getParent(), readPeriod);
+        if (period.evtEndDate == 0)
+            return;
         const QString idSour = twiEvtSour->text(twiEvtSour->getColumnIndexMatchRx(m_rxColIdSour));
-        const QList<TwItem *> sources = known.sources.value(idSour);
+        const QList<TwItem *> sources = known.sources.find(idSour);
         const auto source = std::find_if(sources.begin(), sources.end(),
                                          [](TwItem *twi) { return !twi->isToDelete(); });
-        const QString date = source == sources.end() ? QString() : dateOf(*source);
+        if (source == sources.end())
+            return;
+        const QString date = remembered(known.sourceDates, *source, readDate);
         if (date.isEmpty())
             return;
         // Unlike the event's date, this one is read as a whole: with a day or a month it is 0, and
         // so disagrees.
         const int sourDate = date.toInt();
-        if (sourDate < evtStartDate || sourDate > evtEndDate)
-            flag(twiEvtSour, evtDate, sourDate);
+        if (sourDate < period.evtStartDate || sourDate > period.evtEndDate)
+            flag(twiEvtSour, period.evtDate, sourDate);
     };
 
     for (TwItem *twiEvtSour : listTwiIndiAndFam) {
@@ -1497,20 +1537,17 @@ void Gedcom::filterSourceMultiUse()
     m_progress->setRange(0, int(listTwiRootSour.size()));
     QCoreApplication::processEvents();
 
-    EntryIndex citations = indexByColumn(listTwiSourIndi);
-    QHash<TwItem *, QStringList> dates; // until an event starts a run, which can change entries
+    ColumnIndex citations(listTwiSourIndi);
+    QHash<TwItem *, TwItem *> dates; // until an event starts a run, which can change entries
     QSet<TwItem *> shown; // since the last events, which can hide rows again
 
-    // All columns of the first date of an event, none without a date.
-    const auto dateOf = [&](TwItem *event) -> QStringList {
-        const auto found = dates.constFind(event);
-        if (found != dates.constEnd())
-            return *found;
-        const QList<TwItem *> indiSourDate = event->getTabTwiChildsMatchReg(m_rxDate);
-        const QStringList date =
-            indiSourDate.isEmpty() ? QStringList() : indiSourDate.constFirst()->getTwiValuesList();
-        dates.insert(event, date);
-        return date;
+    const auto sameDate = [&](TwItem *indiSourA, TwItem *indiSourB) -> bool {
+        const auto findDate = [this](TwItem *event) { return firstChildMatching(event, m_rxDate); };
+        const TwItem *indiSourADate = remembered(dates, indiSourA, findDate);
+        const TwItem *indiSourBDate = remembered(dates, indiSourB, findDate);
+        return indiSourADate && indiSourBDate
+            && (indiSourADate == indiSourBDate
+                || indiSourADate->getTwiValuesList() == indiSourBDate->getTwiValuesList());
     };
 
     const auto flag = [&](TwItem *event) {
@@ -1533,18 +1570,17 @@ void Gedcom::filterSourceMultiUse()
         if (showProgress(m_progress, ++pbcount)) {
             shown.clear();
             if (m_journal->size() != journalSize) {
-                citations = indexByColumn(listTwiSourIndi);
+                citations = ColumnIndex(listTwiSourIndi);
                 dates.clear();
             }
         }
         const QString curSourId = listTwiRootSour.at(iSour)->text(TagColumn);
-        const QList<TwItem *> IndiSourDuplicated = citations.value(curSourId);
+        const QList<TwItem *> IndiSourDuplicated = citations.find(curSourId);
         // The first one with each of the others, which are not compared among themselves.
         for (qsizetype i = 1; i < IndiSourDuplicated.size(); ++i) {
             TwItem *indiSourA = IndiSourDuplicated.constFirst()->getParent();
             TwItem *indiSourB = IndiSourDuplicated.at(i)->getParent();
-            const QStringList indiSourADate = dateOf(indiSourA);
-            if (indiSourADate.isEmpty() || indiSourADate != dateOf(indiSourB))
+            if (!sameDate(indiSourA, indiSourB))
                 continue;
             ++occuCount;
             flag(indiSourA);

@@ -18,6 +18,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSet>
 #include <QStandardPaths>
 #include <QStatusBar>
 #include <QStyle>
@@ -191,19 +192,17 @@ void MainWindow::on_action_propos_triggered()
 
 void MainWindow::on_leRecherche_returnPressed()
 {
-    const QString search = ui->leRecherche->text();
-    twiUnhideAll();
-    m_prevSearchText = search;
+    m_prevSearchText = ui->leRecherche->text();
     m_prevSearchTextSensitive = ui->cbFiltreSensible->isChecked();
     m_prevSearchTextRegex = ui->cbFiltrerRegex->isChecked();
-    if (!search.isEmpty())
-        reverseHide();
-
-    const QList<TwItem *> tabTotalTwItems = m_gedcom.getTabTotalTwItems();
-    const auto count = std::count_if(tabTotalTwItems.begin(), tabTotalTwItems.end(),
-                                     [](const TwItem *twi) { return !twi->isHidden(); });
-    ui->statusbar->showMessage(
-        tr("%1/%2 entrées affichées.").arg(count).arg(tabTotalTwItems.size()), 0);
+    const qsizetype size = m_gedcom.getTabTotalTwItems().size();
+    qsizetype count = size;
+    // Either sets every row, whatever an earlier search or a filter has left.
+    if (m_prevSearchText.isEmpty())
+        twiUnhideAll();
+    else
+        count = reverseHide();
+    ui->statusbar->showMessage(tr("%1/%2 entrées affichées.").arg(count).arg(size), 0);
 }
 
 void MainWindow::on_leRecherche_textChanged(const QString &)
@@ -483,43 +482,49 @@ void MainWindow::eraseSettingsValues()
 
 void MainWindow::twiUnhideAll()
 {
-    const QList<TwItem *> tabTwItemsRoot = m_gedcom.getTabTwItemsRoot();
-    for (TwItem *root : tabTwItemsRoot) {
-        const QList<TwItem *> tabTwi = root->getTabTwiChilds(true);
-        for (TwItem *twi : tabTwi)
-            twi->setTwiHidden(false);
-        root->setTwiHidden(false);
-    }
+    const QList<TwItem *> tabTotalTwItems = m_gedcom.getTabTotalTwItems();
+    // Last to first: the framework frees what it knows of hidden rows faster in this order.
+    for (auto it = tabTotalTwItems.crbegin(); it != tabTotalTwItems.crend(); ++it)
+        (*it)->setTwiHidden(false);
 }
 
-void MainWindow::reverseHide()
+qsizetype MainWindow::reverseHide()
 {
     const QString filtre = ui->leRecherche->text();
     const bool regex = ui->cbFiltrerRegex->isChecked();
     const bool sensitive = ui->cbFiltreSensible->isChecked();
     const QRegularExpression re(filtre, sensitive ? QRegularExpression::NoPatternOption
                                                   : QRegularExpression::CaseInsensitiveOption);
-    const QList<TwItem *> tabTotalTwItems = m_gedcom.getTabTotalTwItems();
     // Column by column, never the line; and each entry by itself: what stands below a match is
     // hidden unless it matches, too.
-    for (TwItem *twi : tabTotalTwItems) {
-        const int match = regex ? twi->getColumnIndexMatchRx(re)
-                                : twi->getColumnIndexContainsString(filtre, sensitive);
-        if (match == -1)
-            twi->setTwiHidden(true);
-    }
-    // A hidden row hides all that is below it.
-    for (TwItem *twi : tabTotalTwItems) {
-        if (twi->isHidden())
+    ColumnMatcher matcher(re);
+    const auto isMatch = [&](const TwItem *twi) -> bool {
+        return (regex ? matcher.firstColumn(twi)
+                      : twi->getColumnIndexContainsString(filtre, sensitive))
+            != -1;
+    };
+
+    const QList<TwItem *> tabTotalTwItems = m_gedcom.getTabTotalTwItems();
+    QSet<TwItem *> shown;
+    for (TwItem *match : tabTotalTwItems) {
+        if (!isMatch(match))
             continue;
-        for (TwItem *child = twi; !child->isRoot();) {
-            TwItem *parent = child->getParent();
-            if (!parent || !parent->isHidden())
+        // A hidden row hides all that is below it.
+        for (TwItem *twi = match; twi && !shown.contains(twi); twi = twi->getParent()) {
+            shown.insert(twi);
+            if (twi->isRoot())
                 break;
-            parent->setTwiHidden(false);
-            child = parent;
         }
     }
+
+    qsizetype count = 0;
+    for (TwItem *twi : tabTotalTwItems) {
+        const bool hide = !shown.contains(twi);
+        twi->setTwiHidden(hide);
+        if (!hide || !twi->treeWidget()) // what is not in the tree cannot be hidden
+            ++count;
+    }
+    return count;
 }
 
 void MainWindow::hideAll()

@@ -59,9 +59,9 @@ private:
     void eraseSettingsValues();
     /// Shows all entries that are not marked as deleted.
     void twiUnhideAll();
-    /// Hides the entries without the text of leRecherche in one of their columns, and shows what
-    /// leads to the others. All entries must be shown before.
-    void reverseHide();
+    /// Shows the live entries with the text of leRecherche in one of their columns, and what leads
+    /// to them, and hides the others. Returns the number of those that are not hidden.
+    qsizetype reverseHide();
     /// Hides all entries.
     void hideAll();
     /// Presets the form from the parameter file, one item a line.

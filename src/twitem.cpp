@@ -11,6 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int MaxKnownSize = 4; // characters of a level or tag; few texts are as short
 constexpr int MaxTextSize = MaxLineSize - 2; // less the two blanks between three columns
 
 // Compiled once: a million entries that each built their own would take minutes and gigabytes.
@@ -30,6 +31,40 @@ bool isTag(QStringView text)
         text = text.sliced(1);
     return text.size() >= 3 && text.size() <= 6
         && std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'A' && c <= u'Z'; });
+}
+
+/// The text that a line must begin with to match an expression such as "^2 SOUR @S", which asks for
+/// nothing else; empty for any other.
+QString plainPrefix(const QRegularExpression &rx)
+{
+    const QString pattern = rx.pattern();
+    if (!pattern.startsWith(u'^') || rx.patternOptions() != QRegularExpression::NoPatternOption)
+        return {};
+    const bool plain = std::all_of(pattern.begin() + 1, pattern.end(), [](QChar c) {
+        return (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') || c == u' ' || c == u'@';
+    });
+    return plain ? pattern.sliced(1) : QString();
+}
+
+/// Whether lineText() begins with \p prefix. The first column tells most lines apart.
+bool lineBeginsWith(const TwItem *twi, QStringView prefix)
+{
+    for (int column = 0; column < twi->columnCount(); ++column) {
+        if (column > 0) {
+            if (!prefix.startsWith(u' '))
+                return false;
+            prefix = prefix.sliced(1);
+            if (prefix.isEmpty())
+                return true;
+        }
+        const QString text = twi->text(column);
+        if (text.size() >= prefix.size())
+            return text.startsWith(prefix);
+        if (!prefix.startsWith(text))
+            return false;
+        prefix = prefix.sliced(text.size());
+    }
+    return false;
 }
 
 /// Shortens the line of \p twi to the greatest size and puts the rest into a new CONC entry, which
@@ -261,9 +296,7 @@ QStringList TwItem::delChilds()
 
 void TwItem::setTwiHidden(bool hide)
 {
-    if (!hide && m_toDelete)
-        return;
-    if (hide != isHidden()) // which is much faster to ask than to set again
+    if (hide || !m_toDelete)
         setHidden(hide);
 }
 
@@ -364,8 +397,12 @@ QList<TwItem *> TwItem::getTabTwiChildsMatchReg(QRegularExpression rx)
     QList<TwItem *> matches;
     if (!rx.isValid())
         return matches; // matches nothing, and would warn at every try
+    const QString prefix = plainPrefix(rx);
+    const auto matchesLine = [&](const TwItem *twi) {
+        return prefix.isEmpty() ? rx.match(lineText(twi)).hasMatch() : lineBeginsWith(twi, prefix);
+    };
     for (TwItem *twi : std::as_const(m_tabTwiChilds)) {
-        if (!twi->m_toDelete && rx.match(lineText(twi)).hasMatch())
+        if (!twi->m_toDelete && matchesLine(twi))
             matches.append(twi);
     }
     return matches;
@@ -478,6 +515,27 @@ void TwItem::listChilds(TwItem *twiRoot, TwItem *currentTwi)
 void TwItem::setIco(const QIcon &ico)
 {
     setIcon(LevelColumn, ico);
+}
+
+ColumnMatcher::ColumnMatcher(const QRegularExpression &rx) : m_rx(rx) { }
+
+int ColumnMatcher::firstColumn(const TwItem *twi)
+{
+    if (!m_rx.isValid())
+        return -1; // matches nothing, and would warn at every try
+    const auto matches = [this](const QString &text) -> bool {
+        if (text.size() > MaxKnownSize)
+            return m_rx.match(text).hasMatch();
+        auto known = m_known.find(text);
+        if (known == m_known.end())
+            known = m_known.insert(text, m_rx.match(text).hasMatch());
+        return *known;
+    };
+    for (int column = 0; column < twi->columnCount(); ++column) {
+        if (matches(twi->text(column)))
+            return column;
+    }
+    return -1;
 }
 
 QString lineText(const TwItem *twi)

@@ -2,6 +2,7 @@
 #define TWITEM_H
 
 #include <QCoreApplication>
+#include <QHash>
 #include <QList>
 #include <QRegularExpression>
 #include <QString>
@@ -157,6 +158,21 @@ private:
     QList<TwItem *> m_tabTwiChilds;
     bool m_toDelete = false;
     int m_numLineGedFile = -1;
+};
+
+/// Tries one expression on the columns of many entries, with the outcome of
+/// TwItem::getColumnIndexMatchRx. A file has few levels and tags: each is tried once.
+class ColumnMatcher
+{
+public:
+    explicit ColumnMatcher(const QRegularExpression &rx);
+
+    /// The first column of \p twi that matches, or -1.
+    [[nodiscard]] int firstColumn(const TwItem *twi);
+
+private:
+    QRegularExpression m_rx;
+    QHash<QString, bool> m_known; // short texts
 };
 
 /// The line of the file that the entry stands for: its columns joined with one blank.

@@ -244,6 +244,8 @@ private slots:
     void invalidExpressionOnEntries();
     void invalidExpressionOnTheDocument();
     void queriesOnlyRead();
+    void generatedLines_data();
+    void generatedLines();
 };
 
 void TstQueries::isTagMatch_data()
@@ -984,6 +986,75 @@ void TstQueries::queriesOnlyRead()
     QCOMPARE(progress.count() + data.count() + inserted.count() + removed.count(), 0);
     QVERIFY(std::none_of(liste.cbegin(), liste.cend(),
                          [](TwItem *twi) { return twi->isToDelete() || twi->isHidden(); }));
+}
+
+void TstQueries::generatedLines_data()
+{
+    QTest::addColumn<QString>("pattern");
+    for (const QString &pattern : {u"^2 SOUR @S"_s,
+                                   u"^1 FILE "_s,
+                                   u"^1 FILE"_s,
+                                   u"^"_s,
+                                   u"^1"_s,
+                                   u"^1 "_s,
+                                   u"^ "_s,
+                                   u"^@S"_s,
+                                   u"^2 SOUR @S1@ B"_s,
+                                   u"^1  FILE"_s,
+                                   u"^[0-9] FILE"_s,
+                                   u"2 SOUR @S"_s,
+                                   u"^1 FILE$"_s,
+                                   u"^2 SOUR.@S"_s,
+                                   u"FILE"_s,
+                                   u"@S1@$"_s,
+                                   u"^.?$"_s,
+                                   u""_s,
+                                   u"^file"_s,
+                                   u"("_s})
+        QTest::addRow("\"%s\"", qPrintable(pattern)) << pattern;
+}
+
+// Neither the expressions that ask for the beginning of a line alone nor those tried on many
+// entries go to the expression engine each time.
+void TstQueries::generatedLines()
+{
+    QFETCH(const QString, pattern);
+    const QStringList levels{u"1"_s, u"2"_s, u""_s, u"1 "_s, u"12"_s, u"2 SOUR"_s, u"2 SOUR @"_s};
+    const QStringList tags{u"FILE"_s, u"SOUR"_s, u""_s, u"SOUR @S1@"_s, u" FILE"_s, u"FILE "_s};
+    const QStringList values{u"@S1@"_s,          u"@S"_s, u""_s, u" "_s, u"@S1@ B"_s, u"a.jpg"_s,
+                             u"file\n1 FILE a"_s};
+
+    Document document;
+    QVERIFY(document.load({u"0 @S1@ SOUR"_s, u"1 TITL x"_s}));
+    TwItem *root = document.entry(u"0 @S1@ SOUR"_s);
+    for (const QString &level : levels) {
+        for (qsizetype i = 0; i <= tags.size() * values.size(); ++i) {
+            auto *twi = new TwItem(-1);
+            twi->setText(0, level);
+            if (i < tags.size())
+                twi->setText(1, tags.at(i));
+            if (i < tags.size() * values.size()) {
+                twi->setText(1, tags.at(i % tags.size()));
+                twi->setText(2, values.at(i / tags.size()));
+            }
+            root->insertTabChild(-1, twi);
+        }
+    }
+
+    for (const auto option :
+         {QRegularExpression::NoPatternOption, QRegularExpression::CaseInsensitiveOption,
+          QRegularExpression::MultilineOption}) {
+        const QRegularExpression rx(pattern, option);
+        QStringList lines;
+        ColumnMatcher matcher(rx);
+        const QList<TwItem *> entries = root->getTabTwiChilds(true);
+        for (TwItem *twi : entries) {
+            if (rx.isValid() && rx.match(lineText(twi)).hasMatch())
+                lines += lineText(twi);
+            QCOMPARE(matcher.firstColumn(twi), twi->getColumnIndexMatchRx(rx));
+        }
+        QCOMPARE(linesOf(root->getTabTwiChildsMatchReg(rx)), lines);
+    }
 }
 
 VARLUNE_TEST_MAIN(TstQueries)

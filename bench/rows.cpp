@@ -1,0 +1,410 @@
+#include "rows.h"
+
+#include "fenjournal.h"
+#include "floor.h"
+#include "gedcom.h"
+#include "mainwindow.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTimer>
+#include <QTreeWidget>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void showTree(QTreeWidget *tree)
+{
+    tree->setColumnCount(4);
+    tree->setHeaderHidden(true);
+    tree->resize(600, 900);
+    tree->show();
+    QCoreApplication::processEvents();
+}
+
+/// A loaded document with a tree on the screen.
+class Document
+{
+public:
+    explicit Document(const QString &input) : m_input(input)
+    {
+        showTree(&tree);
+    }
+    void load()
+    {
+        gedcom.genererVectorGed(m_input, &tree, &m_progress, &m_status);
+        tree.header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    }
+    void save()
+    {
+        // Beside the input, with the archive of an earlier run.
+        const QString folder = QFileInfo(m_input).path() + "/sortie"_L1;
+        QDir().mkpath(folder);
+        if (!gedcom.writeGedFile(folder + "/sortie.ged"_L1))
+            qFatal("cannot save");
+    }
+    [[nodiscard]] QString besides(const QString &name) const
+    {
+        return QFileInfo(m_input).path() + u'/' + name;
+    }
+
+    QTreeWidget tree;
+    Gedcom gedcom;
+
+private:
+    QString m_input;
+    QProgressBar m_progress;
+    QStatusBar m_status;
+};
+
+void writeBesideExecutable(const QString &name, const QByteArray &content)
+{
+    QFile file(QCoreApplication::applicationDirPath() + u'/' + name);
+    if (!file.open(QIODevice::WriteOnly))
+        qFatal("cannot write %s", qPrintable(name));
+    file.write(content);
+}
+
+/// The real window with the file open.
+class Window
+{
+public:
+    explicit Window(const QString &input)
+    {
+        writeBesideExecutable(u"PARAM.INI"_s, {});
+        m_window = new MainWindow(nullptr);
+        m_window->show();
+        QTimer answer;
+        QObject::connect(&answer, &QTimer::timeout, [&input] {
+            if (auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget())) {
+                dialog->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(input);
+                QMetaObject::invokeMethod(dialog, "accept");
+            }
+        });
+        answer.start(20);
+        QMetaObject::invokeMethod(m_window, "on_actionOuvrir_triggered");
+        QCoreApplication::processEvents();
+    }
+    ~Window()
+    {
+        delete m_window;
+    }
+    Q_DISABLE_COPY_MOVE(Window)
+
+    template <typename T>
+    T *find(const QString &name) const
+    {
+        T *found = m_window->findChild<T *>(name);
+        if (!found)
+            qFatal("the window has no %s", qPrintable(name));
+        return found;
+    }
+    void search(const QString &text, bool regex) const
+    {
+        find<QLineEdit>(u"leRecherche"_s)->setText(text);
+        if (regex)
+            find<QCheckBox>(u"cbFiltrerRegex"_s)->setChecked(true); // which searches
+        else
+            QMetaObject::invokeMethod(m_window, "on_leRecherche_returnPressed");
+    }
+    void apply() const
+    {
+        find<QPushButton>(u"pbApply"_s)->click();
+        QCoreApplication::processEvents();
+    }
+
+private:
+    MainWindow *m_window = nullptr;
+};
+
+using Operation = std::function<qint64(Document &)>;
+using Look = std::function<void(const Window &)>;
+
+const Operation Nothing = [](Document &) { return 0; };
+
+/// A row that runs \p operation on a loaded document, after \p before.
+Row operationRow(const QString &name, Shape shape, int lines, double target,
+                 const Operation &operation, const Operation &before = Nothing)
+{
+    return {name, shape, lines, target, [=](const QString &input, const Timed &timed) {
+                Document document(input);
+                document.load();
+                before(document);
+                QCoreApplication::processEvents();
+                timed([&] { return operation(document); });
+            }};
+}
+
+/// A row that looks at an open window, after \p before.
+Row windowRow(
+    const QString &name, Shape shape, int lines, double target, const Look &look,
+    const Look &before = [](const Window &) {})
+{
+    return {name, shape, lines, target, [=](const QString &input, const Timed &timed) {
+                const Window window(input);
+                before(window);
+                QCoreApplication::processEvents();
+                timed([&] {
+                    look(window);
+                    return 0;
+                });
+            }};
+}
+
+Row againstSave(Row row)
+{
+    row.base = Base::Save;
+    return row;
+}
+
+Operation fold()
+{
+    return [](Document &document) { return document.gedcom.unConc(); };
+}
+
+Operation save()
+{
+    return [](Document &document) {
+        document.save();
+        return 0;
+    };
+}
+
+Operation space()
+{
+    return [](Document &document) { return document.gedcom.setSpaceNames(); };
+}
+
+Operation remove(const QStringList &tags)
+{
+    return [=](Document &document) {
+        return document.gedcom.delListTag(tags, false, false, false, false, {});
+    };
+}
+
+Operation link(int correspondences, bool known)
+{
+    return [=](Document &document) {
+        const QString list = document.besides(u"correspondances_%1_%2.csv"_s.arg(correspondences)
+                                                  .arg(known ? u"connues"_s : u"inconnues"_s));
+        if (!QFile::exists(list))
+            writeCorrespondences(list, correspondences, known);
+        return document.gedcom.setMediaFileURL({list}, u",https://partage.test/"_s, true, true,
+                                               true, false, {}, {});
+    };
+}
+
+Operation makeClickable(const QStringList &tags)
+{
+    return [=](Document &document) { return document.gedcom.setURLClickable(true, tags); };
+}
+
+Operation setPath()
+{
+    return [](Document &document) { return document.gedcom.setMediaFilePath(u"images/"_s); };
+}
+
+Operation move(const QString &from, const QString &to)
+{
+    return [=](Document &document) {
+        return document.gedcom.moveTagContent(from, to, true, true, true);
+    };
+}
+
+Operation replace(const QString &from, const QString &to, bool regex)
+{
+    return [=](Document &document) {
+        return document.gedcom.searchAndReplace(from, to, {}, true, regex);
+    };
+}
+
+Look search(const QString &text, bool regex)
+{
+    return [=](const Window &window) { window.search(text, regex); };
+}
+
+Look check(const QString &box, bool checked)
+{
+    return [=](const Window &window) { window.find<QCheckBox>(box)->setChecked(checked); };
+}
+
+Look deletePlaces()
+{
+    return [](const Window &window) {
+        window.find<QGroupBox>(u"gbDelTags"_s)->setChecked(true);
+        window.find<QLineEdit>(u"leTagsToDel"_s)->setText(u"PLAC"_s);
+        window.apply();
+    };
+}
+
+Look playSequence()
+{
+    writeBesideExecutable(u"SEQUENCE.INI"_s,
+                          "separator=|\n"
+                          "EspacerPrenomNom=true\n"
+                          "delTags=true|delTagsList=_UID\n"
+                          "delTags=true|delTagsList=NOTE|delIfEmptyTags=true\n"
+                          "delTags=true|delTagsList=PAGE|delIfContainsValue=true|"
+                          "delTagContainsValue=vue 77\n"
+                          "clickablesLinks=true|clickableTagsList=NOTE\n"
+                          "changeMediasPath=true|newMediasPath=images\n"
+                          "replaceString=true|replaceSourString=Hanvec|replaceDestString=Plouha\n"
+                          "replaceString=true|replaceSourString=oncle|replaceDestString=tonton|"
+                          "replaceStringTags=NOTE\n"
+                          "delDuplicated=true|duplicatedSourTag=INDI.TITL|"
+                          "duplicatedDestTag=INDI.OCCU|moveDuplicatedContent=true\n"
+                          "replaceString=true|replaceSourString=^Meunier|replaceDestString=Minoter|"
+                          "replaceRegex=true\n");
+    return [](const Window &window) { window.find<QPushButton>(u"pbReadSequence"_s)->click(); };
+}
+
+} // namespace
+
+QList<Row> floorRows(int lines)
+{
+    const auto load = [](const QString &input, const Timed &timed) {
+        QTreeWidget tree;
+        showTree(&tree);
+        timed([&] { return floorLoad(input, &tree); });
+    };
+    const auto save = [](const QString &input, const Timed &timed) {
+        QTreeWidget tree;
+        showTree(&tree);
+        floorLoad(input, &tree);
+        timed([&] { return floorSave(input + ".sortie"_L1, &tree); });
+    };
+    return {{u"floor: load"_s, Shape::Family, lines, 0, load},
+            {u"floor: save"_s, Shape::Family, lines, 0, save, Base::Save}};
+}
+
+QList<Row> programRows(int lines)
+{
+    const auto load = [](const QString &input, const Timed &timed) {
+        Document document(input);
+        timed([&] {
+            document.load();
+            return 0;
+        });
+    };
+    const auto openJournal = [lines](const QString &input, const Timed &timed) {
+        Q_UNUSED(input)
+        Gedcom gedcom;
+        for (int i = 0; i < lines / 10; ++i)
+            gedcom.addToJournal(u"Suppression de l'entrée : INDI._UID 1 _UID 5D3A (l.12)"_s,
+                                u"INFO"_s);
+        QWidget window;
+        window.show();
+        QCoreApplication::processEvents();
+        timed([&] {
+            auto *fenJournal = new FenJournal(&window, gedcom.getJournal(), u"Journal"_s);
+            fenJournal->show();
+            return 0;
+        });
+    };
+    const auto family = [lines](const QString &name, double target, const Operation &operation,
+                                const Operation &before = Nothing) {
+        return operationRow(name, Shape::Family, lines, target, operation, before);
+    };
+    const auto look = [lines](
+                          const QString &name, const Look &action,
+                          const Look &before = [](const Window &) {}) {
+        return windowRow(name, Shape::Family, lines, 1.0, action, before);
+    };
+
+    QList<Row> rows{
+        {u"load"_s, Shape::Family, lines, 1.15, load},
+        family(u"CONC folding, none"_s, 0.5, fold(), fold()),
+        family(u"CONC folding, 5.5 % of the lines"_s, 0, fold()),
+        againstSave(family(u"save, nothing to cut"_s, 1.1, save())),
+        againstSave(family(u"save, 1 % of the lines to cut, 5.5 % hidden"_s, 1.1, save(), fold())),
+        family(u"names, none"_s, 0.5, space(), space()),
+        family(u"names, 1 %"_s, 0.7, space()),
+        operationRow(u"names, every one"_s, Shape::People, lines, 0, space()),
+        family(u"deletion, none"_s, 0.5, remove({u"_RIEN"_s})),
+        family(u"deletion, 1 %"_s, 0.7, remove({u"_UID"_s})),
+        family(u"deletion, every line"_s, 0, remove({u"*"_s})),
+        family(u"links, none"_s, 0.5, link(lines / 100, false)),
+        family(u"links, 1 %"_s, 0.7, link(lines / 100, true)),
+        operationRow(u"links, every media"_s, Shape::Linked, lines, 0,
+                     link(linkedMedia(lines), true)),
+        family(u"clickable links, none"_s, 0.5, makeClickable({u"SEX"_s})),
+        family(u"clickable links, 1 %"_s, 0.7, makeClickable({})),
+        operationRow(u"clickable links, every note"_s, Shape::People, lines, 0, makeClickable({})),
+        family(u"media paths, none"_s, 0.5, setPath(), remove({u"FILE"_s})),
+        family(u"media paths, 1 %"_s, 0.7, setPath()),
+        operationRow(u"media paths, every media"_s, Shape::Media, lines, 0, setPath()),
+        family(u"move, none"_s, 0.5, move(u"INDI._RIEN"_s, u"INDI.NOTE"_s)),
+        family(u"move, 1 %"_s, 0.7, move(u"INDI._UID"_s, u"INDI._REF"_s)),
+        operationRow(u"move, every person"_s, Shape::People, lines, 0,
+                     move(u"INDI.NAME"_s, u"INDI.TEXT"_s)),
+        family(u"replacement, none"_s, 0.5, replace(u"Hanveg"_s, u"Plouha"_s, false)),
+        family(u"replacement, none, expression"_s, 0.5, replace(u"^Hanvec$"_s, u"Plouha"_s, true)),
+        family(u"replacement, 1 %"_s, 0.7, replace(u"Hanvec"_s, u"Plouha"_s, false)),
+        family(u"replacement, every line"_s, 0, replace(u"^[0-9]$"_s, u"1"_s, true)),
+        look(u"search, none"_s, search(u"Hanveg"_s, false)),
+        look(u"search, every line"_s, search(u"a"_s, false)),
+        look(u"search, none, expression"_s, search(u"^Hanvec$"_s, true)),
+        look(u"search, every line, expression"_s, search(u"^[0-9]$"_s, true)),
+        look(u"date filter, on"_s, check(u"cbSourceDateDiff"_s, true)),
+        look(u"date filter, off"_s, check(u"cbSourceDateDiff"_s, false),
+             check(u"cbSourceDateDiff"_s, true)),
+        look(u"multi-use filter, on"_s, check(u"cbSourceMultiUse"_s, true)),
+        look(u"multi-use filter, off"_s, check(u"cbSourceMultiUse"_s, false),
+             check(u"cbSourceMultiUse"_s, true)),
+        windowRow(u"a sequence of ten steps"_s, Shape::Family, lines, 0, playSequence()),
+        {u"journal window, a line for 10 of the file"_s, Shape::Family, lines, 0, openJournal},
+    };
+    return rows;
+}
+
+QList<Row> awkwardRows(int lines)
+{
+    const auto load = [](const QString &input, const Timed &timed) {
+        Document document(input);
+        timed([&] {
+            document.load();
+            return 0;
+        });
+    };
+    const Operation expand = [](Document &document) {
+        document.tree.expandAll();
+        QCoreApplication::processEvents();
+        return 0;
+    };
+    const auto afterDeletions = [lines](const QString &name, const Look &action) {
+        return windowRow(name, Shape::Family, lines, 0, action, deletePlaces());
+    };
+    const int media = lines / 50;
+    return {
+        {u"one record of 20 %: load"_s, Shape::OneRecord, lines / 5, 0, load},
+        operationRow(u"one record of 20 %: save"_s, Shape::OneRecord, lines / 5, 0, save()),
+        operationRow(u"one record with 5 % long lines: save"_s, Shape::LongLines, lines / 20, 0,
+                     save()),
+        operationRow(u"2 % correspondences, as many media"_s, Shape::Linked, 8 * media, 0,
+                     link(media, true)),
+        operationRow(u"the same, into folded notes"_s, Shape::LinkedNotes, 8 * media, 0,
+                     link(media, true), fold()),
+        windowRow(u"ten citations a source: date filter"_s, Shape::Citations, lines, 0,
+                  check(u"cbSourceDateDiff"_s, true)),
+        windowRow(u"ten citations a source: multi-use filter"_s, Shape::Citations, lines, 0,
+                  check(u"cbSourceMultiUse"_s, true)),
+        afterDeletions(u"10 % deleted: search"_s, search(u"Hanvec"_s, false)),
+        afterDeletions(u"10 % deleted: date filter"_s, check(u"cbSourceDateDiff"_s, true)),
+        operationRow(u"10 % deleted: save"_s, Shape::Family, lines, 0, save(), remove({u"PLAC"_s})),
+        operationRow(u"all expanded: replacement in 10 %"_s, Shape::Family, lines, 0,
+                     replace(u"Saint-Thégonnec"_s, u"Plouha"_s, false), expand),
+    };
+}

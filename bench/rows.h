@@ -1,0 +1,41 @@
+#ifndef ROWS_H
+#define ROWS_H
+
+#include "inputs.h"
+
+#include <QList>
+#include <QString>
+
+#include <functional>
+
+/// What a row is compared with.
+enum class Base {
+    Load, ///< the floor's load of the same lines
+    Save, ///< the floor's save of the same lines
+};
+
+/// Times what it is given, with the layout of the window that follows; that returns what it has
+/// counted.
+using Timed = std::function<void(const std::function<qint64()> &)>;
+
+/// One line of the table.
+struct Row
+{
+    QString name;
+    Shape shape;
+    int lines; // of its file
+    double target; // greatest ratio to the base, 0 without one
+    std::function<void(const QString &input, const Timed &timed)> run;
+    Base base = Base::Load;
+};
+
+/// The rows of the floor program: its load, its save.
+QList<Row> floorRows(int lines);
+
+/// The rows of the program, for files of \p lines lines, in the order of the table.
+QList<Row> programRows(int lines);
+
+/// Files of awkward shapes.
+QList<Row> awkwardRows(int lines);
+
+#endif // ROWS_H
