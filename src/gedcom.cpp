@@ -135,8 +135,7 @@ private:
     bool m_updates;
 };
 
-/// Takes all rows out of the tree widget while it lives, and puts them back as they were, those
-/// deleted meanwhile hidden.
+/// Takes all rows out of the tree widget while it lives, and puts them back as they were.
 ///
 /// At every insertion in front of another row the framework walks its table of hidden, expanded and
 /// current rows, which does not shrink when rows are shown again: 26,000 cuts beside 80,000 hidden
@@ -170,11 +169,6 @@ public:
         m_tree->addTopLevelItems(m_rows);
         for (QTreeWidgetItem *row : std::as_const(m_hidden))
             row->setHidden(true);
-        for (QTreeWidgetItemIterator it(m_tree); *it; ++it) {
-            auto *twi = static_cast<TwItem *>(*it);
-            if (twi->isToDelete())
-                twi->setTwiHidden(true); // a row outside of the tree cannot be
-        }
         for (QTreeWidgetItem *row : std::as_const(m_expanded))
             row->setExpanded(true);
         if (m_current) {
@@ -269,13 +263,6 @@ T remembered(QHash<TwItem *, T> &known, TwItem *twi, const Find &find)
     return *it;
 }
 
-/// A text of the journal and its level.
-struct JournalLine
-{
-    QString log;
-    QString level;
-};
-
 using EntryIndex = QHash<QString, QList<TwItem *>>;
 
 /// Finds the entries of a list with a column equal to a text, as Gedcom::getTabTwItemsMatch does,
@@ -341,11 +328,6 @@ struct LinkPlace
 {
     TwItem *twiParent = nullptr;
     int indexTwiToInsert = -1; // among its children; -1 for a new note at the end
-
-    [[nodiscard]] bool isInFrontOfChildren() const
-    {
-        return indexTwiToInsert >= 0 && indexTwiToInsert < twiParent->childCount();
-    }
 };
 
 /// The first note of the event that holds links takes the next one, behind its last CONT. Deleted
@@ -660,14 +642,12 @@ int Gedcom::checkOversized()
         // First all the cuts, then what is told of them: no event may come while the rows are out
         // of the tree.
         QList<QStringList> splitLists;
-        splitLists.reserve(tooBigs);
         {
             const DetachedRows detachedRows(m_treeWidget);
+            // Not those that an event during the scan has deleted: their rest would be written.
+            splitLists = TwItem::splitAllOverSized(tabTotalTooBigs);
             QSet<TwItem *> parents;
             for (TwItem *twi : std::as_const(tabTotalTooBigs)) {
-                // An event during the scan may have deleted it: its rest would be written.
-                splitLists.append(twi->isToDelete() ? QStringList()
-                                                    : twi->splitTagOverSized(twi, {}));
                 parents.insert(twi); // the rest stands below the line or beside it
                 if (TwItem *parent = twi->getParent())
                     parents.insert(parent);
@@ -1137,10 +1117,9 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     bool lienAjoute = false; // by the present line; nothing is deleted without
     QMap<QString, QList<int>> listFullTagsEdited;
     QHash<QString, int> linkedMediaFiles; // how often the name is to be taken from listMediaFiles
-    QList<JournalLine> told; // by the present line
 
-    const auto tell = [&told](const QString &log) { told.append({log, u"INFO"_s}); };
-    const auto tellError = [&told](const QString &log) { told.append({log, u"ERROR"_s}); };
+    const auto tell = [this](const QString &log) { addToJournal(log, u"INFO"_s); };
+    const auto tellError = [this](const QString &log) { addToJournal(log, u"ERROR"_s); };
 
     const auto deleteWithChilds = [&](TwItem *twi) -> bool {
         if (!twi->getTabTwiChilds(true).isEmpty()) {
@@ -1249,29 +1228,8 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     };
 
     const PausedLayout pausedLayout(m_treeWidget);
-    // Where links go in front of other rows, all of them are set before any is told of: no event
-    // may come while the rows are out of the tree.
-    QList<QList<JournalLine>> toldAhead;
-    const bool setAhead =
-        urlEvt
-        && std::any_of(listTwiIndiAndFam.begin(), listTwiIndiAndFam.end(), [](TwItem *citation) {
-               return linkPlace(citation->getParent()).isInFrontOfChildren();
-           });
-    if (setAhead) {
-        const DetachedRows detachedRows(m_treeWidget);
-        for (const QString &line : std::as_const(linesFileUrl)) {
-            linkMedia(line);
-            toldAhead.append(std::exchange(told, {}));
-        }
-    }
     for (const QString &line : std::as_const(linesFileUrl)) {
-        if (setAhead)
-            told = toldAhead.at(countProgress);
-        else
-            linkMedia(line);
-        for (const auto &[log, level] : std::as_const(told))
-            addToJournal(log, level);
-        told.clear();
+        linkMedia(line);
         ++countProgress;
         const qsizetype journalSize = m_journal->size();
         if (showProgress(m_progress, countProgress) && m_journal->size() != journalSize) {

@@ -1,6 +1,7 @@
 #include "twitem.h"
 
 #include <QIcon>
+#include <QSet>
 
 #include <algorithm>
 #include <array>
@@ -67,13 +68,25 @@ bool lineBeginsWith(const TwItem *twi, QStringView prefix)
     return false;
 }
 
-/// Shortens the line of \p twi to the greatest size and puts the rest into a new CONC entry, which
-/// may still be too long. Null, with nothing changed, if the line fits or cannot be cut.
-TwItem *cutOff(TwItem *twi)
+bool isContinuation(const QString &tag)
+{
+    return tag == "CONT"_L1 || tag == "CONC"_L1;
+}
+
+/// What is cut off a line.
+struct Rest
+{
+    TwItem *twi = nullptr; // a new CONC entry that has no place yet
+    bool isBehind = false; // behind the line, else in front of the line's children
+};
+
+/// Shortens the line of \p twi, a child of \p parent, to the greatest size and returns the rest,
+/// which may still be too long. None, with nothing changed, if the line fits or cannot be cut.
+Rest takeRest(TwItem *twi, TwItem *parent)
 {
     const QString value = twi->text(ValueColumn);
     if (value.isEmpty() || lineSize(twi) <= MaxLineSize)
-        return nullptr;
+        return {};
 
     // Not negative: a level and tag of over 253 characters leave no room for any of the value.
     qsizetype lenghtColText = std::max<qsizetype>(0, MaxTextSize - twi->text(LevelColumn).size()
@@ -85,23 +98,52 @@ TwItem *cutOff(TwItem *twi)
 
     // The rest of a continuation stands behind it, that of another line in front of its children.
     // Read only now: what is left of a value can itself have the form of a tag.
-    const QString tag = twi->getTag();
-    const bool continuation = tag == "CONT"_L1 || tag == "CONC"_L1;
-    TwItem *parent = continuation ? twi->getParent() : twi;
+    const bool continuation = isContinuation(twi->getTag());
     // A continuation at the top of its record stays whole: its rest would stand beside the record,
     // in no list, and never reach the file. A section node lists none of its children.
-    if (!parent || (continuation && parent->getTabTwiChilds(false).isEmpty())) {
+    if (continuation && (!parent || parent->getTabTwiChilds(false).isEmpty())) {
         twi->setText(ValueColumn, value);
-        return nullptr;
+        return {};
     }
 
-    const int indexTwiInsert = continuation ? twi->getThisTwiIndexParent(twi) + 1 : 0;
-    QString line = continuation ? twi->text(LevelColumn) : QString::number(childLevel(twi));
     auto *twiConc = new TwItem(-1);
+    QString line = continuation ? twi->text(LevelColumn) : QString::number(childLevel(twi));
     line.append(" CONC "_L1).append(QStringView(value).mid(lenghtColText));
     twi->setTwiValuesFromStr(line, twiConc);
-    parent->insertTabChild(indexTwiInsert, twiConc);
-    return twiConc;
+    return {twiConc, continuation};
+}
+
+/// Puts what is cut off the line of \p twi into its place. Null if nothing is.
+TwItem *cutOff(TwItem *twi)
+{
+    const auto [rest, isBehind] = takeRest(twi, twi->getParent());
+    if (rest && isBehind)
+        twi->getParent()->insertTabChild(twi->getThisTwiIndexParent(twi) + 1, rest);
+    else if (rest)
+        twi->insertTabChild(0, rest);
+    return rest;
+}
+
+/// How the journal tells of a cut. \p concText quotes the new entry.
+QString cutLog(const QString &concText, TwItem *twiOri)
+{
+    return TwItem::tr("Ajout de la balise %1 complétant la balise %2%3")
+        .arg(concText, entryText(twiOri), lineReference(twiOri));
+}
+
+/// The entries of \p list, each followed by those that \p followers has for it.
+template <typename Item>
+QList<Item *> interleaved(const QList<Item *> &list,
+                          const QHash<const QTreeWidgetItem *, QList<TwItem *>> &followers)
+{
+    QList<Item *> all;
+    for (Item *item : list) {
+        all.append(item);
+        const auto found = followers.constFind(item);
+        if (found != followers.constEnd())
+            std::copy(found->begin(), found->end(), std::back_inserter(all));
+    }
+    return all;
 }
 
 } // namespace
@@ -259,27 +301,10 @@ bool TwItem::insertStrAtIndex(QString strToInsert, QString strToMatch, int twiCo
 
 void TwItem::insertTabChild(int twiIndex, TwItem *twiChild)
 {
-    if (twiIndex < 0 || twiIndex > childCount())
-        twiIndex = childCount();
-    insertChild(twiIndex, twiChild);
-    // At a root the index of the tree is wanted although the list holds all descendants: the new
-    // entry lands in file order only while the children before it have no children of their own.
-    m_tabTwiChilds.insert(std::min<qsizetype>(twiIndex, m_tabTwiChilds.size()), twiChild);
-
-    TwItem *root = isRoot() ? this : getParent();
-    while (root && !root->isRoot())
-        root = root->getParent();
-    if (root && root != this)
-        regenerateRootChilds(root);
-    // The list of the record is the one that is written. Its head need not be that root: a
-    // replacement can change any level, and the first record of a file can begin with another one.
-    TwItem *head = this;
-    for (TwItem *above = getParent(); above && !above->m_tabTwiChilds.isEmpty();
-         above = above->getParent()) {
-        head = above; // a section node lists none of its children
-    }
-    if (head != this && head != root)
-        regenerateRootChilds(head);
+    placeChild(twiIndex, twiChild);
+    const QList<TwItem *> stale = recordsWithStaleList();
+    for (TwItem *record : stale)
+        regenerateRootChilds(record);
 }
 
 QStringList TwItem::delChilds()
@@ -292,6 +317,11 @@ QStringList TwItem::delChilds()
         logs.append(twi->delChilds());
     }
     return logs;
+}
+
+bool TwItem::operator<(const QTreeWidgetItem &other) const
+{
+    return m_sortRank < static_cast<const TwItem &>(other).m_sortRank;
 }
 
 void TwItem::setTwiHidden(bool hide)
@@ -350,12 +380,84 @@ QStringList TwItem::splitTagOverSized(TwItem *twiOri, QStringList splitList)
     TwItem *twiConc = cutOff(twiOri);
     if (!twiConc)
         return splitList;
-    splitList.append(tr("Ajout de la balise %1 complétant la balise %2%3")
-                         .arg(entryText(twiConc), entryText(twiOri), lineReference(twiOri)));
+    splitList.append(cutLog(entryText(twiConc), twiOri));
     // The journal tells and counts the first cut alone.
     while (twiConc)
         twiConc = cutOff(twiConc);
     return splitList;
+}
+
+QList<QStringList> TwItem::splitAllOverSized(const QList<TwItem *> &entries)
+{
+    QList<QStringList> splitLists;
+    QSet<TwItem *> stale;
+    const auto renewStale = [&stale] {
+        for (TwItem *record : std::as_const(stale))
+            record->regenerateRootChilds(record);
+        stale.clear();
+    };
+    // Whether the tag is the one that stands in its column, whatever is cut off the value.
+    const auto hasPlainTag = [](const TwItem *twi) {
+        return twi->text(LevelColumn).size() == 1 && twi->text(LevelColumn) != "0"_L1
+            && isTag(twi->text(TagColumn));
+    };
+    const auto listsItsChilds = [](const TwItem *parent) -> bool {
+        if (parent->m_tabTwiChilds.size() != parent->childCount())
+            return false;
+        for (int i = 0; i < parent->childCount(); ++i) {
+            if (parent->child(i) != parent->m_tabTwiChilds.at(i))
+                return false;
+        }
+        return true;
+    };
+
+    for (auto it = entries.cbegin(); it != entries.cend();) {
+        TwItem *parent = (*it)->getParent();
+        const bool continuation = isContinuation((*it)->text(TagColumn));
+        const auto end = std::find_if_not(it, entries.cend(), [&](TwItem *twi) {
+            return twi->getParent() == parent && hasPlainTag(twi)
+                && isContinuation(twi->text(TagColumn)) == continuation;
+        });
+        if (continuation && stale.contains(parent))
+            renewStale();
+        if (it == end || !parent || (continuation && !listsItsChilds(parent))) {
+            renewStale();
+            splitLists.append((*it)->m_toDelete ? QStringList()
+                                                : (*it)->splitTagOverSized(*it, {}));
+            ++it;
+            continue;
+        }
+
+        // A run of siblings: their rests are put into place together.
+        const QString concPath = (parent->getFullTag() << u"CONC"_s).join(u'.') + u' ';
+        QHash<const QTreeWidgetItem *, QList<TwItem *>> followers;
+        for (; it != end; ++it) {
+            TwItem *twi = *it;
+            QStringList splitList;
+            TwItem *rest = twi->m_toDelete ? nullptr : takeRest(twi, parent).twi;
+            if (rest && continuation) {
+                splitList.append(cutLog(concPath + lineText(rest), twi));
+                for (; rest; rest = takeRest(rest, parent).twi)
+                    followers[twi].append(rest);
+            } else if (rest) {
+                twi->placeChild(0, rest);
+                splitList.append(cutLog(entryText(rest), twi));
+                for (int index = 1; (rest = takeRest(rest, twi).twi); ++index)
+                    twi->placeChild(index, rest);
+                const QList<TwItem *> records = twi->recordsWithStaleList();
+                stale.unite({records.begin(), records.end()});
+            }
+            splitLists.append(splitList);
+        }
+        if (!followers.isEmpty()) {
+            parent->addChildren(interleaved(parent->takeChildren(), followers));
+            parent->m_tabTwiChilds = interleaved(parent->m_tabTwiChilds, followers);
+            const QList<TwItem *> records = parent->recordsWithStaleList();
+            stale.unite({records.begin(), records.end()});
+        }
+    }
+    renewStale();
+    return splitLists;
 }
 
 bool TwItem::isTagMatch(QStringList fullTagsList)
@@ -495,6 +597,47 @@ QString TwItem::getAbsolutFileName(QString FileName) const
     // The level and the tag count as well: for the name "1" this is the level.
     const int column = getColumnIndexContainsString(FileName, false);
     return column == -1 ? QString() : bareFileName(text(column));
+}
+
+void TwItem::placeChild(int twiIndex, TwItem *twiChild)
+{
+    if (twiIndex < 0 || twiIndex > childCount())
+        twiIndex = childCount();
+    if (twiIndex < childCount() && treeWidget()) {
+        // For an insertion in front of a row the framework walks all hidden, expanded and current
+        // rows of the tree; behind the last one and then sorted, it looks at the siblings alone.
+        for (int i = twiIndex; i < childCount(); ++i)
+            static_cast<TwItem *>(child(i))->m_sortRank = 1;
+        addChild(twiChild);
+        sortChildren(LevelColumn, Qt::AscendingOrder);
+        for (int i = twiIndex; i < childCount(); ++i)
+            static_cast<TwItem *>(child(i))->m_sortRank = 0;
+    } else {
+        insertChild(twiIndex, twiChild);
+    }
+    // At a root the index of the tree is wanted although the list holds all descendants: the new
+    // entry lands in file order only while the children before it have no children of their own.
+    m_tabTwiChilds.insert(std::min<qsizetype>(twiIndex, m_tabTwiChilds.size()), twiChild);
+}
+
+QList<TwItem *> TwItem::recordsWithStaleList()
+{
+    TwItem *root = isRoot() ? this : getParent();
+    while (root && !root->isRoot())
+        root = root->getParent();
+    QList<TwItem *> records;
+    if (root && root != this)
+        records.append(root);
+    // The list of the record is the one that is written. Its head need not be that root: a
+    // replacement can change any level, and the first record of a file can begin with another one.
+    TwItem *head = this;
+    for (TwItem *above = getParent(); above && !above->m_tabTwiChilds.isEmpty();
+         above = above->getParent()) {
+        head = above; // a section node lists none of its children
+    }
+    if (head != this && head != root)
+        records.append(head);
+    return records;
 }
 
 void TwItem::regenerateRootChilds(TwItem *twiRoot)

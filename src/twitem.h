@@ -101,6 +101,10 @@ public:
     /// before. Leaves this entry alone.
     QStringList delChilds();
 
+    /// The order of siblings while one more is put among them; at any other time all are equal, so
+    /// that a sort changes nothing.
+    bool operator<(const QTreeWidgetItem &other) const override;
+
     /// Hides or shows the row. A deleted entry is never shown again.
     void setTwiHidden(bool hide);
 
@@ -120,6 +124,11 @@ public:
     /// CONC entries. Returns \p splitList with one journal text more, for the first cut alone, or
     /// unchanged if the line cannot be cut.
     QStringList splitTagOverSized(TwItem *twiOri, QStringList splitList);
+
+    /// Does what splitTagOverSized() does for each of \p entries that is not deleted, in time that
+    /// grows with their number. Returns the journal texts of each. The entries must be out of the
+    /// view, which would look for each row.
+    static QList<QStringList> splitAllOverSized(const QList<TwItem *> &entries);
 
     /// Whether one of the tag patterns names this entry: by its tag, or by its full tag, in which a
     /// component "*" stands for any one tag. An empty list names every entry, an empty pattern
@@ -151,12 +160,18 @@ public:
     [[nodiscard]] QString getAbsolutFileName(QString FileName) const;
 
 private:
+    /// Inserts the child, without a look at the list of the record.
+    void placeChild(int twiIndex, TwItem *twiChild);
+    /// The entries above whose list no longer is what the tree holds, once a child has been placed
+    /// here: normally the root.
+    [[nodiscard]] QList<TwItem *> recordsWithStaleList();
     void regenerateRootChilds(TwItem *twiRoot);
     void listChilds(TwItem *twiRoot, TwItem *currentTwi);
     void setIco(const QIcon &ico);
 
     QList<TwItem *> m_tabTwiChilds;
     bool m_toDelete = false;
+    quint8 m_sortRank = 0; // while a child is put into its place, 1 behind it
     int m_numLineGedFile = -1;
 };
 

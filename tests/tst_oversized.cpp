@@ -94,6 +94,8 @@ private slots:
     void deletionDuringTheScan();
     void foldingGivesTheValuesBack_data();
     void foldingGivesTheValuesBack();
+    void allAtOnceAsOneByOne_data();
+    void allAtOnceAsOneByOne();
 };
 
 void TstOversized::cut_data()
@@ -808,6 +810,98 @@ void TstOversized::foldingGivesTheValuesBack()
     // Once more, now in front of the rows that are folded and hidden.
     doc.gedcom.checkOversized();
     QCOMPARE(doc.lines(), cut);
+}
+
+void TstOversized::allAtOnceAsOneByOne_data()
+{
+    QTest::addColumn<quint32>("seed");
+    QTest::addColumn<QStringList>("replacement"); // text, replacement, tags; or none
+    for (quint32 seed = 1; seed <= 12; ++seed) {
+        QTest::addRow("records %u", seed) << seed << QStringList{};
+        QTest::addRow("records %u, levels replaced", seed)
+            << seed << QStringList{u"2"_s, u"0"_s, u"NOTE"_s};
+        QTest::addRow("records %u, tags replaced", seed)
+            << seed << QStringList{u"TITL"_s, u"CONT"_s, u"TITL"_s};
+        QTest::addRow("records %u, root replaced", seed)
+            << seed << QStringList{u"0"_s, u"00"_s, u"SOUR"_s};
+    }
+}
+
+// Siblings that are cut one after the other are put into place together.
+void TstOversized::allAtOnceAsOneByOne()
+{
+    QFETCH(const quint32, seed);
+    QFETCH(const QStringList, replacement);
+    QRandomGenerator random(seed);
+    const QStringList tags{u"NOTE"_s, u"CONT"_s, u"CONC"_s, u"TITL"_s, u"x"_s, longTag(249)};
+    const QStringList values{u""_s,
+                             u"court"_s,
+                             run(248),
+                             run(251),
+                             run(800),
+                             run(247) + " a"_L1,
+                             "NOTEC"_L1 + run(300),
+                             QString(600, u' ')};
+    QStringList lines;
+    for (int record = 1; record <= 6; ++record) {
+        lines += u"0 @S%1@ SOUR"_s.arg(record);
+        // Some records have lines of one level alone, some of one tag.
+        const int levels = record % 3 + 1;
+        const qsizetype tagCount = record % 2 ? tags.size() : 2;
+        int level = 0;
+        for (int i = 0; i < 40; ++i) {
+            level = int(random.bounded(1, std::min(level + 1, levels) + 1));
+            lines += QString::number(level) + u' ' + tags.at(random.bounded(int(tagCount))) + u' '
+                   + values.at(random.bounded(int(values.size())));
+        }
+    }
+
+    Document together;
+    Document apart;
+    for (Document *doc : {&together, &apart}) {
+        QVERIFY(doc->load(lines));
+        if (!replacement.isEmpty())
+            doc->gedcom.searchAndReplace(replacement.at(0), replacement.at(1), replacement.at(2),
+                                         true, false);
+        // Deleted entries are passed over.
+        doc->gedcom.delListTag({u"SOUR.TITL"_s}, false, true, false, false, {});
+        doc->newJournal();
+    }
+    together.gedcom.checkOversized();
+
+    QStringList logs;
+    const QList<TwItem *> entries = apart.gedcom.getTabTotalTwItems();
+    for (TwItem *twi : entries) {
+        if (lineSize(twi) > MaxLineSize)
+            logs = twi->splitTagOverSized(twi, logs);
+    }
+    QVERIFY(!logs.isEmpty());
+    for (QString &log : logs)
+        log.prepend("INFO : "_L1);
+    QCOMPARE(together.newJournal().mid(1, logs.size()), logs);
+    QCOMPARE(together.lines(), apart.lines());
+
+    const auto rows = [](Document *doc) {
+        QStringList texts;
+        for (QTreeWidgetItemIterator it(&doc->tree); *it; ++it) {
+            int depth = 0;
+            for (const QTreeWidgetItem *above = (*it)->parent(); above; above = above->parent())
+                ++depth;
+            texts += QString(depth, u'>') + lineText(static_cast<TwItem *>(*it));
+        }
+        return texts;
+    };
+    QCOMPARE(rows(&together), rows(&apart));
+    const QList<TwItem *> allTogether = together.gedcom.getTabTotalTwItems();
+    const QList<TwItem *> allApart = apart.gedcom.getTabTotalTwItems();
+    QCOMPARE(allTogether.size(), allApart.size());
+    for (qsizetype i = 0; i < allApart.size(); ++i) {
+        const QList<TwItem *> children = allTogether.at(i)->getTabTwiChilds(false);
+        const QList<TwItem *> expected = allApart.at(i)->getTabTwiChilds(false);
+        QCOMPARE(children.size(), expected.size());
+        for (qsizetype k = 0; k < expected.size(); ++k)
+            QCOMPARE(lineText(children.at(k)), lineText(expected.at(k)));
+    }
 }
 
 VARLUNE_TEST_MAIN(TstOversized)
