@@ -1,17 +1,19 @@
 #!/usr/bin/env bash
 # Shows the program at work, on a virtual X server and by the keyboard alone, as a user would: opens
 # a copy of the sample family, plays the sequence beside the program, which saves, and prints where
-# everything is.
+# everything is. The program runs in the folder of that copy, from which the paths of the sequence
+# start.
 #
 #   demonstration.sh PROGRAM FOLDER     FOLDER is emptied first
 set -euo pipefail
 
 program=$(realpath "$1")
-family=$(realpath "$(dirname "${BASH_SOURCE[0]}")")/famille.ged
+samples=$(realpath "$(dirname "${BASH_SOURCE[0]}")")
 rm -rf "$2"
-mkdir -p "$2"
+mkdir -p "$2/medias_a_garder"
 folder=$(realpath "$2")
-cp "$family" "$folder/famille.ged"
+cp -r "$samples"/{famille.ged,correspondance.csv,medias} "$folder/"
+cd "$folder"
 
 server= window_program=
 stop()
@@ -56,7 +58,9 @@ xdotool windowfocus --sync "$main_window"
 
 # The first entry of the first menu opens a file.
 keys alt Down Return
-until_true visible 'Ouvrir un fichier Gedcom'
+# A dialog is seen before it takes the keys.
+focused() { xdotool getwindowfocus getwindowname | grep -x "$1"; }
+until_true focused 'Ouvrir un fichier Gedcom'
 xdotool type --delay 10 "$folder/famille.ged"
 keys Return
 gone() { ! visible "$1"; }
@@ -73,10 +77,11 @@ answer_or_journal() { visible '^Journal$' || { visible '^Erreur$' && keys Return
 until_true answer_or_journal
 sleep 1
 import -window root "$folder/2-journal.png"
-journal=$(compgen -G "$folder/ARCH/*/journal.*.famille.ged" | tail -n 1)
+journal=$(printf '%s\n' "$folder"/ARCH/*/journal.*.famille.ged | tail -n 1)
 archive=${journal/journal./}
 
-echo "The rewritten file:  $folder/famille.ged ($(wc -l <"$folder/famille.ged") lines, $(wc -l <"$family") before)"
+echo "The rewritten file:  $folder/famille.ged ($(wc -l <"$folder/famille.ged") lines, $(wc -l <"$samples/famille.ged") before)"
 echo "The archive copy:    $archive"
 echo "The journal:         $journal ($(wc -l <"$journal") lines)"
+echo "The media kept:      $folder/medias_a_garder ($(ls "$folder/medias_a_garder" | wc -l) of $(ls "$samples/medias" | wc -l) files)"
 echo "Screenshots:         $folder/1-ouvert.png 2-journal.png"

@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QEvent>
 #include <QFile>
+#include <QFileInfo>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -28,20 +29,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// No widget shows the list of correspondence files. An explicit instantiation may name a private
-// member, and so hands it out.
-QStringList MainWindow::*filesImportMember();
-
-template <QStringList MainWindow::*member>
-struct Expose
-{
-    friend QStringList MainWindow::*filesImportMember()
-    {
-        return member;
-    }
-};
-template struct Expose<&MainWindow::m_filesImport>;
 
 /// A key that fills the form, and what it fills.
 struct Key
@@ -182,6 +169,17 @@ public:
     QStringList runJournal() const
     {
         return journal().mid(m_journalSeen);
+    }
+    /// The correspondence files. No widget shows them, but a run tells which ones it loads, up to
+    /// the first that is not there.
+    QStringList filesImport() const
+    {
+        const qsizetype before = journal().size();
+        set({u"gbSetURLLinks"_s, u"leStrPlitCsv=,"_s});
+        click(u"pbApply"_s);
+        const QString loading = u"INFO : Chargement du fichier de correspondance "_s;
+        QStringList files = journal().mid(before).filter(loading);
+        return files.replaceInStrings(loading, QString());
     }
     /// The tags of the entries that were deleted, in the order of the journal.
     QString deleted() const
@@ -515,9 +513,9 @@ void TstInifiles::orderOfTheKeys()
     QFETCH(QByteArray, file);
     QFETCH(QStringList, state);
 
-    const auto window = makeWindow(file);
-    QStringList filled = formState(window.get());
-    const QStringList files = window.get()->*filesImportMember();
+    const Form form(Person, file);
+    QStringList filled = form.state();
+    const QStringList files = form.filesImport();
     if (!files.isEmpty())
         filled += u"m_filesImport="_s + files.join(u';');
     filled.sort();
@@ -607,10 +605,12 @@ void TstInifiles::listOfFiles_data()
 
     QTest::newRow("no key") << QByteArray("delTags=true") << QStringList{};
     QTest::newRow("no value") << QByteArray("urlFilesIndex=") << QStringList{};
-    QTest::newRow("backslashes") << QByteArray("urlFilesIndex=C:\\a\\b.csv;C:\\c.csv")
-                                 << QStringList{u"C:/a/b.csv"_s, u"C:/c.csv"_s};
-    QTest::newRow("empty parts stay")
-        << QByteArray("urlFilesIndex=a;;b;") << QStringList{u"a"_s, {}, u"b"_s, {}};
+    QTest::newRow("backslashes") << QByteArray("urlFilesIndex=a\\b\\c.csv;C:\\d.csv")
+                                 << QStringList{u"a/b/c.csv"_s, u"C:/d.csv"_s};
+    QTest::newRow("an empty part at the end stays")
+        << QByteArray("urlFilesIndex=a;b;") << QStringList{u"a"_s, u"b"_s, {}};
+    QTest::newRow("an empty part in the middle stays, and is as far as a run gets")
+        << QByteArray("urlFilesIndex=a;;b") << QStringList{u"a"_s, {}};
     QTest::newRow("parts are not trimmed")
         << QByteArray("urlFilesIndex= a ; b") << QStringList{u" a "_s, u" b"_s};
     QTest::newRow("a list takes the place of the one before")
@@ -624,8 +624,14 @@ void TstInifiles::listOfFiles()
     QFETCH(QByteArray, file);
     QFETCH(QStringList, files);
 
-    const auto window = makeWindow(file);
-    QCOMPARE(window.get()->*filesImportMember(), files);
+    const Form form(Person, file);
+    const CurrentFolder current(form.folder());
+    const QStringList present = files.mid(0, files.size() - 1);
+    for (const QString &path : present) {
+        QDir().mkpath(QFileInfo(path).path());
+        writeBytes(path, {});
+    }
+    QCOMPARE(form.filesImport(), files);
 }
 
 void TstInifiles::correspondenceFiles_data()
@@ -1666,9 +1672,14 @@ void TstInifiles::arguments()
 void TstInifiles::orderOfTheOperations()
 {
     Form form({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NAME Jean/DUPONT/"_s,
-               u"1 NOTE https://a.test/n"_s, u"1 TITL maire"_s, u"0 @O1@ OBJE"_s,
-               u"1 FILE https://b.test/a.jpg"_s});
-    form.set({u"gbReplaceString"_s, u"leTextOri=Jean /"_s, u"leTextDest=Paul /"_s,
+               u"1 NOTE https://a.test/n"_s, u"1 TITL maire"_s, u"1 BIRT"_s, u"2 SOUR @S1@"_s,
+               u"0 @S1@ SOUR"_s, u"1 OBJE @O1@"_s, u"0 @O1@ OBJE"_s,
+               u"1 FILE https://b.test/a.jpg"_s},
+              "urlFilesIndex=liste.csv\n");
+    const CurrentFolder current(form.folder());
+    writeLines(form.path(u"liste.csv"_s), {u"a.jpg,https://c.test/a"_s});
+    form.set({u"gbSetURLLinks"_s, u"leStrPlitCsv=,"_s, u"cbUrlInEvt"_s, u"cbUrlInSour"_s,
+              u"gbReplaceString"_s, u"leTextOri=Jean /"_s, u"leTextDest=Paul /"_s,
               u"gbMoveTagContent"_s, u"leTagSour=INDI.NAME"_s, u"leTagDest=INDI.TITL"_s,
               u"cbCpSourDestContent"_s, u"gbReplaceMediaPath"_s, u"leNewMediaPath=photos"_s,
               u"gbClickablesLinks"_s, u"gbDelTags"_s, u"leTagsToDel=NOTE"_s, u"cbEspacer"_s});
@@ -1686,8 +1697,10 @@ void TstInifiles::orderOfTheOperations()
                               u"1 noms espacés."_s,
                               u"Suppression des balises en cours..."_s,
                               u"1 balises supprimées."_s,
+                              u"Ajout des URL médias en cours..."_s,
+                              u"1 URL médias ajoutées."_s,
                               u"Modification des URL en cours..."_s,
-                              u"1 URL modifiés."_s,
+                              u"3 URL modifiés."_s,
                               u"Modification des chemins médias en cours..."_s,
                               u"1 chemins modifiés."_s,
                               u"Déplacement des balises en cours..."_s,
@@ -1701,13 +1714,25 @@ void TstInifiles::orderOfTheOperations()
                  u"INFO : 1 entrées INDI.NAME  modifiées."_s,
                  u"INFO : Suppression de l'entrée : INDI.NOTE 1 NOTE https://a.test/n (l.5)"_s,
                  u"INFO : 1 suppressions effectuées."_s,
-                 u"INFO : Recherche dans 1 lignes de liens hypertexte."_s,
+                 u"INFO : Chargement du fichier de correspondance liste.csv"_s,
+                 u"INFO : 1 correspondances à ajouter."_s,
+                 u"INFO : Ajout de la balise SOUR.WWW https://c.test/a référençant la balise "
+                 "OBJE.FILE a.jpg (l.12)"_s,
+                 u"INFO : Ajout de la balise INDI.BIRT 2 NOTE Source : https://c.test/a "
+                 "référençant la source @S1@ (l.9)"_s,
+                 u"INFO : Ajout de 1 balises SOUR.WWW"_s,
+                 u"INFO : Ajout de 1 balises INDI.BIRT.NOTE"_s,
+                 u"INFO : Recherche dans 3 lignes de liens hypertexte."_s,
+                 u"INFO : Modification du lien INDI.BIRT.NOTE Source : "
+                 "[https://c.test/a](https://c.test/a) (l.-1)"_s,
+                 u"INFO : Modification du lien SOUR.WWW [https://c.test/a](https://c.test/a) "
+                 "(l.-1)"_s,
                  u"INFO : Modification du lien OBJE.FILE "
-                 "[https://b.test/a.jpg](https://b.test/a.jpg) (l.8)"_s,
-                 u"INFO : Modification de 1 liens hypertexte terminée."_s,
+                 "[https://b.test/a.jpg](https://b.test/a.jpg) (l.12)"_s,
+                 u"INFO : Modification de 3 liens hypertexte terminée."_s,
                  u"INFO : 1 entrées OBJE.FILE trouvées."_s,
                  u"INFO : Modification de OBJE.FILE "
-                 "[https://b.test/a.jpg](https://b.test/a.jpg) en photos/a.jpg) (l.8)"_s,
+                 "[https://b.test/a.jpg](https://b.test/a.jpg) en photos/a.jpg) (l.12)"_s,
                  u"INFO : 1 chemins modifiés."_s,
                  u"INFO : Modification de l'entrée : INDI.TITL 1 TITL maire (l.6) en Jean "
                  "/DUPONT/ (l.4)"_s,
@@ -1724,12 +1749,16 @@ void TstInifiles::groupsAreReadWhenTheirTurnComes()
 {
     Form form({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NAME Jean/DUPONT/"_s,
                u"1 NOTE court"_s, u"1 TITL maire"_s, u"1 WWW https://a.test/w"_s, u"0 @O1@ OBJE"_s,
-               u"1 FILE media/a.jpg"_s});
+               u"1 FILE media/a.jpg"_s, u"0 @S1@ SOUR"_s, u"1 OBJE @O1@"_s},
+              "urlFilesIndex=liste.csv\n");
+    const CurrentFolder current(form.folder());
+    writeLines(form.path(u"liste.csv"_s), {u"a.jpg;https://c.test/a"_s});
     // What the user does while a text stands in the status bar.
     const QMap<QString, QStringList> edits{
         {u"0 balises CONC reconcaténées."_s, {u"cbEspacer"_s, u"gbClickablesLinks"_s}},
         {u"1 noms espacés."_s, {u"gbDelTags"_s, u"leTagsToDel=NOTE"_s, u"cbDelEmptyTags"_s}},
-        {u"0 balises supprimées."_s, {u"rbHtml"_s, u"leTagToClickable=TITL"_s}},
+        {u"0 balises supprimées."_s, {u"gbSetURLLinks"_s, u"leStrPlitCsv=;"_s, u"cbUrlInSour"_s}},
+        {u"1 URL médias ajoutées."_s, {u"rbHtml"_s, u"leTagToClickable=TITL"_s}},
         {u"0 URL modifiés."_s, {u"gbReplaceMediaPath"_s, u"cbDelMediaPath"_s}},
         {u"1 chemins modifiés."_s,
          {u"gbMoveTagContent"_s, u"leTagSour=INDI.NAME"_s, u"leTagDest=INDI.TITL"_s,
@@ -1753,6 +1782,11 @@ void TstInifiles::groupsAreReadWhenTheirTurnComes()
                  u"INFO : Modification de INDI.NAME Jean/DUPONT/ en Jean /DUPONT/ (l.4)"_s,
                  u"INFO : 1 entrées INDI.NAME  modifiées."_s,
                  u"INFO : 0 suppressions effectuées."_s,
+                 u"INFO : Chargement du fichier de correspondance liste.csv"_s,
+                 u"INFO : 1 correspondances à ajouter."_s,
+                 u"INFO : Ajout de la balise SOUR.WWW https://c.test/a référençant la balise "
+                 "OBJE.FILE a.jpg (l.9)"_s,
+                 u"INFO : Ajout de 1 balises SOUR.WWW"_s,
                  u"INFO : Recherche dans 0 lignes de liens hypertexte."_s,
                  u"INFO : Modification de 0 liens hypertexte terminée."_s,
                  u"INFO : 1 entrées OBJE.FILE trouvées."_s,
@@ -1765,7 +1799,7 @@ void TstInifiles::groupsAreReadWhenTheirTurnComes()
                  u"INFO : Remplacement de 'INDI.TITL maire' par 'curé' (l.6)"_s,
                  u"INFO : 1 remplacements effectués."_s,
              }));
-    QCOMPARE(form.state(), QStringList{u"rbHtml"_s});
+    QCOMPARE(form.state(), (QStringList{u"cbUrlInEvt"_s, u"rbHtml"_s}));
 }
 
 VARLUNE_TEST_MAIN(TstInifiles)

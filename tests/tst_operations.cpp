@@ -4,7 +4,11 @@
 #include "window.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
+#include <QMap>
+#include <QScopeGuard>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -29,11 +33,27 @@ QStringList operations()
     return folders;
 }
 
+/// The bytes of all files below a folder, by their path in it.
+QMap<QString, QByteArray> filesBelow(const QString &folder)
+{
+    QMap<QString, QByteArray> files;
+    QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString path = it.next();
+        files.insert(QDir(folder).relativeFilePath(path), readBytes(path));
+    }
+    return files;
+}
+
 } // namespace
 
 /// Plays whole files: a case is "cas.avant.ged", the "cas.sequence" that is played on it, the
 /// "cas.apres.ged" that is saved, and "cas.journal.txt", what the journal has gained by then, less
-/// its times. The texts of the messages, where there are any, stand in "cas.messages.txt".
+/// its times and with the folder of the file as DOSSIER. The texts of the messages, where there are
+/// any, stand in "cas.messages.txt".
+///
+/// What is in "cas.fichiers" lies beside the file, in the folder from which paths start, with an
+/// empty folder "choix"; "cas.copies" is what that holds afterwards.
 class TstOperations : public QObject
 {
     Q_OBJECT
@@ -63,14 +83,34 @@ void TstOperations::cases()
 
     const AnsweredBoxes boxes;
     const Session session;
+    QMap<QString, QByteArray> files = filesBelow(path + ".fichiers"_L1);
+    for (auto it = files.cbegin(); it != files.cend(); ++it) {
+        QDir().mkpath(QFileInfo(session.path(it.key())).path());
+        writeBytes(session.path(it.key()), it.value());
+    }
+    QVERIFY(QDir().mkdir(session.path(u"choix"_s)));
+    const QString former = QDir::currentPath();
+    QDir::setCurrent(session.folder());
+    const auto goBack = qScopeGuard([&former] { QDir::setCurrent(former); });
+
     session.window->show();
-    writeBytes(session.path(), readBytes(path + ".avant.ged"_L1));
+    const QByteArray before = readBytes(path + ".avant.ged"_L1);
+    writeBytes(session.path(), before);
     session.open(session.path());
     const qsizetype loaded = session.journal().size();
     session.play(readBytes(path + ".sequence"_L1));
-    const QStringList journal = session.journal().mid(loaded);
-    session.trigger(u"actionEnregistrerFichier"_s);
+    QStringList journal = session.journal().mid(loaded);
+    journal.replaceInStrings(session.folder(), u"DOSSIER"_s);
 
+    const QMap<QString, QByteArray> copies = filesBelow(path + ".copies"_L1);
+    for (auto it = copies.cbegin(); it != copies.cend(); ++it)
+        files.insert("choix/"_L1 + it.key(), it.value());
+    files.insert(u"arbre.ged"_s, before);
+    const QMap<QString, QByteArray> found = filesBelow(session.folder());
+    QCOMPARE(QStringList(found.keys()), QStringList(files.keys()));
+    QCOMPARE(found, files);
+
+    session.trigger(u"actionEnregistrerFichier"_s);
     const QString messages = path + ".messages.txt"_L1;
     QCOMPARE(readLines(session.path()), readLines(path + ".apres.ged"_L1));
     QCOMPARE(journal, readLines(path + ".journal.txt"_L1));
@@ -87,8 +127,11 @@ void TstOperations::everyFileBelongsToACase()
         for (const QString &name : names) {
             known += {name + ".apres.ged"_L1, name + ".avant.ged"_L1, name + ".journal.txt"_L1,
                       name + ".sequence"_L1};
-            if (QFile::exists(Data + operation + u'/' + name + ".messages.txt"_L1))
-                known += name + ".messages.txt"_L1;
+            for (const QString &extra :
+                 {name + ".messages.txt"_L1, name + ".fichiers"_L1, name + ".copies"_L1}) {
+                if (QFile::exists(Data + operation + u'/' + extra))
+                    known += extra;
+            }
         }
         known.sort();
         QStringList found =

@@ -2,7 +2,6 @@
 #include "document.h"
 #include "fenjournal.h"
 #include "filedialogs.h"
-#include "mainwindow.h"
 #include "markingtranslator.h"
 #include "testmain.h"
 #include "window.h"
@@ -19,20 +18,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// No widget shows the list of correspondence files. An explicit instantiation may name a private
-// member, and so hands it out.
-QStringList MainWindow::*filesImportMember();
-
-template <QStringList MainWindow::*member>
-struct Expose
-{
-    friend QStringList MainWindow::*filesImportMember()
-    {
-        return member;
-    }
-};
-template struct Expose<&MainWindow::m_filesImport>;
 
 /// A picker of tags, the field that it fills, and the group of both.
 struct Picker
@@ -85,9 +70,17 @@ public:
         QDir().mkpath(path(name));
         return path(name);
     }
+    /// The correspondence files. No widget shows them, but a run tells which ones it loads.
     [[nodiscard]] QStringList filesImport() const
     {
-        return window.get()->*filesImportMember();
+        const AnsweredBoxes boxes;
+        const qsizetype before = journal().size();
+        set({u"gbSetURLLinks"_s, u"leStrPlitCsv=,"_s});
+        click(u"pbApply"_s);
+        set({u"gbSetURLLinks"_s}); // as it was, since a run empties the form
+        const QString loading = u"INFO : Chargement du fichier de correspondance "_s;
+        QStringList files = journal().mid(before).filter(loading);
+        return files.replaceInStrings(loading, QString());
     }
 
     /// Clicks on the row of that line, or on the section node of that name.
@@ -609,7 +602,7 @@ void TstPickers::documentIsLeftAlone()
         const AnsweredFileDialogs dialogs(session.path(u"arbre.csv"_s));
         writeBytes(session.path(u"arbre.csv"_s), {});
         session.click(u"pbImportCsvLinks"_s);
-        QCOMPARE(session.filesImport().size(), 1);
+        QCOMPARE(dialogs.count(), 1);
     }
     for (const QString &box :
          {u"cbDelIfContent"_s, u"cbDelMediaPath"_s, u"cbUrlInEvt"_s, u"cbUrlInSour"_s})
