@@ -1,0 +1,1015 @@
+#include "boxes.h"
+#include "debuglistener.h"
+#include "document.h"
+#include "markingtranslator.h"
+#include "progresslog.h"
+#include "testmain.h"
+#include "twitem.h"
+#include "window.h"
+
+#include <QAbstractButton>
+#include <QCoreApplication>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QRegularExpression>
+#include <QStatusBar>
+#include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The records stand in the order of their sections, so that the rows of the tree are in that of the
+// file. No line stands twice.
+const QStringList Family{
+    u"0 HEAD"_s, // 1
+    u"1 CHAR UTF-8"_s,
+    u"0 @I1@ INDI"_s, // 3
+    u"1 NAME Jean /MARTIN/"_s,
+    u"1 SEX M"_s,
+    u"1 BIRT"_s, // 6
+    u"2 DATE 12 MAR 1805"_s,
+    u"2 PLAC Saint-Étienne"_s,
+    u"2 SOUR @S1@"_s,
+    u"3 DATA"_s,
+    u"4 TEXT vu le 7, abc"_s,
+    u"0 @I12@ INDI"_s, // 12
+    u"1 NAME Anne /Martin/"_s,
+    u"1 NOTE a.c"_s,
+    u"0 @F1@ FAM"_s, // 15
+    u"1 HUSB @I1@"_s,
+    u"1 WIFE @I12@"_s,
+    u"0 @S1@ SOUR"_s, // 18
+    u"1 TITL Registre (1805)"_s,
+};
+
+constexpr int SectionNodes = 7; // the first rows at the top of the tree
+
+const QString Hint = u"Valider la recherche par la touche entrée"_s;
+const QString Sensitive = u"cbFiltreSensible"_s;
+const QString Regex = u"cbFiltrerRegex"_s;
+
+/// The numbers from \p first to \p last, with a blank between them.
+QString span(qsizetype first, qsizetype last)
+{
+    QStringList numbers;
+    for (qsizetype i = first; i <= last; ++i)
+        numbers += QString::number(i);
+    return numbers.join(u' ');
+}
+
+/// The rows of a tree in which those lines are visible that \p shown tells by their numbers.
+QStringList marked(const QStringList &lines, const QString &shown)
+{
+    QStringList numbers = shown.split(u' ', Qt::SkipEmptyParts);
+    QStringList rows;
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const bool visible = numbers.removeAll(QString::number(i + 1)) > 0;
+        rows += (visible ? "visible: "_L1 : "hidden: "_L1) + lines.at(i);
+    }
+    return rows + numbers; // what is no line makes a difference, too
+}
+
+/// The same with all lines visible but those of \p hidden.
+QStringList markedBut(const QStringList &lines, const QString &hidden)
+{
+    QStringList numbers = span(1, lines.size()).split(u' ');
+    const QStringList out = hidden.split(u' ', Qt::SkipEmptyParts);
+    for (const QString &number : out)
+        numbers.removeOne(number);
+    return marked(lines, numbers.join(u' '));
+}
+
+/// A header and \p persons, each with a name that ends in its number.
+QStringList crowd(int persons)
+{
+    QStringList lines{u"0 HEAD"_s, u"1 CHAR UTF-8"_s};
+    for (int i = 1; i <= persons; ++i)
+        lines += {u"0 @I%1@ INDI"_s.arg(i), u"1 NAME Jean %1"_s.arg(i)};
+    return lines;
+}
+
+/// The window with a file that was opened by its menu.
+class Form : public Session
+{
+public:
+    explicit Form(const QStringList &lines = Family)
+    {
+        window->show();
+        load(lines + QStringList{u"0 TRLR"_s});
+        QObject::connect(statusBar(), &QStatusBar::messageChanged, window.get(),
+                         [this](const QString &text) { m_told += text; });
+    }
+
+    QStatusBar *statusBar() const
+    {
+        return find<QStatusBar>(u"statusbar"_s);
+    }
+    QLineEdit *field() const
+    {
+        return find<QLineEdit>(u"leRecherche"_s);
+    }
+
+    /// Types \p text over what stands in the field.
+    void type(const QString &text) const
+    {
+        field()->selectAll();
+        if (text.isEmpty())
+            QTest::keyClick(field(), Qt::Key_Delete);
+        for (const QChar letter : text) // which need not be one of ASCII
+            QTest::sendKeyEvent(QTest::Click, field(), Qt::Key_unknown, letter, Qt::NoModifier);
+        QCOMPARE(field()->text(), text);
+    }
+    void enter() const
+    {
+        QTest::keyClick(field(), Qt::Key_Return);
+    }
+    void search(const QString &text) const
+    {
+        type(text);
+        enter();
+    }
+    void toggle(const QString &box) const
+    {
+        const bool before = isChecked(box);
+        clickIndicator(find<QAbstractButton>(box));
+        QCOMPARE(isChecked(box), !before);
+    }
+    void apply(const QStringList &settings) const
+    {
+        set(settings);
+        click(u"pbApply"_s);
+    }
+
+    /// The status texts that have come since the last call of this.
+    QStringList takeTold()
+    {
+        return std::exchange(m_told, {});
+    }
+
+    /// All rows of the tree but the section nodes, the hidden ones too.
+    QList<TwItem *> entries() const
+    {
+        QList<TwItem *> entries;
+        for (QTreeWidgetItemIterator it(tree()); *it; ++it) {
+            if ((*it)->parent() || tree()->indexOfTopLevelItem(*it) >= SectionNodes)
+                entries += static_cast<TwItem *>(*it);
+        }
+        return entries;
+    }
+    /// Each entry with its own state, whatever the state of those above it.
+    QStringList rows() const
+    {
+        QStringList rows;
+        const QList<TwItem *> tabTwi = entries();
+        for (const TwItem *twi : tabTwi)
+            rows += (twi->isHidden() ? "hidden: "_L1 : "visible: "_L1) + lineText(twi);
+        return rows;
+    }
+    /// What can be seen of the whole tree, section nodes included, when all rows are expanded.
+    QStringList onScreen() const
+    {
+        tree()->expandAll();
+        QStringList lines;
+        for (QTreeWidgetItem *row = tree()->topLevelItem(0); row; row = tree()->itemBelow(row))
+            lines += lineText(static_cast<TwItem *>(row));
+        return lines;
+    }
+
+private:
+    QStringList m_told;
+};
+
+} // namespace
+
+class TstSearch : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void usableWithAFileOnly();
+    void everyEntryIsCounted();
+    void search_data();
+    void search();
+    void eachSearchStartsFromTheFullTree();
+    void enterOfTheKeypad();
+    void typingLeavesTheTree();
+    void togglesRunTheSearch();
+    void toggleTakesTheTextAsItStands_data();
+    void toggleTakesTheTextAsItStands();
+    void toggleWithoutTextShowsEverything_data();
+    void toggleWithoutTextShowsEverything();
+    void invalidExpression_data();
+    void invalidExpression();
+    void ancestorsAreOnScreen();
+    void sectionNodesTakeNoPart();
+    void submittersAreAlwaysCounted();
+    void recordOfUnknownKind();
+    void deletedEntriesStayHidden_data();
+    void deletedEntriesStayHidden();
+    void continuations();
+    void rowsOfACut();
+    void changedLevels_data();
+    void changedLevels();
+    void inTheMidstOfADeletion();
+    void onlyHides();
+    void savedWithHiddenRows_data();
+    void savedWithHiddenRows();
+    void noEventsAndNoProgress();
+    void textsAreTranslated();
+};
+
+void TstSearch::usableWithAFileOnly()
+{
+    const QStringList controls{u"leRecherche"_s, Sensitive, Regex};
+    const Session empty;
+    const Form form;
+    for (const QString &control : controls) {
+        QVERIFY2(!empty.isEnabled(control), qPrintable(control));
+        QVERIFY2(form.isEnabled(control), qPrintable(control));
+    }
+    for (const QString &box : {Sensitive, Regex}) {
+        empty.find<QAbstractButton>(box)->click();
+        QVERIFY2(!empty.isChecked(box), qPrintable(box));
+        QVERIFY2(!form.isChecked(box), qPrintable(box));
+    }
+    QCOMPARE(empty.status(), QString());
+    QCOMPARE(form.text(u"leRecherche"_s), QString());
+}
+
+void TstSearch::everyEntryIsCounted()
+{
+    const QStringList lines = crowd(599);
+    const Form form(lines);
+    form.enter();
+    QCOMPARE(form.status(), u"1200/1200 entrées affichées."_s);
+    QCOMPARE(form.rows(), markedBut(lines, {}));
+
+    form.search(u"Jean 59"_s); // 59, and 590 to 599
+    QCOMPARE(form.status(), u"22/1200 entrées affichées."_s);
+    form.search(u"zzz"_s);
+    QCOMPARE(form.status(), u"0/1200 entrées affichées."_s);
+    QCOMPARE(form.rows(), marked(lines, {}));
+}
+
+void TstSearch::search_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("boxes");
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<QString>("status");
+
+    const auto row = [](const char *name, const QString &text, const QString &shown,
+                        const QString &status, const QStringList &boxes = {}) {
+        QTest::newRow(name) << text << boxes << shown << status;
+    };
+    const QString nothing = u"0/19 entrées affichées."_s;
+    const QString one = u"1/19 entrées affichées."_s;
+    const QString two = u"2/19 entrées affichées."_s;
+    const QString three = u"3/19 entrées affichées."_s;
+    const QString four = u"4/19 entrées affichées."_s;
+    const QString five = u"5/19 entrées affichées."_s;
+    const QString all = u"19/19 entrées affichées."_s;
+
+    row("no text", {}, span(1, 19), all);
+    row("no text, case", {}, span(1, 19), all, {Sensitive});
+    row("no text, regex", {}, span(1, 19), all, {Regex});
+
+    row("any case", u"MARTIN"_s, u"3 4 12 13"_s, four);
+    row("any case, typed in another one", u"martin"_s, u"3 4 12 13"_s, four);
+    row("case, capitals", u"MARTIN"_s, u"3 4"_s, two, {Sensitive});
+    row("case, one capital", u"Martin"_s, u"12 13"_s, two, {Sensitive});
+    row("case, no capital", u"martin"_s, {}, nothing, {Sensitive});
+    row("any case of an accented letter", u"SAINT-éT"_s, u"3 6 8"_s, three);
+    row("case of an accented letter", u"Saint-é"_s, {}, nothing, {Sensitive});
+    row("an accent is no letter without it", u"Saint-E"_s, {}, nothing);
+
+    row("level of most lines", u"1"_s, u"1 2 3 4 5 6 7 9 12 13 14 15 16 17 18 19"_s,
+        u"16/19 entrées affichées."_s);
+    row("level alone", u"3"_s, u"3 6 9 10"_s, four);
+    row("level of the deepest line", u"4"_s, u"3 6 9 10 11"_s, five);
+    row("level of the records", u"0"_s, u"1 3 6 7 12 15 18 19"_s, u"8/19 entrées affichées."_s);
+    row("identifier and a link to it", u"@I12@"_s, u"12 15 17"_s, three);
+    row("identifier that another one begins with", u"@I1"_s, u"3 12 15 16 17"_s, five);
+    row("identifier in two records", u"@S1@"_s, u"3 6 9 18"_s, four);
+    row("tag of lines", u"NAME"_s, u"3 4 12 13"_s, four);
+    row("tag in lower case", u"name"_s, u"3 4 12 13"_s, four);
+    row("tag in lower case, case", u"name"_s, {}, nothing, {Sensitive});
+    row("part of a tag", u"IF"_s, u"15 17"_s, two);
+    row("tag behind an identifier, without what is below", u"INDI"_s, u"3 12"_s, two);
+    row("tag of a record without identifier", u"HEAD"_s, u"1"_s, one);
+    row("event without its lines", u"BIRT"_s, u"3 6"_s, two);
+    row("line of an event, without its sisters", u"Saint"_s, u"3 6 8"_s, three);
+    row("deepest line", u"abc"_s, u"3 6 9 10 11"_s, five);
+    row("line with others below and beside it", u"SOUR"_s, u"3 6 9 18"_s, four);
+    row("two lines of different depth", u"1805"_s, u"3 6 7 18 19"_s, five);
+
+    row("level and tag", u"1 NAME"_s, {}, nothing);
+    row("tag and value", u"NAME Jean"_s, {}, nothing);
+    row("level and identifier", u"0 @I1@"_s, {}, nothing);
+    row("whole line", u"1 SEX M"_s, {}, nothing);
+    row("words of one value", u"12 mar 1805"_s, u"3 6 7"_s, three);
+    row("blank", u" "_s, u"3 4 6 7 9 10 11 12 13 18 19"_s, u"11/19 entrées affichées."_s);
+    row("blank behind", u"Jean "_s, u"3 4"_s, two);
+    row("blank in front", u" Jean"_s, {}, nothing);
+
+    row("point as it stands", u"a.c"_s, u"12 14"_s, two);
+    row("star as it stands", u"a*"_s, {}, nothing);
+    row("class as it stands", uR"(\d)"_s, {}, nothing);
+    row("parenthesis as it stands", u"(1805"_s, u"18 19"_s, two);
+    row("no match", u"zzz"_s, {}, nothing);
+
+    row("regex, point", u"a.c"_s, u"3 6 9 10 11 12 14"_s, u"7/19 entrées affichées."_s, {Regex});
+    row("regex, any case", u"A.C"_s, u"3 6 9 10 11 12 14"_s, u"7/19 entrées affichées."_s, {Regex});
+    row("regex, case", u"A.C"_s, {}, nothing, {Regex, Sensitive});
+    row("regex, case, as written", u"a.c"_s, u"3 6 9 10 11 12 14"_s, u"7/19 entrées affichées."_s,
+        {Sensitive, Regex});
+    row("regex, any case of an accented letter", u"^SAINT-é"_s, u"3 6 8"_s, three, {Regex});
+    row("regex, an accented letter is no word", uR"(^Saint-\w)"_s, {}, nothing, {Regex});
+    row("regex, level of every line", uR"(^\d$)"_s, span(1, 19), all, {Regex});
+    row("regex, level alone", u"^3$"_s, u"3 6 9 10"_s, four, {Regex});
+    row("regex, tag", u"^NAME$"_s, u"3 4 12 13"_s, four, {Regex});
+    row("regex, tag in lower case", u"^name$"_s, u"3 4 12 13"_s, four, {Regex});
+    row("regex, tag in lower case, case", u"^name$"_s, {}, nothing, {Regex, Sensitive});
+    row("regex, identifiers", uR"(^@I\d+@$)"_s, u"3 12 15 16 17"_s, five, {Regex});
+    row("regex, end of a value", u"M$"_s, u"3 5 15"_s, three, {Regex});
+    row("regex, alternatives", u"^SEX$|^TITL$"_s, u"3 5 18 19"_s, four, {Regex});
+    row("regex, inside of a value", u"r.*5"_s, u"3 6 7 18 19"_s, five, {Regex});
+    row("regex, level and tag", u"^1 NAME"_s, {}, nothing, {Regex});
+    row("regex, tag and value", u"NAME.*Jean"_s, {}, nothing, {Regex});
+    row("regex, two columns", uR"(^\d\W+\w)"_s, {}, nothing, {Regex});
+    row("regex, anything empty", u"x*"_s, span(1, 19), all, {Regex});
+    row("regex, empty group", u"()"_s, span(1, 19), all, {Regex});
+    row("regex, empty alternative", u"zzz|"_s, span(1, 19), all, {Regex});
+    row("regex, start", u"^"_s, span(1, 19), all, {Regex});
+    row("regex, end, case", u"$"_s, span(1, 19), all, {Regex, Sensitive});
+    row("regex, empty column", u"^$"_s, {}, nothing, {Regex});
+    row("regex, no match", u"z+"_s, {}, nothing, {Regex});
+}
+
+void TstSearch::search()
+{
+    QFETCH(QString, text);
+    QFETCH(QStringList, boxes);
+    QFETCH(QString, shown);
+    QFETCH(QString, status);
+
+    const Form form;
+    for (const QString &box : std::as_const(boxes))
+        form.toggle(box);
+    form.search(text);
+    QCOMPARE(form.rows(), marked(Family, shown));
+    QCOMPARE(form.status(), status);
+    QVERIFY(!form.statusBar()->findChild<QTimer *>()); // it has no time-out
+    QCOMPARE(form.text(u"leRecherche"_s), text);
+    for (const QString &box : {Sensitive, Regex})
+        QCOMPARE(form.isChecked(box), boxes.contains(box));
+}
+
+void TstSearch::eachSearchStartsFromTheFullTree()
+{
+    Form form;
+    form.search(u"MARTIN"_s);
+    form.takeTold();
+    form.search(u"1805"_s);
+    QCOMPARE(form.takeTold(), (QStringList{Hint, u"5/19 entrées affichées."_s}));
+    QCOMPARE(form.rows(), marked(Family, u"3 6 7 18 19"_s));
+
+    form.search(u"zzz"_s);
+    form.search(u"UTF"_s);
+    QCOMPARE(form.rows(), marked(Family, u"1 2"_s));
+
+    // What a search of the same text has hidden, or somebody else.
+    const QList<TwItem *> tabTwi = form.entries();
+    for (TwItem *twi : tabTwi)
+        twi->setTwiHidden(!twi->isHidden());
+    form.enter();
+    QCOMPARE(form.rows(), marked(Family, u"1 2"_s));
+    QCOMPARE(form.status(), u"2/19 entrées affichées."_s);
+
+    form.search({});
+    QCOMPARE(form.rows(), markedBut(Family, {}));
+    QCOMPARE(form.status(), u"19/19 entrées affichées."_s);
+}
+
+void TstSearch::enterOfTheKeypad()
+{
+    const Form form;
+    form.type(u"UTF"_s);
+    QTest::keyClick(form.field(), Qt::Key_Enter);
+    QCOMPARE(form.rows(), marked(Family, u"1 2"_s));
+    QCOMPARE(form.status(), u"2/19 entrées affichées."_s);
+}
+
+void TstSearch::typingLeavesTheTree()
+{
+    const Form form;
+    form.search(u"MARTIN"_s);
+    QCOMPARE(form.status(), u"4/19 entrées affichées."_s);
+    const QStringList found = marked(Family, u"3 4 12 13"_s);
+
+    const struct
+    {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        QString text;
+    } keys[] = {
+        {Qt::Key_X, {}, u"MARTINx"_s},
+        {Qt::Key_Backspace, {}, u"MARTIN"_s},
+        {Qt::Key_Backspace, {}, u"MARTI"_s},
+        {Qt::Key_Home, Qt::ShiftModifier, u"MARTI"_s},
+        {Qt::Key_T, {}, u"t"_s},
+        {Qt::Key_Left, {}, u"t"_s},
+        {Qt::Key_Delete, {}, {}},
+        {Qt::Key_Delete, {}, {}},
+        {Qt::Key_Space, {}, u" "_s},
+        {Qt::Key_Backspace, {}, {}},
+    };
+    QString before = u"MARTIN"_s;
+    for (const auto &[key, modifiers, text] : keys) {
+        form.statusBar()->clearMessage();
+        QTest::keyClick(form.field(), key, modifiers);
+        QCOMPARE(form.text(u"leRecherche"_s), text);
+        QCOMPARE(form.status(), text == before ? QString() : Hint);
+        QVERIFY(!form.statusBar()->findChild<QTimer *>());
+        QCOMPARE(form.rows(), found);
+        before = text;
+    }
+
+    form.enter();
+    QCOMPARE(form.status(), u"19/19 entrées affichées."_s);
+    QCOMPARE(form.rows(), markedBut(Family, {}));
+}
+
+void TstSearch::togglesRunTheSearch()
+{
+    Form form;
+    form.search(u"a.c"_s);
+    QCOMPARE(form.rows(), marked(Family, u"12 14"_s));
+    form.takeTold();
+
+    const QStringList plain{u"2/19 entrées affichées."_s};
+    const QStringList regex{u"7/19 entrées affichées."_s};
+    const QStringList nothing{u"0/19 entrées affichées."_s};
+    form.toggle(Regex);
+    QCOMPARE(form.rows(), marked(Family, u"3 6 9 10 11 12 14"_s));
+    QCOMPARE(form.takeTold(), regex);
+    form.toggle(Regex);
+    QCOMPARE(form.rows(), marked(Family, u"12 14"_s));
+    QCOMPARE(form.takeTold(), plain);
+
+    form.search(u"A.C"_s);
+    form.takeTold();
+    form.toggle(Sensitive);
+    QCOMPARE(form.rows(), marked(Family, {}));
+    QCOMPARE(form.takeTold(), nothing);
+    form.toggle(Sensitive);
+    QCOMPARE(form.rows(), marked(Family, u"12 14"_s));
+    QCOMPARE(form.takeTold(), plain);
+
+    form.toggle(Regex);
+    form.toggle(Sensitive);
+    QCOMPARE(form.rows(), marked(Family, {}));
+    QCOMPARE(form.takeTold(), regex + nothing);
+    form.toggle(Sensitive);
+    QCOMPARE(form.rows(), marked(Family, u"3 6 9 10 11 12 14"_s));
+    QCOMPARE(form.takeTold(), regex);
+
+    // By the keyboard as well.
+    QTest::keyClick(form.find<QWidget>(Regex), Qt::Key_Space);
+    QVERIFY(!form.isChecked(Regex));
+    QCOMPARE(form.rows(), marked(Family, u"12 14"_s));
+    QCOMPARE(form.takeTold(), plain);
+}
+
+void TstSearch::toggleTakesTheTextAsItStands_data()
+{
+    QTest::addColumn<QString>("box");
+    QTest::newRow("case") << Sensitive;
+    QTest::newRow("regex") << Regex;
+}
+
+void TstSearch::toggleTakesTheTextAsItStands()
+{
+    QFETCH(QString, box);
+
+    Form form;
+    form.search(u"Jean"_s);
+    form.type(u"TITL"_s);
+    QCOMPARE(form.rows(), marked(Family, u"3 4"_s));
+    form.takeTold();
+    form.toggle(box);
+    QCOMPARE(form.rows(), marked(Family, u"18 19"_s));
+    QCOMPARE(form.takeTold(), QStringList{u"2/19 entrées affichées."_s});
+}
+
+void TstSearch::toggleWithoutTextShowsEverything_data()
+{
+    toggleTakesTheTextAsItStands_data();
+}
+
+void TstSearch::toggleWithoutTextShowsEverything()
+{
+    QFETCH(QString, box);
+
+    Form form;
+    for (int times = 0; times < 2; ++times) { // on, and off again
+        form.search(u"zzz"_s);
+        form.type({});
+        QCOMPARE(form.rows(), marked(Family, {}));
+        form.takeTold();
+        form.toggle(box);
+        QCOMPARE(form.rows(), markedBut(Family, {}));
+        QCOMPARE(form.takeTold(), QStringList{u"19/19 entrées affichées."_s});
+    }
+}
+
+void TstSearch::invalidExpression_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("plain");
+
+    QTest::newRow("open group") << u"("_s << u"18 19"_s;
+    QTest::newRow("closed group") << u")"_s << u"18 19"_s;
+    QTest::newRow("open class") << u"[a"_s << QString();
+    QTest::newRow("nothing to repeat") << u"*"_s << QString();
+    QTest::newRow("backslash at the end") << uR"(1\)"_s << QString();
+    QTest::newRow("unknown group") << u"(?z)"_s << QString();
+}
+
+void TstSearch::invalidExpression()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, plain);
+    QVERIFY(!QRegularExpression(text).isValid());
+
+    Form form;
+    const QStringList journal = form.journal();
+    QStringList debugLines;
+    {
+        const AnsweredBoxes boxes;
+        const DebugListener listener([&debugLines](const QString &line) { debugLines += line; });
+        // Anything but what the platform says when a window comes up.
+        QTest::failOnWarning(QRegularExpression(u"^(?!This plugin )"_s));
+        form.toggle(Regex);
+        form.takeTold();
+        form.search(text);
+        QCOMPARE(form.rows(), marked(Family, {}));
+        QCOMPARE(form.takeTold(), (QStringList{Hint, u"0/19 entrées affichées."_s}));
+        form.toggle(Sensitive);
+        QCOMPARE(form.rows(), marked(Family, {}));
+        QCOMPARE(form.status(), u"0/19 entrées affichées."_s);
+        QCoreApplication::processEvents(); // which would answer a box
+        QCOMPARE(boxes.texts(), QStringList());
+    }
+    QCOMPARE(debugLines, QStringList());
+    QCOMPARE(form.journal(), journal);
+    QCOMPARE(form.onScreen(), (QStringList{u"en-tête 1"_s, u"personnes 2"_s, u"familles 1"_s,
+                                           u"sources 1"_s, u"médias 0"_s, u"dépots 0"_s}));
+
+    form.toggle(Regex);
+    QCOMPARE(form.rows(), marked(Family, plain));
+}
+
+void TstSearch::ancestorsAreOnScreen()
+{
+    const Form form;
+    form.search(u"abc"_s);
+    QCOMPARE(form.onScreen(), (QStringList{
+                                  u"en-tête 1"_s,
+                                  u"personnes 2"_s,
+                                  u"0 @I1@ INDI"_s,
+                                  u"1 BIRT"_s,
+                                  u"2 SOUR @S1@"_s,
+                                  u"3 DATA"_s,
+                                  u"4 TEXT vu le 7, abc"_s,
+                                  u"familles 1"_s,
+                                  u"sources 1"_s,
+                                  u"médias 0"_s,
+                                  u"dépots 0"_s,
+                              }));
+
+    // A match on the way does not end the way: DATA is at level 3, PLAC is of no account.
+    form.toggle(Regex);
+    form.search(u"abc|^3$|^BIRT$"_s);
+    QCOMPARE(form.rows(), marked(Family, u"3 6 9 10 11"_s));
+    QCOMPARE(form.status(), u"5/19 entrées affichées."_s);
+    form.search(u"abc|Saint"_s); // from the second the way is open already at BIRT
+    QCOMPARE(form.rows(), marked(Family, u"3 6 8 9 10 11"_s));
+    QCOMPARE(form.status(), u"6/19 entrées affichées."_s);
+}
+
+void TstSearch::sectionNodesTakeNoPart()
+{
+    const QStringList sections{u"en-tête 1"_s, u"personnes 2"_s, u"familles 1"_s,
+                               u"sources 1"_s, u"médias 0"_s,    u"dépots 0"_s};
+    const Form form;
+    for (const QString &text : {u"personnes"_s, u"notes"_s, u"dépots"_s}) {
+        form.search(text);
+        QCOMPARE(form.rows(), marked(Family, {}));
+        QCOMPARE(form.status(), u"0/19 entrées affichées."_s);
+        QCOMPARE(form.onScreen(), sections);
+    }
+    // The node of the notes has none, and stays hidden whatever is shown.
+    form.search({});
+    QCOMPARE(form.status(), u"19/19 entrées affichées."_s);
+    QCOMPARE(form.onScreen().filter(u"notes"_s), QStringList());
+    QCOMPARE(form.onScreen().size(), sections.size() + Family.size());
+    for (int i = 0; i < SectionNodes; ++i)
+        QCOMPARE(form.tree()->topLevelItem(i)->isHidden(), i == SectionNodes - 1);
+
+    const QStringList lines = Family + QStringList{u"0 @N1@ NOTE un texte"_s, u"1 CONT suite"_s};
+    const Form noted(lines);
+    noted.search(u"suite"_s);
+    QCOMPARE(noted.rows(), marked(lines, u"20 21"_s));
+    QCOMPARE(noted.status(), u"2/21 entrées affichées."_s);
+    noted.search(u"zzz"_s);
+    QCOMPARE(noted.onScreen(), sections + QStringList{u"notes 1"_s});
+    QCOMPARE(noted.status(), u"0/21 entrées affichées."_s);
+}
+
+void TstSearch::submittersAreAlwaysCounted()
+{
+    const QStringList family{u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NAME Jean"_s};
+    const Form form(family + QStringList{u"0 @U1@ SUBM"_s, u"1 NAME Paul"_s});
+
+    // Their rows are in no tree, and so never hidden.
+    form.enter();
+    QCOMPARE(form.status(), u"6/6 entrées affichées."_s);
+    QCOMPARE(form.rows(), markedBut(family, {}));
+    form.search(u"Jean"_s);
+    QCOMPARE(form.status(), u"4/6 entrées affichées."_s);
+    QCOMPARE(form.rows(), marked(family, u"3 4"_s));
+    for (const QString &text : {u"Paul"_s, u"zzz"_s}) {
+        form.search(text);
+        QCOMPARE(form.status(), u"2/6 entrées affichées."_s);
+        QCOMPARE(form.rows(), marked(family, {}));
+    }
+    form.toggle(Regex);
+    form.search(u"("_s);
+    QCOMPARE(form.status(), u"2/6 entrées affichées."_s);
+
+    form.apply({u"gbDelTags"_s, u"leTagsToDel=SUBM.NAME"_s});
+    form.enter();
+    QCOMPARE(form.status(), u"1/5 entrées affichées."_s);
+    form.apply({u"gbDelTags"_s, u"leTagsToDel=SUBM"_s});
+    form.enter();
+    QCOMPARE(form.status(), u"0/4 entrées affichées."_s);
+    form.search({});
+    QCOMPARE(form.status(), u"4/4 entrées affichées."_s);
+}
+
+void TstSearch::recordOfUnknownKind()
+{
+    const QStringList lines =
+        Family + QStringList{u"0 @U1@ SUBN"_s, u"1 FAMF foyer"_s, u"2 TEMP Jean"_s};
+    const Form form(lines);
+    QCOMPARE(form.tree()->topLevelItemCount(), SectionNodes + 1);
+
+    form.search(u"Jean"_s);
+    QCOMPARE(form.rows(), marked(lines, u"3 4 20 21 22"_s));
+    QCOMPARE(form.status(), u"5/22 entrées affichées."_s);
+    form.search(u"@U1@"_s);
+    QCOMPARE(form.rows(), marked(lines, u"20"_s));
+    QCOMPARE(form.status(), u"1/22 entrées affichées."_s);
+    form.search(u"zzz"_s);
+    QCOMPARE(form.rows(), marked(lines, {}));
+    QCOMPARE(form.status(), u"0/22 entrées affichées."_s);
+    form.search({});
+    QCOMPARE(form.rows(), markedBut(lines, {}));
+    QCOMPARE(form.status(), u"22/22 entrées affichées."_s);
+}
+
+void TstSearch::deletedEntriesStayHidden_data()
+{
+    QTest::addColumn<QString>("tags");
+    QTest::addColumn<QString>("deleted");
+    QTest::addColumn<QString>("live");
+    QTest::addColumn<QString>("shown"); // of a search for "1805"
+    QTest::addColumn<QString>("found");
+
+    const auto row = [](const char *name, const QString &tags, const QString &deleted,
+                        const QString &live, const QString &shown, const QString &found) {
+        QTest::newRow(name) << tags << deleted << live << shown << found;
+    };
+    row("a line that would match", u"DATE"_s, u"7"_s, u"18/18 entrées affichées."_s, u"18 19"_s,
+        u"2/18 entrées affichées."_s);
+    row("a line that would not", u"SEX"_s, u"5"_s, u"18/18 entrées affichées."_s, u"3 6 7 18 19"_s,
+        u"5/18 entrées affichées."_s);
+    row("a branch", u"BIRT"_s, span(6, 11), u"13/13 entrées affichées."_s, u"18 19"_s,
+        u"2/13 entrées affichées."_s);
+    row("a record that would match", u"INDI"_s, span(3, 14), u"7/7 entrées affichées."_s,
+        u"18 19"_s, u"2/7 entrées affichées."_s);
+    row("a record that would not", u"FAM"_s, span(15, 17), u"16/16 entrées affichées."_s,
+        u"3 6 7 18 19"_s, u"5/16 entrées affichées."_s);
+    row("the first record", u"HEAD"_s, u"1 2"_s, u"17/17 entrées affichées."_s, u"3 6 7 18 19"_s,
+        u"5/17 entrées affichées."_s);
+    row("everything", u"HEAD;INDI;FAM;SOUR"_s, span(1, 19), u"0/0 entrées affichées."_s, {},
+        u"0/0 entrées affichées."_s);
+}
+
+void TstSearch::deletedEntriesStayHidden()
+{
+    QFETCH(QString, tags);
+    QFETCH(QString, deleted);
+    QFETCH(QString, live);
+    QFETCH(QString, shown);
+    QFETCH(QString, found);
+
+    const Form form;
+    form.search(u"Anne"_s); // what is hidden by then comes back if it is not deleted
+    form.apply({u"gbDelTags"_s, "leTagsToDel="_L1 + tags});
+    form.search({});
+    QCOMPARE(form.rows(), markedBut(Family, deleted));
+    QCOMPARE(form.status(), live);
+
+    form.search(u"1805"_s);
+    QCOMPARE(form.rows(), marked(Family, shown));
+    QCOMPARE(form.status(), found);
+    form.toggle(Regex);
+    QCOMPARE(form.rows(), marked(Family, shown));
+    QCOMPARE(form.status(), found);
+
+    form.type({});
+    form.toggle(Sensitive);
+    QCOMPARE(form.rows(), markedBut(Family, deleted));
+    QCOMPARE(form.status(), live);
+    form.toggle(Regex);
+    form.search(u"zzz"_s);
+    QCOMPARE(form.rows(), marked(Family, {}));
+    form.search({});
+    QCOMPARE(form.rows(), markedBut(Family, deleted));
+}
+
+void TstSearch::continuations()
+{
+    QStringList lines{
+        u"0 HEAD"_s,
+        u"1 CHAR UTF-8"_s,
+        u"0 @I1@ INDI"_s,
+        u"1 NOTE un texte cou"_s,
+        u"2 CONC pé en deux"_s,
+        u"3 DATE 1900"_s,
+        u"1 NAME Jean"_s,
+    };
+    const Form form(lines);
+    const auto compareSearch = [&form, &lines](const QString &text, const QString &shown,
+                                               const QString &status) {
+        form.search(text);
+        QCOMPARE(form.rows(), marked(lines, shown));
+        QCOMPARE(form.status(), status);
+    };
+    // As they stand in the file, each by itself.
+    compareSearch(u"coupé"_s, {}, u"0/7 entrées affichées."_s);
+    compareSearch(u"cou"_s, u"3 4"_s, u"2/7 entrées affichées."_s);
+    compareSearch(u"pé en"_s, u"3 4 5"_s, u"3/7 entrées affichées."_s);
+    compareSearch(u"CONC"_s, u"3 4 5"_s, u"3/7 entrées affichées."_s);
+    compareSearch(u"1900"_s, u"3 4 5 6"_s, u"4/7 entrées affichées."_s);
+
+    // Once folded, in the line before.
+    form.apply({});
+    lines.replace(3, u"1 NOTE un texte coupé en deux"_s);
+    compareSearch(u"coupé"_s, u"3 4"_s, u"2/6 entrées affichées."_s);
+    compareSearch(u"CONC"_s, {}, u"0/6 entrées affichées."_s);
+    // The way up leads past the folded line, which stays hidden, and with it what is below; the
+    // count is that of the rows' own states.
+    compareSearch(u"1900"_s, u"3 4 6"_s, u"3/6 entrées affichées."_s);
+    QVERIFY(!form.onScreen().contains("3 DATE 1900"_L1));
+    compareSearch({}, u"1 2 3 4 6 7"_s, u"6/6 entrées affichées."_s);
+}
+
+void TstSearch::rowsOfACut()
+{
+    const QString x = u"x"_s;
+    QStringList lines{u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s,
+                      "1 NOTE "_L1 + x.repeated(300), u"1 NAME Jean"_s};
+    const Form form(lines);
+    form.search(u"Jean"_s);
+    QCOMPARE(form.status(), u"2/5 entrées affichées."_s);
+
+    // The save adds a row, and takes all of them out of the tree for that.
+    form.trigger(u"actionEnregistrerFichier"_s);
+    lines.replace(3, "1 NOTE "_L1 + x.repeated(248));
+    lines.insert(4, "2 CONC "_L1 + x.repeated(52));
+    QCOMPARE(form.rows(), marked(lines, u"3 5 6"_s));
+    form.enter();
+    QCOMPARE(form.rows(), marked(lines, u"3 6"_s));
+    QCOMPARE(form.status(), u"2/6 entrées affichées."_s);
+    form.search(u"CONC"_s);
+    QCOMPARE(form.rows(), marked(lines, u"3 4 5"_s));
+    QCOMPARE(form.status(), u"3/6 entrées affichées."_s);
+    form.search({});
+    QCOMPARE(form.rows(), markedBut(lines, {}));
+    QCOMPARE(form.status(), u"6/6 entrées affichées."_s);
+}
+
+void TstSearch::changedLevels_data()
+{
+    QTest::addColumn<QString>("replacement");
+    QTest::addColumn<QString>("tag");
+    QTest::addColumn<QStringList>("changed");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("shown");
+    QTest::addColumn<QString>("status");
+
+    const auto row = [](const char *name, const QString &replacement, const QString &tag,
+                        const QStringList &changed, const QString &text, const QString &shown,
+                        const QString &status) {
+        QTest::newRow(name) << replacement << tag << changed << text << shown << status;
+    };
+    const QStringList persons{u"3 5 @I1@ INDI"_s, u"12 5 @I12@ INDI"_s};
+    row("record of another level, a line", u"0 5"_s, u"INDI"_s, persons, u"MARTIN"_s,
+        u"3 4 12 13"_s, u"4/22 entrées affichées."_s);
+    row("record of another level, the deepest line", u"0 5"_s, u"INDI"_s, persons, u"abc"_s,
+        u"3 6 9 10 11"_s, u"5/22 entrées affichées."_s);
+    row("record of another level, itself", u"0 5"_s, u"INDI"_s, persons, u"@I12@"_s, u"12 15 17"_s,
+        u"3/22 entrées affichées."_s);
+    row("record of another level, nothing", u"0 5"_s, u"INDI"_s, persons, u"zzz"_s, {},
+        u"0/22 entrées affichées."_s);
+    row("record of a level that is no number", u"0 x"_s, u"INDI"_s,
+        {u"3 x @I1@ INDI"_s, u"12 x @I12@ INDI"_s}, u"abc"_s, u"3 6 9 10 11"_s,
+        u"5/22 entrées affichées."_s);
+    row("record without a level", u"0 "_s, u"INDI"_s, {u"3  @I1@ INDI"_s, u"12  @I12@ INDI"_s},
+        u"abc"_s, u"3 6 9 10 11"_s, u"5/22 entrées affichées."_s);
+    // Nothing is above that one, not even a section node.
+    row("record at the top of the tree", u"0 5"_s, u"SUBN"_s, {u"20 5 @U1@ SUBN"_s}, u"foyer"_s,
+        u"20 21 22"_s, u"3/22 entrées affichées."_s);
+    // To be a root ends the way up, wherever the row hangs.
+    row("line of level 0 that matches", u"1 0"_s, u"INDI.NAME"_s,
+        {u"4 0 NAME Jean /MARTIN/"_s, u"13 0 NAME Anne /Martin/"_s}, u"MARTIN"_s, u"4 13"_s,
+        u"2/22 entrées affichées."_s);
+    row("line of level 0 above a match", u"1 0"_s, u"BIRT"_s, {u"6 0 BIRT"_s}, u"abc"_s,
+        u"6 9 10 11"_s, u"4/22 entrées affichées."_s);
+    row("line of level 0 beside a match", u"1 0"_s, u"BIRT"_s, {u"6 0 BIRT"_s}, u"Jean"_s, u"3 4"_s,
+        u"2/22 entrées affichées."_s);
+    row("line of a deeper level", u"1 7"_s, u"BIRT"_s, {u"6 7 BIRT"_s}, u"abc"_s, u"3 6 9 10 11"_s,
+        u"5/22 entrées affichées."_s);
+}
+
+void TstSearch::changedLevels()
+{
+    QFETCH(QString, replacement);
+    QFETCH(QString, tag);
+    QFETCH(QStringList, changed);
+    QFETCH(QString, text);
+    QFETCH(QString, shown);
+    QFETCH(QString, status);
+
+    QStringList lines = Family + QStringList{u"0 @U1@ SUBN"_s, u"1 FAMF"_s, u"2 TEMP foyer"_s};
+    const Form form(lines);
+    form.search(u"Anne"_s);
+    form.apply({u"gbReplaceString"_s, "leTextOri="_L1 + replacement.section(u' ', 0, 0),
+                "leTextDest="_L1 + replacement.section(u' ', 1), "leTagToApply="_L1 + tag});
+    for (const QString &line : std::as_const(changed))
+        lines.replace(line.section(u' ', 0, 0).toInt() - 1, line.section(u' ', 1));
+
+    form.search(text);
+    QCOMPARE(form.rows(), marked(lines, shown));
+    QCOMPARE(form.status(), status);
+    form.search({});
+    QCOMPARE(form.rows(), markedBut(lines, {}));
+    QCOMPARE(form.status(), u"22/22 entrées affichées."_s);
+}
+
+void TstSearch::inTheMidstOfADeletion()
+{
+    const QStringList lines = crowd(599);
+    const Form form(lines);
+    form.type(u"Jean 59"_s);
+    QStringList told;
+    connect(form.progress(), &QProgressBar::valueChanged, this, [&form, &told](int value) {
+        if (value != 100 || form.status() != "Suppression des balises en cours..."_L1)
+            return;
+        const auto enter = [&form, &told] {
+            form.enter();
+            told += form.status();
+        };
+        QMetaObject::invokeMethod(form.window.get(), enter, Qt::QueuedConnection);
+    });
+    form.apply({u"gbDelTags"_s, u"leTagsToDel=NAME"_s});
+
+    // The names of the last 50 persons were gone by then.
+    QCOMPARE(told, QStringList{u"2/1150 entrées affichées."_s});
+    QCOMPARE(form.status(), u"599 balises supprimées."_s);
+    QCOMPARE(form.rows(), marked(lines, QString::number(2 + 2 * 58 + 1))); // person 59
+    form.enter();
+    QCOMPARE(form.status(), u"0/601 entrées affichées."_s);
+    form.search({});
+    QCOMPARE(form.status(), u"601/601 entrées affichées."_s);
+}
+
+void TstSearch::onlyHides()
+{
+    const Form form;
+    form.apply({u"gbDelTags"_s, u"leTagsToDel=PLAC"_s});
+    form.tree()->topLevelItem(1)->setExpanded(true);
+    form.tree()->setCurrentItem(form.entries().at(3));
+
+    const auto rowDetails = [&form]() -> QStringList {
+        QStringList details;
+        for (QTreeWidgetItemIterator it(form.tree()); *it; ++it) {
+            auto *twi = static_cast<TwItem *>(*it);
+            QStringList row{lineText(twi), twi->getNumLineGedFile()};
+            if (twi->isToDelete())
+                row += u"deleted"_s;
+            if (twi->isExpanded())
+                row += u"expanded"_s;
+            if (twi == form.tree()->currentItem())
+                row += u"current"_s;
+            for (int column = 0; column < form.tree()->columnCount(); ++column) {
+                row += twi->toolTip(column);
+                for (const int role : {Qt::BackgroundRole, Qt::ForegroundRole, Qt::FontRole}) {
+                    if (twi->data(column, role).isValid())
+                        row += u"role %1 in column %2"_s.arg(role).arg(column);
+                }
+            }
+            details += row.join(u'|');
+        }
+        return details;
+    };
+    const QStringList before = rowDetails();
+    const QStringList journal = form.journal();
+    form.search(u"Anne"_s);
+    QCOMPARE(rowDetails(), before);
+    form.toggle(Regex);
+    form.search(u"("_s);
+    QCOMPARE(rowDetails(), before);
+    form.toggle(Sensitive);
+    form.search({});
+    QCOMPARE(rowDetails(), before);
+    QCOMPARE(form.journal(), journal);
+}
+
+void TstSearch::savedWithHiddenRows_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("shown");
+
+    QTest::newRow("some are hidden") << u"abc"_s << u"3 6 9 10 11"_s;
+    QTest::newRow("all are hidden") << u"zzz"_s << QString();
+    QTest::newRow("none is hidden") << QString() << span(1, 19);
+}
+
+void TstSearch::savedWithHiddenRows()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, shown);
+
+    const Form form;
+    const QByteArray before = readBytes(form.path());
+    form.search(text);
+    form.trigger(u"actionEnregistrerFichier"_s);
+    QCOMPARE(readBytes(form.path()), before);
+    QVERIFY(before.endsWith("1 TITL Registre (1805)\n0 TRLR\n"));
+    // Nor does the save care for the rows.
+    QCOMPARE(form.rows(), marked(Family, shown));
+}
+
+void TstSearch::noEventsAndNoProgress()
+{
+    const Form form(crowd(599));
+    QCoreApplication::processEvents();
+    const ProgressLog log(form.progress());
+    bool delivered = false;
+    QMetaObject::invokeMethod(
+        form.window.get(), [&delivered] { delivered = true; }, Qt::QueuedConnection);
+    const int value = form.progress()->value();
+    const int maximum = form.progress()->maximum();
+
+    form.search(u"Jean"_s);
+    QCOMPARE(form.status(), u"1198/1200 entrées affichées."_s);
+    form.toggle(Regex);
+    form.toggle(Sensitive);
+    form.search(u"^jean"_s);
+    QCOMPARE(form.status(), u"0/1200 entrées affichées."_s);
+    form.search({});
+    QCOMPARE(form.status(), u"1200/1200 entrées affichées."_s);
+
+    QCOMPARE(log.entries(), QStringList());
+    QVERIFY(!delivered);
+    QCOMPARE(form.progress()->value(), value);
+    QCOMPARE(form.progress()->maximum(), maximum);
+    QVERIFY(form.progress()->isHidden());
+    QCoreApplication::processEvents();
+    QVERIFY(delivered);
+}
+
+void TstSearch::textsAreTranslated()
+{
+    const Form form;
+    const MarkingTranslator translator;
+    form.type(u"MARTIN"_s);
+    QCOMPARE(form.status(), "[MainWindow]"_L1 + Hint);
+    form.enter();
+    QString status = form.status();
+    QVERIFY(status.contains("[MainWindow]"_L1));
+    QCOMPARE(status.remove("[MainWindow]"_L1), u"4/19 entrées affichées."_s);
+}
+
+VARLUNE_TEST_MAIN(TstSearch)
+#include "tst_search.moc"
