@@ -336,8 +336,8 @@ QList<Row> programRows(int lines)
         family(u"deletion, none"_s, 0.5, remove({u"_RIEN"_s})),
         family(u"deletion, 1 %"_s, 0.7, remove({u"_UID"_s})),
         family(u"deletion, every line"_s, 0, remove({u"*"_s})),
-        family(u"links, none"_s, 0.5, link(lines / 100, false)),
-        family(u"links, 1 %"_s, 0.7, link(lines / 100, true)),
+        family(u"links, none"_s, 0.5, link(lines / 1000, false)),
+        family(u"links, 1 %"_s, 0.7, link(lines / 1000, true)), // each source has ten citations
         operationRow(u"links, every media"_s, Shape::Linked, lines, 0,
                      link(linkedMedia(lines), true)),
         family(u"clickable links, none"_s, 0.5, makeClickable({u"SEX"_s})),

@@ -300,6 +300,20 @@ private:
     EntryIndex m_byId;
 };
 
+/// The source records by each identifier that their line text contains, in the order of the list. A
+/// text "@S1@S2@" contains two.
+EntryIndex indexBySourceId(const QList<TwItem *> &roots)
+{
+    static const QRegularExpression rxId(uR"(@S[0-9]+(?=@))"_s);
+    EntryIndex index;
+    for (TwItem *root : roots) {
+        QRegularExpressionMatchIterator it = rxId.globalMatch(lineText(root));
+        while (it.hasNext())
+            index[it.next().captured() + u'@'].append(root);
+    }
+    return index;
+}
+
 /// The entries by the file name at the end of each of their columns, in the order of the list. An
 /// entry that holds a file name is among those found for it; whether one found does hold it, only
 /// TwItem::getAbsolutFileName can tell, which looks at one column.
@@ -1354,14 +1368,14 @@ void Gedcom::filterSourceDateDiff()
     };
     struct Known
     {
-        ColumnIndex sources;
+        EntryIndex sources;
         ColumnIndex indis;
         QHash<TwItem *, Period> periods; // by event
         QHash<TwItem *, QString> sourceDates;
         QHash<TwItem *, TwItem *> husbandLinks; // by family
     };
     const auto lookAfresh = [&]() -> Known {
-        return {ColumnIndex(listTwiRootSour), ColumnIndex(listTwiRootIndi), {}, {}, {}};
+        return {indexBySourceId(listTwiRootSour), ColumnIndex(listTwiRootIndi), {}, {}, {}};
     };
     Known known = lookAfresh();
     QSet<TwItem *> shown; // since the last events, which can hide rows again
@@ -1451,7 +1465,7 @@ void Gedcom::filterSourceDateDiff()
         if (period.evtEndDate == 0)
             return;
         const QString idSour = twiEvtSour->text(twiEvtSour->getColumnIndexMatchRx(m_rxColIdSour));
-        const QList<TwItem *> sources = known.sources.find(idSour);
+        const QList<TwItem *> sources = known.sources.value(idSour);
         const auto source = std::find_if(sources.begin(), sources.end(),
                                          [](TwItem *twi) { return !twi->isToDelete(); });
         if (source == sources.end())

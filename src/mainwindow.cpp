@@ -18,7 +18,6 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSet>
 #include <QStandardPaths>
 #include <QStatusBar>
 #include <QStyle>
@@ -27,6 +26,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -505,24 +505,26 @@ qsizetype MainWindow::reverseHide()
     };
 
     const QList<TwItem *> tabTotalTwItems = m_gedcom.getTabTotalTwItems();
-    QSet<TwItem *> shown;
-    for (TwItem *match : tabTotalTwItems) {
-        if (!isMatch(match))
-            continue;
-        // A hidden row hides all that is below it.
-        for (TwItem *twi = match; twi && !shown.contains(twi); twi = twi->getParent()) {
-            shown.insert(twi);
-            if (twi->isRoot())
-                break;
-        }
-    }
-
+    QList<TwItem *> matches;
     qsizetype count = 0;
     for (TwItem *twi : tabTotalTwItems) {
-        const bool hide = !shown.contains(twi);
-        twi->setTwiHidden(hide);
-        if (!hide || !twi->treeWidget()) // what is not in the tree cannot be hidden
+        const bool match = isMatch(twi);
+        twi->setTwiHidden(!match);
+        if (match)
+            matches.append(twi);
+        if (match || !twi->treeWidget()) // what is not in the tree cannot be hidden
             ++count;
+    }
+    // A hidden row hides all that is below it. Above the first one that is shown, all are.
+    for (TwItem *match : std::as_const(matches)) {
+        for (TwItem *twi = match; !twi->isRoot();) {
+            twi = twi->getParent();
+            if (!twi || !twi->isHidden())
+                break;
+            twi->setTwiHidden(false);
+            if (!twi->isToDelete())
+                ++count;
+        }
     }
     return count;
 }

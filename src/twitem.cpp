@@ -1,7 +1,9 @@
 #include "twitem.h"
 
+#include <QHash>
 #include <QIcon>
 #include <QSet>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <array>
@@ -666,14 +668,6 @@ int ColumnMatcher::firstColumn(const TwItem *twi)
 {
     if (!m_rx.isValid())
         return -1; // matches nothing, and would warn at every try
-    const auto matches = [this](const QString &text) -> bool {
-        if (text.size() > MaxKnownSize)
-            return m_rx.match(text).hasMatch();
-        auto known = m_known.find(text);
-        if (known == m_known.end())
-            known = m_known.insert(text, m_rx.match(text).hasMatch());
-        return *known;
-    };
     for (int column = 0; column < twi->columnCount(); ++column) {
         if (matches(twi->text(column)))
             return column;
@@ -681,9 +675,35 @@ int ColumnMatcher::firstColumn(const TwItem *twi)
     return -1;
 }
 
+bool ColumnMatcher::matches(const QString &text)
+{
+    if (text.isEmpty() || text.size() > MaxKnownSize)
+        return m_rx.match(text).hasMatch();
+    size_t place = 0;
+    for (const QChar c : text)
+        place = place * 31 + c.unicode();
+    Known &known = m_known.at(place % m_known.size());
+    if (known.text != text)
+        known = {text, m_rx.match(text).hasMatch()};
+    return known.matches;
+}
+
 QString lineText(const TwItem *twi)
 {
-    return twi->getTwiValuesList().join(u' ');
+    QVarLengthArray<QString, 3> columns;
+    qsizetype size = 0;
+    for (int column = 0; column < twi->columnCount(); ++column) {
+        columns.append(twi->text(column));
+        size += columns.last().size() + 1;
+    }
+    QString line;
+    line.reserve(size);
+    for (const QString &column : std::as_const(columns)) {
+        if (&column != columns.constData())
+            line += u' ';
+        line += column;
+    }
+    return line;
 }
 
 QString bareFileName(const QString &path)

@@ -2,12 +2,13 @@
 #define TWITEM_H
 
 #include <QCoreApplication>
-#include <QHash>
 #include <QList>
 #include <QRegularExpression>
 #include <QString>
 #include <QStringList>
 #include <QTreeWidgetItem>
+
+#include <array>
 
 // The columns of an entry. A section node has its label and the number of its records instead.
 inline constexpr int LevelColumn = 0;
@@ -176,7 +177,7 @@ private:
 };
 
 /// Tries one expression on the columns of many entries, with the outcome of
-/// TwItem::getColumnIndexMatchRx. A file has few levels and tags: each is tried once.
+/// TwItem::getColumnIndexMatchRx. A file has few levels and tags: most of them are tried once.
 class ColumnMatcher
 {
 public:
@@ -186,8 +187,15 @@ public:
     [[nodiscard]] int firstColumn(const TwItem *twi);
 
 private:
+    [[nodiscard]] bool matches(const QString &text);
+
+    struct Known
+    {
+        QString text;
+        bool matches = false;
+    };
     QRegularExpression m_rx;
-    QHash<QString, bool> m_known; // short texts
+    std::array<Known, 256> m_known; // short texts, each at the place that its characters say
 };
 
 /// The line of the file that the entry stands for: its columns joined with one blank.

@@ -1,0 +1,1688 @@
+#include "boxes.h"
+#include "debuglistener.h"
+#include "document.h"
+#include "markingtranslator.h"
+#include "progresslog.h"
+#include "testmain.h"
+#include "told.h"
+#include "window.h"
+
+#include "gedcom.h"
+#include "twitem.h"
+
+#include <QBrush>
+#include <QCheckBox>
+#include <QHash>
+#include <QLineEdit>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTest>
+#include <QTreeWidgetItemIterator>
+
+#include <functional>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString Announced = u"Recherche des incohérences sources / évènements"_s;
+
+QString concluded(qsizetype count)
+{
+    return QString::number(count) + u" incohérences sources / évènements détectées."_s;
+}
+
+/// A row as text: a sign, the line, and behind " | " the tool tip, if it has one that the filter
+/// gave. The sign is ' ' for a hidden row, '+' for a shown one, '*' for a shown red one, '#' for a
+/// red one that is hidden, '-' for a deleted one and '=' for a deleted red one.
+QString picture(TwItem *twi, bool shown, bool red, const QString &toolTip)
+{
+    QChar sign = shown ? (red ? u'*' : u'+') : (red ? u'#' : u' ');
+    if (twi->isToDelete())
+        sign = shown ? u'!' : red ? u'=' : u'-';
+    return sign + lineText(twi) + (toolTip.isEmpty() ? QString() : " | "_L1 + toolTip);
+}
+
+/// The row as it is. What the filter has no business with is told, too.
+QString picture(TwItem *twi)
+{
+    const QString number = "ligne "_L1 + twi->getNumLineGedFile();
+    const QString toolTip = twi->toolTip(0);
+    const bool red = twi->background(0) == QBrush(Qt::red, Qt::SolidPattern);
+    QString result = picture(twi, !twi->isHidden(), red, toolTip == number ? QString() : toolTip);
+    if (!red && twi->background(0) != QBrush())
+        result += u" (another colour)"_s;
+    for (int column = 1; column < 4; ++column) {
+        if (twi->background(column) != QBrush())
+            result += u" (colour in column %1)"_s.arg(column);
+        if (twi->toolTip(column) != (column == 1 ? number : QString()))
+            result += u" (tool tip in column %1)"_s.arg(column);
+    }
+    return result;
+}
+
+/// The dates of " | 12 MAR 1805 | 1840" put into the words of the tool tip.
+QStringList withToolTips(QStringList pictures)
+{
+    for (QString &line : pictures) {
+        const QStringList parts = line.split(u" | "_s);
+        if (parts.size() == 3)
+            line = parts.at(0) + u" | Date évènement : "_s + parts.at(1) + u"\r\nDate source : "_s
+                 + parts.at(2);
+    }
+    return pictures;
+}
+
+/// A document made of pictures, of which only the lines and the deletions count.
+class Review : public Document
+{
+public:
+    explicit Review(const QStringList &pictures)
+    {
+        QStringList lines;
+        for (const QString &line : pictures)
+            lines += line.mid(1).split(u" | "_s).constFirst();
+        if (!load(lines))
+            qFatal("the lines cannot be loaded");
+        const QList<TwItem *> roots = gedcom.getTabTwItemsRoot();
+        for (TwItem *root : roots)
+            m_entries += QList<TwItem *>{root} + root->getTabTwiChilds(false);
+        for (qsizetype i = 0; i < m_entries.size(); ++i) {
+            if (pictures.at(i).startsWith(u'-') || pictures.at(i).startsWith(u'='))
+                m_entries.at(i)->setDelete(true);
+        }
+        newJournal();
+    }
+
+    /// All entries in file order, deleted ones too.
+    [[nodiscard]] QList<TwItem *> entries() const
+    {
+        return m_entries;
+    }
+
+    void hideAll()
+    {
+        const QList<TwItem *> entries = gedcom.getTabTotalTwItems();
+        for (TwItem *twi : entries)
+            twi->setTwiHidden(true);
+    }
+
+    /// What the check box does.
+    void filter()
+    {
+        hideAll();
+        gedcom.filterSourceDateDiff();
+    }
+
+    [[nodiscard]] QStringList pictures() const
+    {
+        QStringList result;
+        for (TwItem *twi : m_entries)
+            result += picture(twi);
+        return result;
+    }
+
+    /// The pictures of the red rows, each behind its line number and ": ".
+    [[nodiscard]] QStringList redRows() const
+    {
+        QStringList result;
+        for (TwItem *twi : m_entries) {
+            if (twi->background(0) != QBrush())
+                result += twi->getNumLineGedFile() + ": "_L1 + picture(twi);
+        }
+        return result;
+    }
+
+    [[nodiscard]] QList<QStringList> columns() const
+    {
+        QList<QStringList> result;
+        for (const TwItem *twi : m_entries)
+            result += twi->getTwiValuesList();
+        return result;
+    }
+
+private:
+    QList<TwItem *> m_entries;
+};
+
+/// The pictures of all rows on screen but for the section nodes.
+QStringList picturesOf(const Session &session)
+{
+    QStringList result;
+    for (QTreeWidgetItemIterator it(session.tree()); *it; ++it) {
+        if ((*it)->parent())
+            result += picture(static_cast<TwItem *>(*it));
+    }
+    return result;
+}
+
+/// Does \p what among the events that are processed at the next move of the bar.
+void atNextMove(QProgressBar *bar, const std::function<void()> &what)
+{
+    QObject::connect(
+        bar, &QProgressBar::valueChanged, bar,
+        [bar, what] { QMetaObject::invokeMethod(bar, what, Qt::QueuedConnection); },
+        Qt::SingleShotConnection);
+}
+
+/// Replaces, given a text, the new text and the tags; deletes, given a tag, or a tag and a value.
+void change(Gedcom *gedcom, const QStringList &arguments)
+{
+    if (arguments.size() == 3)
+        gedcom->searchAndReplace(arguments.at(0), arguments.at(1), arguments.at(2), true, false);
+    else
+        gedcom->delListTag({arguments.at(0)}, false, false, arguments.size() == 2, false,
+                           arguments.value(1));
+}
+
+/// A hidden source with one date.
+QStringList source(int number, const QString &date)
+{
+    return {u" 0 @S%1@ SOUR"_s.arg(number), " 1 DATE "_L1 + date};
+}
+
+/// A person with one event, whose lines are given; the others are shown or hidden.
+QStringList birth(bool shown, const QStringList &event)
+{
+    const QChar sign = shown ? u'+' : u' ';
+    return QStringList{sign + "0 @I1@ INDI"_L1, sign + "1 NAME Jean /DUPONT/"_L1,
+                       sign + "1 BIRT"_L1}
+         + event;
+}
+
+/// A family of 1805 that cites a source of 1840, and is itself shown if \p shown; \p others are its
+/// other lines.
+QStringList family(bool shown, const QStringList &others, const QString &id = u"@F1@"_s)
+{
+    const QChar sign = shown ? u'+' : u' ';
+    return QStringList{sign + "0 "_L1 + id + " FAM"_L1} + others
+         + QStringList{sign + "1 MARR"_L1, sign + "2 DATE 5 MAY 1805"_L1, sign + "2 PLAC Lyon"_L1,
+                       shown ? u"*2 SOUR @S1@ | 5 MAY 1805 | 1840"_s : u" 2 SOUR @S1@"_s}
+         + QStringList{u" 1 DIV"_s};
+}
+
+/// A birth of 12 MAR 1805 that cites source 1, of 1805, and source 2, of 1840, in turn, the second
+/// first; the citations stand in lines 5 and following. Another source 2, of 1850, comes last.
+QStringList citedInTurn(int citations)
+{
+    QStringList lines = birth(false, {u" 2 DATE 12 MAR 1805"_s});
+    for (int i = 1; i <= citations; ++i)
+        lines += i % 2 == 1 ? u" 2 SOUR @S2@"_s : u" 2 SOUR @S1@"_s;
+    return lines + source(2, u"1840"_s) + source(1, u"1805"_s) + source(2, u"1850"_s);
+}
+
+/// The filter put down as plainly as can be: every list is searched from its beginning, by nothing
+/// but the texts and the marks of the rows.
+class PlainFilter
+{
+public:
+    explicit PlainFilter(const QList<TwItem *> &entries)
+        : m_entries(entries),
+          m_shown(entries.begin(), entries.end())
+    {
+    }
+
+    void run()
+    {
+        static const QRegularExpression idSour(u"^0 @S[0-9]+@ SOUR$"_s);
+        static const QRegularExpression idIndi(u"^0 @I[0-9]+@ INDI$"_s);
+        static const QRegularExpression idFam(u"^0 @F[0-9]+@ FAM$"_s);
+        bool deleted = false;
+        for (TwItem *twi : std::as_const(m_entries)) {
+            if (twi->text(0) == "0"_L1)
+                deleted = twi->isToDelete();
+            if (!deleted)
+                m_shown.remove(twi);
+        }
+        m_count = 0;
+        m_sources = records(idSour);
+        m_indis = records(idIndi);
+        m_families = records(idFam);
+        const QList<TwItem *> roots = m_indis + m_families;
+        for (TwItem *root : roots) {
+            const QList<TwItem *> below = descendants(root);
+            for (TwItem *twi : below) {
+                if (line(twi).startsWith("2 SOUR @S"_L1))
+                    judge(root, twi);
+            }
+        }
+    }
+
+    [[nodiscard]] int count() const
+    {
+        return m_count;
+    }
+    /// The disagreements of families shown at the husband.
+    [[nodiscard]] int links() const
+    {
+        return m_links;
+    }
+    /// Those shown at the family.
+    [[nodiscard]] int familyCitations() const
+    {
+        return m_familyCitations;
+    }
+
+    [[nodiscard]] QStringList pictures() const
+    {
+        QStringList result;
+        for (TwItem *twi : m_entries)
+            result += picture(twi, m_shown.contains(twi) && !twi->isToDelete(),
+                              m_toolTips.contains(twi), m_toolTips.value(twi));
+        return result;
+    }
+
+private:
+    static QStringList columns(const QTreeWidgetItem *twi)
+    {
+        QStringList result;
+        for (int column = 0; column < twi->columnCount(); ++column)
+            result += twi->text(column);
+        return result;
+    }
+    static QString line(const QTreeWidgetItem *twi)
+    {
+        return columns(twi).join(u' ');
+    }
+
+    [[nodiscard]] QList<TwItem *> records(const QRegularExpression &rx) const
+    {
+        QList<TwItem *> result;
+        for (TwItem *twi : m_entries) {
+            if (!twi->isToDelete() && rx.match(line(twi)).hasMatch())
+                result += twi;
+        }
+        return result;
+    }
+    [[nodiscard]] QList<TwItem *> descendants(TwItem *root) const
+    {
+        QList<TwItem *> result;
+        for (qsizetype i = m_entries.indexOf(root) + 1;
+             i < m_entries.size() && m_entries.at(i)->text(0) != "0"_L1; ++i) {
+            if (!m_entries.at(i)->isToDelete())
+                result += m_entries.at(i);
+        }
+        return result;
+    }
+    static QList<TwItem *> children(QTreeWidgetItem *parent)
+    {
+        QList<TwItem *> result;
+        for (int i = 0; i < parent->childCount(); ++i) {
+            auto *twi = static_cast<TwItem *>(parent->child(i));
+            if (!twi->isToDelete())
+                result += twi;
+        }
+        return result;
+    }
+
+    /// The text with the year of the first date among the entries, empty if there is none.
+    static QString yearText(const QList<TwItem *> &entries)
+    {
+        static const QRegularExpression date(u"^[0-9] DATE"_s);
+        static const QRegularExpression year(u"1[0-9]{3}$"_s);
+        for (const TwItem *twi : entries) {
+            if (!date.match(line(twi)).hasMatch())
+                continue;
+            const QStringList texts = columns(twi);
+            for (const QString &text : texts) {
+                if (year.match(text).hasMatch())
+                    return text;
+            }
+            return {};
+        }
+        return {};
+    }
+
+    void judge(TwItem *root, TwItem *citation)
+    {
+        static const QRegularExpression period(u"^FROM (1[0-9]{3}) TO (1[0-9]{3})$"_s);
+        static const QRegularExpression year(u" (1[0-9]{3})$"_s);
+        static const QRegularExpression id(u"^@S[0-9]+@$"_s);
+        const QString evtDate = yearText(children(citation->parent()));
+        int start = 0;
+        int end = 0;
+        if (const auto match = period.match(evtDate); match.hasMatch()) {
+            start = match.captured(1).toInt();
+            end = match.captured(2).toInt();
+        } else if (const auto last = year.match(evtDate); last.hasMatch()) {
+            start = end = last.captured(1).toInt();
+        }
+        const QStringList ids = columns(citation).filter(id);
+        if (end == 0 || ids.isEmpty())
+            return;
+        for (TwItem *sour : std::as_const(m_sources)) {
+            if (!line(sour).contains(ids.constFirst()))
+                continue;
+            const QString text = yearText(descendants(sour));
+            const int sourDate = text.toInt();
+            if (!text.isEmpty() && (sourDate < start || sourDate > end))
+                flag(root, citation, evtDate, sourDate);
+            return;
+        }
+    }
+
+    [[nodiscard]] TwItem *linkOfHusband(TwItem *root) const
+    {
+        const QList<TwItem *> lines = descendants(root);
+        for (const TwItem *husb : lines) {
+            if (!line(husb).contains("1 HUSB @I"_L1))
+                continue;
+            const QString id = columns(husb).filter(u"@I"_s).constFirst();
+            for (TwItem *indi : m_indis) {
+                if (!columns(indi).contains(id))
+                    continue;
+                const QList<TwItem *> below = descendants(indi);
+                for (TwItem *twi : below) {
+                    if (columns(twi).contains(root->text(1)))
+                        return twi;
+                }
+                return nullptr;
+            }
+            return nullptr;
+        }
+        return nullptr;
+    }
+
+    void flag(TwItem *root, TwItem *twi, const QString &evtDate, int sourDate)
+    {
+        static const QRegularExpression name(u"^.*/.*/$"_s);
+        ++m_count;
+        if (m_families.contains(root)) {
+            TwItem *link = linkOfHusband(root);
+            ++(link ? m_links : m_familyCitations);
+            if (link)
+                twi = link;
+        }
+        m_toolTips[twi] =
+            u"Date évènement : "_s + evtDate + u"\r\nDate source : "_s + QString::number(sourDate);
+        m_shown += twi;
+        auto *above = static_cast<TwItem *>(twi->parent());
+        while (above->text(0) != "0"_L1) {
+            const QList<TwItem *> siblings = children(above);
+            m_shown += QSet<TwItem *>(siblings.begin(), siblings.end());
+            m_shown += above;
+            above = static_cast<TwItem *>(above->parent());
+        }
+        m_shown += above;
+        const QList<TwItem *> lines = descendants(above);
+        for (TwItem *below : lines) {
+            if (name.match(line(below)).hasMatch()) {
+                m_shown += below;
+                return;
+            }
+        }
+    }
+
+    QList<TwItem *> m_entries;
+    QList<TwItem *> m_sources;
+    QList<TwItem *> m_indis;
+    QList<TwItem *> m_families;
+    QSet<TwItem *> m_shown;
+    QHash<TwItem *, QString> m_toolTips; // of all runs
+    int m_count = 0; // of the last run
+    int m_links = 0;
+    int m_familyCitations = 0;
+};
+
+/// Records of all kinds in any order; whether something disagrees is left to chance.
+QStringList generatedLines(QRandomGenerator *random)
+{
+    const auto below = [random](int limit) { return random->bounded(limit); };
+    const auto oneOf = [&below](const QStringList &texts) -> QString {
+        return texts.at(below(int(texts.size())));
+    };
+    const auto id = [&below](char letter, int limit) -> QString {
+        return u"@%1%2@"_s.arg(QLatin1Char(letter)).arg(1 + below(limit));
+    };
+    const QStringList eventDates{u" 12 MAR 1800"_s,
+                                 u" ABT 1801"_s,
+                                 u" FROM 1800 TO 1802"_s,
+                                 u" FROM 1801 TO 1803"_s,
+                                 u" BET 1799 AND 1802"_s,
+                                 u" 1801"_s,
+                                 u" FROM 1802 TO 1800"_s,
+                                 u" 3 MAY 2001"_s,
+                                 u" 5 MAY 1802"_s,
+                                 u" 5 MAY 1802 "_s,
+                                 u"  1803"_s,
+                                 QString()};
+    const QStringList sourceDates{u" 1800"_s,     u" 1801"_s, u" 1802"_s,  u" 1802"_s, u" 1803"_s,
+                                  u" JAN 1801"_s, u" 2001"_s, u" 1801 "_s, QString()};
+    const auto events = [&](const QStringList &tags) -> QStringList {
+        QStringList lines;
+        for (int i = below(5); i > 0; --i) {
+            lines += "1 "_L1 + oneOf(tags);
+            if (below(4) > 0)
+                lines += "2 DATE"_L1 + oneOf(eventDates);
+            for (int j = below(9); j > 0; --j) {
+                switch (below(6)) {
+                case 0:
+                    lines += "2 DATE"_L1 + oneOf(eventDates);
+                    break;
+                case 1:
+                    lines += u"2 PLAC Paris"_s;
+                    lines += "3 DATE"_L1 + oneOf(eventDates);
+                    lines += "3 SOUR "_L1 + id('S', 30);
+                    break;
+                case 2:
+                    lines += oneOf({u"2 SOUR @SX@"_s, u"2 SOUR @S1@ p. 3"_s, u"2 NOTE /x/"_s});
+                    break;
+                default:
+                    lines += "2 SOUR "_L1 + id('S', 30);
+                    lines += u"3 PAGE 12"_s;
+                }
+            }
+        }
+        return lines;
+    };
+
+    QList<QStringList> records;
+    const auto add = [&](const QStringList &record) {
+        records.insert(below(int(records.size()) + 1), record);
+    };
+    for (int i = 0; i < 40; ++i) {
+        QStringList lines{"0 "_L1 + id('S', 30) + " SOUR"_L1, u"1 TITL acte"_s};
+        for (int j = below(4); j > 0; --j) {
+            if (below(2) == 0)
+                lines += "1 DATE"_L1 + oneOf(sourceDates);
+            else
+                lines += {u"1 DATA"_s, u"2 EVEN BIRT"_s, "3 DATE"_L1 + oneOf(sourceDates)};
+        }
+        add(lines);
+    }
+    for (int i = 0; i < 60; ++i) {
+        QStringList lines{"0 "_L1 + id('I', 20) + " INDI"_L1};
+        lines += oneOf({u"1 NAME Jean /DUPONT/"_s, u"1 NAME Jean DUPONT"_s, u"1 SEX M"_s});
+        lines += events({u"BIRT"_s, u"DEAT"_s, u"OCCU tailleur"_s});
+        for (int j = below(7); j > 0; --j)
+            lines += (j == 2 ? "1 FAMC "_L1 : "1 FAMS "_L1) + id('F', 4);
+        add(lines);
+    }
+    for (int i = 0; i < 40; ++i) {
+        QStringList lines{"0 "_L1 + id('F', 4) + " FAM"_L1};
+        const QString husband =
+            oneOf({u"1 HUSB "_s, u"1 HUSB "_s, u"1 WIFE "_s, u"1 NOTE 1 HUSB "_s});
+        lines += husband + id('I', 24);
+        lines += events({u"MARR"_s, u"DIV"_s, u"EVEN"_s});
+        lines += "1 HUSB "_L1 + id('I', 24);
+        add(lines);
+    }
+    QStringList lines;
+    for (const QStringList &record : std::as_const(records))
+        lines += record;
+    return lines;
+}
+
+} // namespace
+
+class TstDatefilter : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+
+    void eventDates_data();
+    void eventDates();
+    void sourceDates_data();
+    void sourceDates();
+    void citations_data();
+    void citations();
+    void replacedTexts_data();
+    void replacedTexts();
+    void nothingButShows();
+    void sectionNodesStay();
+    void manyCitationsOfOneEvent();
+    void secondRun();
+    void saved();
+    void frame();
+    void progress_data();
+    void progress();
+    void texts();
+    void eventsBeforeTheLoop_data();
+    void eventsBeforeTheLoop();
+    void documentChangedInTheMidst_data();
+    void documentChangedInTheMidst();
+    void familyChangedInTheMidst_data();
+    void familyChangedInTheMidst();
+    void personsComeBeforeFamilies();
+    void recordLosesItsRootInTheMidst();
+    void rowsHiddenInTheMidst();
+    void generatedDocuments_data();
+    void generatedDocuments();
+    void checkBox();
+    void everyStateButUncheckedFilters();
+    void uncheckedInTheMidst();
+
+private:
+    AnsweredBoxes m_boxes; // none is shown; one that nobody answers would stop the test for ever
+};
+
+void TstDatefilter::cleanup()
+{
+    QCOMPARE(m_boxes.texts(), QStringList());
+}
+
+void TstDatefilter::eventDates_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QList<int>>("years"); // of the sources
+    QTest::addColumn<QList<int>>("disagreeing");
+
+    const auto row = [](const char *name, const QString &value, const QList<int> &years,
+                        const QList<int> &disagreeing) {
+        QTest::newRow(name) << value << years << disagreeing;
+    };
+    const QList<int> none;
+    const QList<int> around1805{1804, 1805, 1806};
+    const QList<int> but1805{1804, 1806};
+    row("period", u"FROM 1800 TO 1810"_s, {1799, 1800, 1805, 1810, 1811}, {1799, 1811});
+    row("day", u"12 MAR 1805"_s, around1805, but1805);
+    row("about a year", u"ABT 1805"_s, around1805, but1805);
+    row("between two years, the last counts", u"BET 1800 AND 1810"_s,
+        {1799, 1800, 1805, 1809, 1810, 1811}, {1799, 1800, 1805, 1809, 1811});
+    row("period that begins on a day, the last year counts", u"FROM 1 JAN 1800 TO 1810"_s,
+        {1799, 1800, 1805, 1809, 1810, 1811}, {1799, 1800, 1805, 1809, 1811});
+    row("period without an end", u"FROM 1800"_s, {1799, 1800, 1801}, {1799, 1801});
+    row("bare year", u"1805"_s, around1805, none);
+    row("year behind 1999", u"12 MAR 2005"_s, {1005, 1805, 1999}, none);
+    row("period from its end to its start", u"FROM 1810 TO 1800"_s, {1799, 1800, 1805, 1810, 1811},
+        {1799, 1800, 1805, 1810, 1811});
+
+    row("period of one year", u"FROM 1805 TO 1805"_s, around1805, but1805);
+    row("longest period", u"FROM 1000 TO 1999"_s, {999, 1000, 1500, 1999, 2000}, none);
+    row("period that begins before 1000", u"FROM 999 TO 1810"_s, {1800, 1810, 1811}, {1800, 1811});
+    row("period that begins behind 1999", u"FROM 2000 TO 1810"_s, {1810, 1811}, {1811});
+    row("period that ends behind 1999", u"FROM 1800 TO 2000"_s, {1799, 1800}, none);
+    row("period that ends on a day", u"FROM 1800 TO 31 DEC 1810"_s, {1800, 1810}, {1800});
+    row("period in lower case", u"from 1800 to 1810"_s, {1800, 1810}, {1800});
+    row("period with a word in front", u"INT FROM 1800 TO 1810"_s, {1800, 1810}, {1800});
+    row("period with a blank in front", u" FROM 1800 TO 1810"_s, {1800, 1810}, {1800});
+    row("period with two blanks", u"FROM  1800 TO 1810"_s, {1800, 1810}, {1800});
+    row("period with a blank behind", u"FROM 1800 TO 1810 "_s, {1799, 1811}, none);
+    row("end of a period", u"TO 1805"_s, around1805, but1805);
+    row("before a year", u"BEF 1805"_s, around1805, but1805);
+    row("another calendar", u"@#DJULIAN@ 5 MAR 1805"_s, around1805, but1805);
+    row("two years", u"1800 1805"_s, around1805, but1805);
+    row("year 999", u"12 MAR 999"_s, {998, 1000, 1999}, none);
+    row("year 1000", u"1 JAN 1000"_s, {999, 1000, 1001}, {1001});
+    row("year 1999", u"31 DEC 1999"_s, {1998, 1999, 2000}, {1998});
+    row("year 2000", u"1 JAN 2000"_s, {1000, 1999, 2000}, none);
+    row("year with a blank in front", u" 1805"_s, around1805, but1805);
+    row("blank behind the year", u"12 MAR 1805 "_s, around1805, none);
+    row("text behind the year", u"12 MAR 1805 ?"_s, around1805, none);
+    row("year in brackets", u"(12 MAR 1805)"_s, around1805, none);
+    row("double year", u"12 MAR 1804/1805"_s, around1805, none);
+    row("five digits", u"12 MAR 11805"_s, around1805, none);
+    row("no blank", u"MAR1805"_s, around1805, none);
+    row("tab for a blank", u"MAR\t1805"_s, around1805, none);
+    row("placeholders", u"%2 %1 %3 1805"_s, around1805, but1805);
+    row("no value", QString(), around1805, none);
+}
+
+void TstDatefilter::eventDates()
+{
+    QFETCH(QString, value);
+    QFETCH(QList<int>, years);
+    QFETCH(QList<int>, disagreeing);
+
+    // A person for each source.
+    QStringList expected;
+    QStringList sources;
+    for (int i = 0; i < int(years.size()); ++i) {
+        const bool flagged = disagreeing.contains(years.at(i));
+        const QString shown = flagged ? u"+"_s : u" "_s;
+        const QString year = QString::number(years.at(i));
+        expected += shown + u"0 @I%1@ INDI"_s.arg(i + 1);
+        expected += shown + u"1 NAME Jean /DUPONT/"_s;
+        expected += shown + u"1 BIRT"_s;
+        expected += shown + u"2 DATE"_s + (value.isEmpty() ? value : u' ' + value);
+        expected += (flagged ? u"*2 SOUR @S%1@"_s : u" 2 SOUR @S%1@"_s).arg(i + 1)
+                  + (flagged ? " | "_L1 + value + " | "_L1 + year : QString());
+        sources += source(i + 1, year);
+    }
+    expected += sources;
+    Review review(expected);
+    review.filter();
+    QCOMPARE(review.pictures(), withToolTips(expected));
+    QCOMPARE(review.status(), concluded(disagreeing.size()));
+}
+
+void TstDatefilter::sourceDates_data()
+{
+    QTest::addColumn<QStringList>("lines"); // below the source's root
+    QTest::addColumn<QString>("sourDate"); // as the tool tip has it; empty if nothing is flagged
+
+    const auto row = [](const char *name, const QStringList &lines, const QString &sourDate) {
+        QTest::newRow(name) << lines << sourDate;
+    };
+    const QString none;
+    row("year of the event", {u"1 DATE 1805"_s}, none);
+    row("year before", {u"1 DATE 1804"_s}, u"1804"_s);
+    row("year behind", {u"1 DATE 1806"_s}, u"1806"_s);
+    row("first year", {u"1 DATE 1000"_s}, u"1000"_s);
+    row("last year", {u"1 DATE 1999"_s}, u"1999"_s);
+    row("year before 1000", {u"1 DATE 999"_s}, none);
+    row("year behind 1999", {u"1 DATE 2000"_s}, none);
+    row("month of the same year", {u"1 DATE JAN 1805"_s}, u"0"_s);
+    row("day of the event", {u"1 DATE 12 MAR 1805"_s}, u"0"_s);
+    row("about the same year", {u"1 DATE ABT 1805"_s}, u"0"_s);
+    row("period", {u"1 DATE FROM 1800 TO 1810"_s}, u"0"_s);
+    row("double year", {u"1 DATE 1804/1805"_s}, u"0"_s);
+    row("month of a year behind 1999", {u"1 DATE JAN 2005"_s}, none);
+    row("blank in front", {u"1 DATE  1805"_s}, none);
+    row("blank in front of another year", {u"1 DATE  1840"_s}, u"1840"_s);
+    row("blank behind", {u"1 DATE 1840 "_s}, none);
+    row("text behind", {u"1 DATE 1840 ?"_s}, none);
+    row("five digits", {u"1 DATE 11805"_s}, u"11805"_s);
+    row("zeros in front", {u"1 DATE 001805"_s}, none);
+    row("minus in front", {u"1 DATE -1805"_s}, u"-1805"_s);
+    row("more than a number can hold", {u"1 DATE 99999999991805"_s}, u"0"_s);
+    row("no value", {u"1 DATE"_s}, none);
+    row("no date", {u"1 TITL registre de 1840"_s}, none);
+    row("year in the tag", {u"1 DATE1805"_s}, u"0"_s);
+    row("tag that begins like it", {u"1 DATES 1840"_s}, u"1840"_s);
+    row("tag that ends like it", {u"1 _DATE 1840"_s}, none);
+
+    row("date below", {u"1 DATA"_s, u"2 EVEN BIRT"_s, u"3 DATE 1840"_s, u"1 TITL x"_s}, u"1840"_s);
+    row("date far below", {u"1 A"_s, u"2 B"_s, u"3 C"_s, u"4 D"_s, u"5 DATE 1840"_s}, u"1840"_s);
+    row("first date agrees", {u"1 DATE 1805"_s, u"1 DATE 1840"_s}, none);
+    row("first date disagrees", {u"1 DATE 1840"_s, u"1 DATE 1805"_s}, u"1840"_s);
+    row("first date has no year", {u"1 DATE inconnue"_s, u"1 DATE 1840"_s}, none);
+    row("first date stands below", {u"1 DATA"_s, u"2 DATE 1804"_s, u"1 DATE 1805"_s}, u"1804"_s);
+    row("first date deleted", {u"-1 DATE 1805"_s, u"1 DATE 1840"_s}, u"1840"_s);
+    row("every date deleted", {u"-1 DATE 1840"_s, u"1 TITL x"_s}, none);
+    row("date below a deleted line", {u"-1 DATA"_s, u"2 DATE 1840"_s}, u"1840"_s);
+}
+
+void TstDatefilter::sourceDates()
+{
+    QFETCH(QStringList, lines);
+    QFETCH(QString, sourDate);
+
+    const bool flagged = !sourDate.isEmpty();
+    QStringList expected = birth(
+        flagged, {flagged ? u"+2 DATE 12 MAR 1805"_s : u" 2 DATE 12 MAR 1805"_s,
+                  flagged ? u"*2 SOUR @S1@ | 12 MAR 1805 | "_s + sourDate : u" 2 SOUR @S1@"_s});
+    expected += u" 0 @S1@ SOUR"_s;
+    for (const QString &line : std::as_const(lines))
+        expected += line.startsWith(u'-') ? line : u' ' + line;
+    Review review(expected);
+    review.filter();
+    QCOMPARE(review.pictures(), withToolTips(expected));
+    QCOMPARE(review.status(), concluded(flagged ? 1 : 0));
+}
+
+void TstDatefilter::citations_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QStringList>("rows");
+
+    const auto row = [](const char *name, int count, const QStringList &rows) {
+        QTest::newRow(name) << count << rows;
+    };
+    const QStringList s1 = source(1, u"1840"_s);
+    const QStringList s2 = source(2, u"1805"_s);
+    const QString date = u"+2 DATE 12 MAR 1805"_s;
+    const QString hiddenDate = u" 2 DATE 12 MAR 1805"_s;
+    const QString cited = u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s;
+    const QString hiddenCited = u" 2 SOUR @S1@"_s;
+
+    row("one of two events", 1,
+        {u" 0 HEAD"_s,
+         u" 1 CHAR UTF-8"_s,
+         u"+0 @I1@ INDI"_s,
+         u"+1 NAME Jean /DUPONT/"_s,
+         u" 2 GIVN Jean"_s,
+         u" 1 SEX M"_s,
+         u"+1 BIRT"_s,
+         date,
+         u"+2 PLAC Paris"_s,
+         u" 3 MAP"_s,
+         cited,
+         u" 3 PAGE 12"_s,
+         u"+2 NOTE note"_s,
+         u" 1 DEAT"_s,
+         u" 2 DATE 3 APR 1840"_s,
+         u" 2 SOUR @S1@"_s,
+         u" 0 @I2@ INDI"_s,
+         u" 1 NAME Anne /MARTIN/"_s,
+         u" 0 @S1@ SOUR"_s,
+         u" 1 DATE 1840"_s});
+    row("nothing cited", 0, birth(false, {hiddenDate}) + s1);
+    row("several citations of one event", 2,
+        birth(true, {date, cited, u"+2 SOUR @S2@"_s, u"*2 SOUR @S3@ | 12 MAR 1805 | 0"_s}) + s1 + s2
+            + source(3, u"JAN 1805"_s));
+    row("one source cited twice", 2, birth(true, {cited, date, cited}) + s1);
+    row("several events and persons", 3,
+        birth(true, {date, cited, u"+1 DEAT"_s, u"+2 DATE ABT 1850"_s,
+                     u"*2 SOUR @S1@ | ABT 1850 | 1840"_s, u" 1 BURI"_s, u" 2 DATE ABT 1840"_s,
+                     u" 2 SOUR @S1@"_s})
+            + s1
+            + QStringList{u"+0 @I2@ INDI"_s, u"+1 NAME Anne /MARTIN/"_s, u"+1 BIRT"_s, date,
+                          cited});
+
+    // The event.
+    row("first date of the event", 1,
+        birth(true,
+              {u"+2 DATE ABT 1805"_s, u"*2 SOUR @S1@ | ABT 1805 | 1840"_s, u"+2 DATE ABT 1840"_s})
+            + s1);
+    row("first date of the event has no year", 0,
+        birth(false, {u" 2 DATE inconnue"_s, hiddenDate, hiddenCited}) + s1);
+    row("first date of the event deleted", 1,
+        birth(true, {u"-2 DATE ABT 1840"_s, date, cited}) + s1);
+    row("every date of the event deleted", 0,
+        birth(false, {u"-2 DATE 12 MAR 1805"_s, hiddenCited}) + s1);
+    row("date below the place", 0,
+        birth(false, {u" 2 PLAC Paris"_s, u" 3 DATE ABT 1805"_s, hiddenCited}) + s1);
+    row("date of another event", 0, birth(false, {hiddenDate, u" 1 DEAT"_s, hiddenCited}) + s1);
+    row("tag that begins like a date", 1, birth(true, {u"+2 DATES 12 MAR 1805"_s, cited}) + s1);
+    row("tag that ends like a date", 0,
+        birth(false, {u" 2 _DATE 12 MAR 1805"_s, hiddenCited}) + s1);
+    row("deleted line of the event", 1,
+        birth(true, {date, u"-2 PLAC Paris"_s, u" 3 MAP"_s, cited, u"+2 TYPE x"_s}) + s1);
+    row("event of a deleted line", 1,
+        {u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u"-1 BIRT"_s, date, cited,
+         u" 0 @S1@ SOUR"_s, u" 1 DATE 1840"_s});
+
+    // The citation.
+    row("citation at another level", 0,
+        birth(false, {hiddenDate, u" 3 SOUR @S1@"_s, u" 1 SOUR @S1@"_s}) + s1);
+    row("citation deleted", 0, birth(false, {hiddenDate, u"-2 SOUR @S1@"_s}) + s1);
+    row("one of two citations deleted", 1, birth(true, {date, u"-2 SOUR @S1@"_s, cited}) + s1);
+    // What is live in a deleted record is hidden with it, and has no part in anything.
+    row("person deleted", 0,
+        QStringList{u"-0 @I1@ INDI"_s, u"+1 BIRT"_s, date, u"+2 SOUR @S1@"_s} + s1);
+    row("citations that only look like it", 0,
+        birth(false,
+              {hiddenDate, u" 2 SOUR @SX@"_s, u" 2 SOUR @S1@ p. 12"_s, u" 2 SOUR @S1"_s,
+               u" 2 SOUR  @S1@"_s, u" 2 SOUR @S1@ "_s, u" 2 SOUR @s1@"_s, u" 2 SOUR registre"_s,
+               u" 2 SOUR"_s, u" 2 SOURC @S1@"_s, u" 2 NOTE 2 SOUR @S1@"_s, u" 2 SOUR @S@"_s})
+            + s1 + QStringList{u" 0 @SX@ SOUR"_s, u" 1 DATE 1840"_s});
+    row("records that only look like persons or families", 0,
+        QStringList{u" 0 @P1@ INDI"_s,  u" 1 BIRT"_s, hiddenDate, hiddenCited,
+                    u" 0 @I1A@ INDI"_s, u" 1 BIRT"_s, hiddenDate, hiddenCited,
+                    u" 0 @I1@ INDI "_s, u" 1 BIRT"_s, hiddenDate, hiddenCited,
+                    u" 0 @I@ INDI"_s,   u" 1 BIRT"_s, hiddenDate, hiddenCited,
+                    u" 0 @FA1@ FAM"_s,  u" 1 MARR"_s, hiddenDate, hiddenCited,
+                    u" 0 @F1@ FAMI"_s,  u" 1 MARR"_s, hiddenDate, hiddenCited,
+                    u" 0 @O1@ OBJE"_s,  u" 1 DATA"_s, hiddenDate, hiddenCited,
+                    u" 0 @N1@ NOTE"_s,  u" 1 DATA"_s, hiddenDate, hiddenCited,
+                    u" 0 @U1@ SUBN"_s,  u" 1 DATA"_s, hiddenDate, hiddenCited,
+                    u" 0 @S9@ SOUR"_s,  u" 1 DATA"_s, hiddenDate, hiddenCited}
+            + s1);
+
+    // The source.
+    row("source not in the file", 0,
+        birth(false, {hiddenDate, hiddenCited}) + source(2, u"1840"_s));
+    row("source deleted", 0,
+        birth(false, {hiddenDate, hiddenCited})
+            + QStringList{u"-0 @S1@ SOUR"_s, u"+1 DATE 1840"_s});
+    row("ids that hold one another", 1,
+        birth(true, {date, u"+2 SOUR @S1@"_s, u"*2 SOUR @S12@ | 12 MAR 1805 | 1840"_s})
+            + source(12, u"1840"_s) + source(11, u"1841"_s) + source(1, u"1805"_s));
+    row("two sources of one id, the first agrees", 0,
+        birth(false, {hiddenDate, hiddenCited}) + source(1, u"1805"_s) + s1);
+    row("two sources of one id, the first disagrees", 1,
+        birth(true, {date, cited}) + s1 + source(1, u"1805"_s));
+    row("two sources of one id, the first has no date", 0,
+        birth(false, {hiddenDate, hiddenCited}) + QStringList{u" 0 @S1@ SOUR"_s, u" 1 TITL x"_s}
+            + s1);
+    row("two sources of one id, the first deleted", 1,
+        birth(true, {date, cited}) + QStringList{u"-0 @S1@ SOUR"_s, u"-1 DATE 1805"_s} + s1);
+    row("records that only look like the source", 0,
+        birth(false, {hiddenDate, hiddenCited})
+            + QStringList{u" 0 @S1@ SOURC"_s, u" 1 DATE 1840"_s, u" 0 @S1@ SOUR "_s,
+                          u" 1 DATE 1840"_s, u" 0 @S1@ NOTE @S1@"_s, u" 1 DATE 1840"_s,
+                          u" 0 @s1@ SOUR"_s, u" 1 DATE 1840"_s});
+
+    // The name.
+    const QStringList event{u"+1 BIRT"_s, date, cited};
+    row("no name", 1, QStringList{u"+0 @I1@ INDI"_s, u" 1 NAME Jean DUPONT"_s} + event + s1);
+    row("name behind the event", 1,
+        QStringList{u"+0 @I1@ INDI"_s} + event
+            + QStringList{u"+1 NAME Jean /DUPONT/"_s, u" 1 NAME Jean /DUPOND/"_s} + s1);
+    row("first name does not end in the surname", 1,
+        QStringList{u"+0 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/ fils"_s, u" 1 NAME Jean /DUPONT"_s,
+                    u"+1 NAME //"_s, u" 1 NAME Jean /DUPONT/"_s}
+            + event + s1);
+    row("first name deleted", 1,
+        QStringList{u"+0 @I1@ INDI"_s, u"-1 NAME Jean /DUPONT/"_s, u"+1 NAME Jean /DUPOND/"_s}
+            + event + s1);
+    row("another line that ends like a name", 1,
+        QStringList{u"+0 @I1@ INDI"_s, u" 1 RESI"_s, u"+2 NOTE http://a.fr/"_s,
+                    u" 1 NAME Jean /DUPONT/"_s}
+            + event + s1);
+
+    // Families are shown at the husband.
+    const QStringList husband{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u" 1 BIRT"_s,
+                              u" 2 DATE ABT 1780"_s, u"*1 FAMS @F1@ | 5 MAY 1805 | 1840"_s};
+    const QStringList single{u" 0 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/"_s, u" 1 SEX M"_s};
+    const QStringList other{u" 0 @I2@ INDI"_s, u" 1 NAME Anne /MARTIN/"_s, u" 1 FAMS @F1@"_s};
+    const QStringList hiddenHusband{u" 0 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/"_s,
+                                    u" 1 FAMS @F1@"_s};
+    const QString husb = u" 1 HUSB @I1@"_s;
+    const QString wife = u" 1 WIFE @I2@"_s;
+    row("family with a husband", 1, husband + other + family(false, {husb, wife}) + s1);
+    row("family with a husband, families first", 1,
+        s1 + family(false, {wife, husb}) + other + husband);
+    row("husband behind the event", 1,
+        husband
+            + QStringList{u" 0 @F1@ FAM"_s, u" 1 MARR"_s, u" 2 DATE 5 MAY 1805"_s,
+                          u" 2 SOUR @S1@"_s, u" 1 HUSB @I1@"_s}
+            + s1);
+    row("first of two husbands", 1,
+        husband + other + family(false, {husb, u" 1 HUSB @I2@"_s}) + s1);
+    row("husband of another form, then one that is right", 1,
+        husband + family(false, {u" 1 HUSB @H1@"_s, u" 1 HUSB"_s, u" 2 HUSB @I2@"_s, husb}) + other
+            + s1);
+    row("first line of the husband with the family's id", 1,
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u" 1 FAMS @F10@"_s,
+                    u" 1 FAMS @F1@ x"_s, u" 1 NOTE voir @F1@"_s,
+                    u"*1 FAMC @F1@ | 5 MAY 1805 | 1840"_s, u" 1 FAMS @F1@"_s}
+            + family(false, {husb}) + s1);
+    row("line of the husband with the family's id further down", 1,
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u"+1 EVEN"_s,
+                    u"+2 TYPE mariage"_s, u"+2 ASSO"_s, u"+3 RELA x"_s, u"-3 NOTE x"_s,
+                    u"*3 NOTE @F1@ | 5 MAY 1805 | 1840"_s, u" 1 FAMS @F1@"_s}
+            + family(false, {husb}) + s1);
+    row("first line of the husband with the family's id deleted", 1,
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u"-1 FAMS @F1@"_s,
+                    u"*1 FAMS @F1@ | 5 MAY 1805 | 1840"_s}
+            + family(false, {husb}) + s1);
+    row("three events of a family", 3,
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s,
+                    u"*1 FAMS @F1@ | ABT 1815 | 1840"_s}
+            + family(false, {husb, u" 1 MARB"_s, u" 2 DATE ABT 1804"_s, u" 2 SOUR @S1@"_s})
+            + QStringList{u" 2 DATE ABT 1815"_s, u" 2 SOUR @S1@"_s} + s1);
+    row("two families of one id", 2,
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s,
+                    u"*1 FAMS @F1@ | ABT 1815 | 1840"_s}
+            + family(false, {husb})
+            + QStringList{u" 0 @F1@ FAM"_s, u" 1 HUSB @I1@"_s, u" 1 DIV"_s, u" 2 DATE ABT 1815"_s,
+                          u" 2 SOUR @S1@"_s}
+            + s1);
+    row("two families of one husband", 2,
+        husband + QStringList{u"*1 FAMS @F2@ | 5 MAY 1805 | 1840"_s}
+            + family(false, {husb}, u"@F2@"_s) + family(false, {husb}) + s1);
+    row("events of the husband and of the family", 2,
+        birth(true, {date, cited, u"*1 FAMS @F1@ | 5 MAY 1805 | 1840"_s, u" 1 DEAT"_s})
+            + family(false, {husb}) + s1);
+    row("family that agrees", 0,
+        hiddenHusband
+            + QStringList{u" 0 @F1@ FAM"_s, u" 1 HUSB @I1@"_s, u" 1 MARR"_s, u" 2 DATE ABT 1840"_s,
+                          u" 2 SOUR @S1@"_s}
+            + s1);
+    row("two persons of one id, the first is the husband", 1,
+        husband + hiddenHusband + family(false, {husb}) + s1);
+    row("two persons of one id, the first deleted", 1,
+        QStringList{u"-0 @I1@ INDI"_s, u"-1 FAMS @F1@"_s} + husband + family(false, {husb}) + s1);
+
+    // Without a husband, or a line in his record, at the family.
+    row("no husband", 1, other + family(true, {wife}) + s1);
+    row("no line with the family's id", 1, single + family(true, {husb}) + s1);
+    row("line with the family's id deleted", 1,
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 SEX M"_s, u"-1 FAMS @F1@"_s} + family(true, {husb})
+            + s1);
+    row("husband not in the file", 1, other + family(true, {husb}) + s1);
+    row("first of two husbands not in the file", 1,
+        other + family(true, {husb, u" 1 HUSB @I2@"_s}) + s1);
+    row("husband's record deleted", 1,
+        QStringList{u"-0 @I1@ INDI"_s, u"+1 FAMS @F1@"_s} + family(true, {husb}) + s1);
+    row("husband's record of another form", 1,
+        QStringList{u" 0 @I1A@ INDI"_s, u" 1 FAMS @F1@"_s} + family(true, {u" 1 HUSB @I1A@"_s})
+            + s1);
+    row("two persons of one id, the first has no line", 1,
+        single + hiddenHusband + family(true, {husb}) + s1);
+    row("husband's line deleted", 1, hiddenHusband + family(true, {u"-1 HUSB @I1@"_s}) + s1);
+    row("text behind the husband's id", 1,
+        hiddenHusband + family(true, {u" 1 HUSB @I1@ x"_s}) + s1);
+    row("husband at another level", 1,
+        hiddenHusband + family(true, {u" 1 EVEN"_s, u" 2 HUSB @I1@"_s}) + s1);
+    row("husband of another form", 1, hiddenHusband + family(true, {u" 1 HUSB @H1@"_s}) + s1);
+    row("husband in lower case", 1, hiddenHusband + family(true, {u" 1 husb @I1@"_s}) + s1);
+    row("husband named in a note first", 1,
+        hiddenHusband + family(true, {u" 1 NOTE 1 HUSB @I1@"_s, husb}) + s1);
+    row("husband named behind another tag first", 1,
+        hiddenHusband + family(true, {u" 1 REF1 HUSB @I1@"_s, husb}) + s1);
+    row("family with a line that ends like a name", 1,
+        family(true, {u"+1 NOTE à/b/"_s, u" 1 NOTE c/d/"_s}) + s1);
+}
+
+void TstDatefilter::citations()
+{
+    QFETCH(int, count);
+    QFETCH(QStringList, rows);
+
+    Review review(rows);
+    const QList<QStringList> columns = review.columns();
+    review.filter();
+    QCOMPARE(review.pictures(), withToolTips(rows));
+    QCOMPARE(review.status(), concluded(count));
+    QCOMPARE(review.columns(), columns);
+    QCOMPARE(review.newJournal(), QStringList());
+}
+
+void TstDatefilter::replacedTexts_data()
+{
+    QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<QStringList>("replacement"); // the arguments of change()
+    QTest::addColumn<QStringList>("rows");
+    QTest::addColumn<int>("count");
+
+    const auto row = [](const char *name, const QStringList &lines, const QStringList &replacement,
+                        const QStringList &rows, int count) {
+        QTest::newRow(name) << lines << replacement << rows << count;
+    };
+    const QStringList s1 = source(1, u"1840"_s);
+    const QStringList birth{u" 0 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/"_s, u" 1 BIRT"_s,
+                            u" 2 DATE 12 MAR 1805"_s, u" 2 SOUR @S1@"_s};
+    const QStringList marriage{u" 0 @I1@ INDI"_s, u" 1 FAMS @F1@"_s, u" 0 @F1@ FAM"_s,
+                               u" 1 HUSB @I1@"_s, u" 1 MARR"_s,      u" 2 DATE 12 MAR 1805"_s,
+                               u" 2 SOUR @S1@"_s};
+    row("citation directly below the root, judged by the first date of the record",
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 SOUR @S1@"_s, u" 1 NAME Jean /DUPONT/"_s, u" 1 EVEN"_s,
+                    u" 2 PLAC Paris"_s, u" 3 DATE ABT 1805"_s, u" 1 BIRT"_s, u" 2 DATE ABT 1840"_s}
+            + s1,
+        {u"1"_s, u"2"_s, u"INDI.SOUR"_s},
+        QStringList{u"+0 @I1@ INDI"_s, u"*2 SOUR @S1@ | ABT 1805 | 1840"_s,
+                    u"+1 NAME Jean /DUPONT/"_s, u" 1 EVEN"_s, u" 2 PLAC Paris"_s,
+                    u" 3 DATE ABT 1805"_s, u" 1 BIRT"_s, u" 2 DATE ABT 1840"_s}
+            + s1,
+        1);
+    row("citation directly below a family without a husband",
+        QStringList{u" 0 @F1@ FAM"_s, u" 1 SOUR @S1@"_s, u" 1 MARR"_s, u" 2 DATE ABT 1805"_s} + s1,
+        {u"1"_s, u"2"_s, u"FAM.SOUR"_s},
+        QStringList{u"+0 @F1@ FAM"_s, u"*2 SOUR @S1@ | ABT 1805 | 1840"_s, u" 1 MARR"_s,
+                    u" 2 DATE ABT 1805"_s}
+            + s1,
+        1);
+    row("citation below a place, judged by the place's date",
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/"_s, u" 2 GIVN Jean"_s, u" 1 BIRT"_s,
+                    u" 2 DATE ABT 1840"_s, u" 2 PLAC Paris"_s, u" 3 DATE ABT 1805"_s,
+                    u" 3 SOUR @S1@"_s, u" 3 MAP"_s, u" 4 LATI N0"_s, u" 1 DEAT"_s}
+            + s1,
+        {u"3"_s, u"2"_s, u"INDI.BIRT.PLAC.SOUR"_s},
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u" 2 GIVN Jean"_s, u"+1 BIRT"_s,
+                    u"+2 DATE ABT 1840"_s, u"+2 PLAC Paris"_s, u"+3 DATE ABT 1805"_s,
+                    u"*2 SOUR @S1@ | ABT 1805 | 1840"_s, u"+3 MAP"_s, u" 4 LATI N0"_s, u" 1 DEAT"_s}
+            + s1,
+        1);
+    row("citation that has another level now", birth + s1, {u"2"_s, u"3"_s, u"INDI.BIRT.SOUR"_s},
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/"_s, u" 1 BIRT"_s,
+                    u" 2 DATE 12 MAR 1805"_s, u" 3 SOUR @S1@"_s}
+            + s1,
+        0);
+    row("date that has another level now", birth + s1, {u"2"_s, u"9"_s, u"INDI.BIRT.DATE"_s},
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u"+1 BIRT"_s,
+                    u"+9 DATE 12 MAR 1805"_s, u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s}
+            + s1,
+        1);
+    row("person that reads as none", birth + s1, {u"0"_s, u"9"_s, u"INDI"_s},
+        QStringList{u" 9 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/"_s, u" 1 BIRT"_s,
+                    u" 2 DATE 12 MAR 1805"_s, u" 2 SOUR @S1@"_s}
+            + s1,
+        0);
+    row("source that reads as none", birth + s1, {u"0"_s, u"9"_s, u"SOUR"_s},
+        birth + QStringList{u" 9 @S1@ SOUR"_s, u" 1 DATE 1840"_s}, 0);
+    row("family that reads as none", marriage + s1, {u"0"_s, u"9"_s, u"FAM"_s},
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 FAMS @F1@"_s, u" 9 @F1@ FAM"_s, u" 1 HUSB @I1@"_s,
+                    u" 1 MARR"_s, u" 2 DATE 12 MAR 1805"_s, u" 2 SOUR @S1@"_s}
+            + s1,
+        0);
+    row("husband that reads as none", marriage + s1, {u"0"_s, u"9"_s, u"INDI"_s},
+        QStringList{u" 9 @I1@ INDI"_s, u" 1 FAMS @F1@"_s, u"+0 @F1@ FAM"_s, u" 1 HUSB @I1@"_s,
+                    u"+1 MARR"_s, u"+2 DATE 12 MAR 1805"_s, u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s}
+            + s1,
+        1);
+    row("event that reads as a root",
+        birth + QStringList{u" 2 NOTE a/b/"_s, u" 2 NOTE c/d/"_s} + s1,
+        {u"1"_s, u"0"_s, u"INDI.BIRT"_s},
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/"_s, u"+0 BIRT"_s,
+                    u" 2 DATE 12 MAR 1805"_s, u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s,
+                    u"+2 NOTE a/b/"_s, u" 2 NOTE c/d/"_s}
+            + s1,
+        1);
+    row("event of a family that reads as a root", marriage + s1, {u"1"_s, u"0"_s, u"FAM.MARR"_s},
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 FAMS @F1@"_s, u" 0 @F1@ FAM"_s, u" 1 HUSB @I1@"_s,
+                    u"+0 MARR"_s, u" 2 DATE 12 MAR 1805"_s, u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s}
+            + s1,
+        1);
+    row("husband's line below the event",
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 FAMS @F1@"_s}
+            + family(false, {u" 1 EVEN"_s, u" 2 HUSB @I1@"_s}) + s1,
+        {u"2"_s, u"1"_s, u"FAM.EVEN.HUSB"_s},
+        QStringList{u"+0 @I1@ INDI"_s, u"*1 FAMS @F1@ | 5 MAY 1805 | 1840"_s}
+            + family(false, {u" 1 EVEN"_s, u" 1 HUSB @I1@"_s}) + s1,
+        1);
+    row("year of the event in the tag column, which comes first", birth + s1,
+        {u"DATE"_s, u"DATE AN 1803"_s, u"INDI.BIRT.DATE"_s},
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u"+1 BIRT"_s,
+                    u"+2 DATE AN 1803 12 MAR 1805"_s, u"*2 SOUR @S1@ | DATE AN 1803 | 1840"_s}
+            + s1,
+        1);
+    row("year of the source in the tag column, which comes first", birth + source(1, u"1805"_s),
+        {u"DATE"_s, u"DATE 1805"_s, u"SOUR.DATE"_s},
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u"+1 BIRT"_s,
+                    u"+2 DATE 12 MAR 1805"_s, u"*2 SOUR @S1@ | 12 MAR 1805 | 0"_s,
+                    u" 0 @S1@ SOUR"_s, u" 1 DATE 1805 1805"_s},
+        1);
+    row("citation whose id stands in the tag column",
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/"_s, u" 1 BIRT"_s,
+                    u" 2 DATE 12 MAR 1805"_s, u" 2 SOURX"_s}
+            + s1,
+        {u"SOURX"_s, u"SOUR @S1@"_s, u"SOURX"_s},
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/"_s, u" 1 BIRT"_s,
+                    u" 2 DATE 12 MAR 1805"_s, u" 2 SOUR @S1@"_s}
+            + s1,
+        0);
+    // The id of the source is looked for in its line, not in a column.
+    row("source whose id does not fill its column",
+        birth + QStringList{u" 0 @S1@"_s, u" 1 DATE 1840"_s},
+        {u"@S1@"_s, u"@S1@ SOUR"_s, u"ERREUR"_s},
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u"+1 BIRT"_s,
+                    u"+2 DATE 12 MAR 1805"_s, u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s,
+                    u" 0 @S1@ SOUR"_s, u" 1 DATE 1840"_s},
+        1);
+}
+
+void TstDatefilter::replacedTexts()
+{
+    QFETCH(QStringList, lines);
+    QFETCH(QStringList, replacement);
+    QFETCH(QStringList, rows);
+    QFETCH(int, count);
+
+    Review review(lines);
+    change(&review.gedcom, replacement);
+    const QList<QStringList> columns = review.columns();
+    review.newJournal();
+    review.filter();
+    QCOMPARE(review.pictures(), withToolTips(rows));
+    QCOMPARE(review.status(), concluded(count));
+    QCOMPARE(review.columns(), columns);
+    QCOMPARE(review.newJournal(), QStringList());
+}
+
+void TstDatefilter::nothingButShows()
+{
+    const QStringList rows =
+        birth(true, {u"+2 DATE 12 MAR 1805"_s, u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s})
+        + QStringList{u"+0 @I2@ INDI"_s, u"+1 SEX M"_s, u"+0 @S1@ SOUR"_s, u"+1 DATE 1840"_s};
+    Review review(rows);
+    review.gedcom.filterSourceDateDiff(); // what is on screen before stays
+    QCOMPARE(review.pictures(), withToolTips(rows));
+
+    // The tool tip, letter for letter.
+    QCOMPARE(review.entry(u"2 SOUR @S1@"_s)->toolTip(0),
+             u"Date évènement : 12 MAR 1805\r\nDate source : 1840"_s);
+    QCOMPARE(review.entry(u"2 SOUR @S1@"_s)->toolTip(1), u"ligne 5"_s);
+    QCOMPARE(review.entry(u"2 SOUR @S1@"_s)->background(0), QBrush(Qt::red, Qt::SolidPattern));
+    QCOMPARE(review.entry(u"2 SOUR @S1@"_s)->background(1), QBrush());
+    QVERIFY(review.tree.updatesEnabled());
+}
+
+void TstDatefilter::sectionNodesStay()
+{
+    Review review(birth(false, {u" 2 DATE 12 MAR 1805"_s}) + source(1, u"1840"_s)
+                  + QStringList{u" 0 @U1@ SUBN"_s, u" 1 NOTE x"_s});
+    review.filter();
+    QStringList rows;
+    for (int i = 0; i < review.tree.topLevelItemCount(); ++i) {
+        const QTreeWidgetItem *row = review.tree.topLevelItem(i);
+        rows += (row->isHidden() ? u"hidden: "_s : QString()) + row->text(0) + u' ' + row->text(1);
+    }
+    QCOMPARE(rows, QStringList({u"en-tête 0"_s, u"personnes 1"_s, u"familles 0"_s, u"sources 1"_s,
+                                u"médias 0"_s, u"dépots 0"_s, u"hidden: notes 0"_s,
+                                u"hidden: 0 @U1@"_s}));
+    QCOMPARE(review.status(), u"0 incohérences sources / évènements détectées."_s);
+}
+
+void TstDatefilter::manyCitationsOfOneEvent()
+{
+    QStringList rows = birth(true, {u"+2 DATE 12 MAR 1805"_s});
+    for (int i = 0; i < 1500; ++i) {
+        rows += {u"+2 SOUR @S2@"_s, u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s, u" 3 PAGE 1"_s};
+        if (i % 100 == 0)
+            rows += u"-2 SOUR @S1@"_s;
+    }
+    rows += source(1, u"1840"_s) + source(2, u"1805"_s);
+    Review review(rows);
+    review.filter();
+    QCOMPARE(review.pictures(), withToolTips(rows));
+    QCOMPARE(review.status(), u"1500 incohérences sources / évènements détectées."_s);
+}
+
+void TstDatefilter::secondRun()
+{
+    const QStringList rows =
+        birth(true,
+              {u"+2 DATE 12 MAR 1805"_s, u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s, u"+2 SOUR @S2@"_s})
+        + source(1, u"1840"_s) + source(2, u"1805"_s);
+    Review review(rows);
+    review.filter();
+    review.filter();
+    QCOMPARE(review.pictures(), withToolTips(rows));
+    QCOMPARE(review.status(), concluded(1));
+
+    // Nothing is remembered from one call to the next, and nothing red is taken away.
+    change(&review.gedcom, {u"1840"_s, u"1805"_s, u"SOUR.DATE"_s});
+    review.filter();
+    QCOMPARE(review.pictures(),
+             withToolTips(birth(false, {u" 2 DATE 12 MAR 1805"_s,
+                                        u"#2 SOUR @S1@ | 12 MAR 1805 | 1840"_s, u" 2 SOUR @S2@"_s})
+                          + source(1, u"1805"_s) + source(2, u"1805"_s)));
+    QCOMPARE(review.status(), concluded(0));
+
+    change(&review.gedcom, {u"12 MAR 1805"_s, u"ABT 1806"_s, u"DATE"_s});
+    review.filter();
+    QCOMPARE(review.pictures(),
+             withToolTips(birth(true, {u"+2 DATE ABT 1806"_s, u"*2 SOUR @S1@ | ABT 1806 | 1805"_s,
+                                       u"*2 SOUR @S2@ | ABT 1806 | 1805"_s})
+                          + source(1, u"1805"_s) + source(2, u"1805"_s)));
+    QCOMPARE(review.status(), concluded(2));
+}
+
+void TstDatefilter::saved()
+{
+    Review review(citedInTurn(3));
+    const QByteArray before = readBytes(review.path());
+    review.filter();
+    QCOMPARE(readBytes(review.path()), before);
+    QVERIFY(review.gedcom.writeGedFile(review.path()));
+    QCOMPARE(readBytes(review.path()), before);
+}
+
+void TstDatefilter::frame()
+{
+    Review review(citedInTurn(250));
+    review.hideAll();
+    QStringList debug;
+    Told told(&review);
+    {
+        const DebugListener listener([&debug](const QString &text) { debug += text; });
+        review.gedcom.filterSourceDateDiff();
+    }
+    QCOMPARE(told.take(),
+             QStringList({"status: "_L1 + Announced, u"bar shown"_s, u"bar: 100 of 250"_s,
+                          u"events"_s, u"bar: 200 of 250"_s, u"events"_s, u"bar hidden"_s,
+                          u"status: 125 incohérences sources / évènements détectées."_s}));
+    QCOMPARE(debug, QStringList());
+    QCOMPARE(review.newJournal(), QStringList());
+}
+
+void TstDatefilter::progress_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QStringList>("expected"); // between the first events and the end
+    QTest::addColumn<int>("value"); // at the end
+    QTest::addColumn<QStringList>("again"); // the same of a second run, with the events before
+
+    const QStringList nothing{u"events at -1"_s};
+    QTest::newRow("no citation") << 0 << QStringList() << -1 << nothing;
+    QTest::newRow("99 citations") << 99 << QStringList() << -1 << nothing;
+    QTest::newRow("100 citations") << 100 << QStringList{u"100 of 100"_s, u"events at 100"_s} << 100
+                                   << QStringList{u"events at 100"_s, u"events at 100"_s};
+    const QStringList twice{u"100 of 250"_s, u"events at 100"_s, u"200 of 250"_s,
+                            u"events at 200"_s};
+    QTest::newRow("250 citations")
+        << 250 << twice << 200 << QStringList{u"events at 200"_s} + twice;
+}
+
+void TstDatefilter::progress()
+{
+    QFETCH(int, size);
+    QFETCH(QStringList, expected);
+    QFETCH(int, value);
+    QFETCH(QStringList, again);
+
+    // All citations count, those of families and those without a date too; others do not.
+    QStringList lines{u" 0 @F1@ FAM"_s, u" 1 MARR"_s};
+    for (int i = 0; i < size; ++i) {
+        if (i == size / 3)
+            lines += {u" 0 @I1@ INDI"_s, u" 1 SOUR @S1@"_s, u" 1 BIRT"_s, u" 2 DATE ABT 1805"_s};
+        lines += i % 2 == 0 ? u" 2 SOUR @S1@"_s : u" 2 SOUR @S9@"_s;
+        lines += u" 3 SOUR @S1@"_s;
+        lines += u"-2 SOUR @S1@"_s;
+    }
+    Review review(lines + source(1, u"1840"_s));
+    const ProgressLog log(&review.progress);
+    review.filter();
+    const QStringList whole =
+        QStringList{u"show"_s, u"events at -1"_s} + expected + QStringList{u"hide"_s};
+    QCOMPARE(log.entries(), whole);
+    QCOMPARE(review.progress.minimum(), 0);
+    QCOMPARE(review.progress.maximum(), size);
+    QCOMPARE(review.progress.value(), value); // it is hidden rather than reset
+    QVERIFY(review.progress.isHidden());
+
+    review.filter();
+    QCOMPARE(log.entries(), whole + QStringList{u"show"_s} + again + QStringList{u"hide"_s});
+}
+
+void TstDatefilter::texts()
+{
+    Review review(citedInTurn(1));
+    const MarkingTranslator translator;
+    QStringList statusTexts;
+    connect(&review.statusBar, &QStatusBar::messageChanged, this,
+            [&statusTexts](const QString &text) { statusTexts += text; });
+    review.filter();
+    QCOMPARE(statusTexts.size(), 2);
+    for (const QString &text : std::as_const(statusTexts))
+        QVERIFY2(text.contains(u"[Gedcom]"_s), qPrintable(text));
+    QVERIFY(review.entry(u"2 SOUR @S2@"_s)->toolTip(0).contains(u"[Gedcom]"_s));
+}
+
+void TstDatefilter::eventsBeforeTheLoop_data()
+{
+    QTest::addColumn<QStringList>("replacement"); // the arguments of change()
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QStringList>("redRows");
+
+    const QString red = u"*2 SOUR @S2@ | 12 MAR 1805 | 1840"_s;
+    QTest::newRow("nothing done") << QStringList{u"x"_s, u"y"_s, u"NONE"_s} << 2
+                                  << QStringList{"5: "_L1 + red, "7: "_L1 + red};
+    QTest::newRow("source dates replaced")
+        << QStringList{u"1840"_s, u"1805"_s, u"SOUR.DATE"_s} << 0 << QStringList();
+    QTest::newRow("event dates replaced")
+        << QStringList{u"1805"_s, u"1840"_s, u"INDI.BIRT.DATE"_s} << 1
+        << QStringList{u"6: *2 SOUR @S1@ | 12 MAR 1840 | 1805"_s};
+    QTest::newRow("sources swapped") << QStringList{u"@S2@"_s, u"@S1@"_s, u"SOUR"_s} << 3
+                                     << QStringList{u"5: *2 SOUR @S1@ | 12 MAR 1805 | 1840"_s,
+                                                    u"6: *2 SOUR @S1@ | 12 MAR 1805 | 1840"_s,
+                                                    u"7: *2 SOUR @S1@ | 12 MAR 1805 | 1840"_s};
+    // The list of citations is there already; the deleted ones stay hidden.
+    QTest::newRow("citations deleted") << QStringList{u"INDI.BIRT.SOUR"_s} << 2
+                                       << QStringList{u"5: =2 SOUR @S2@ | 12 MAR 1805 | 1840"_s,
+                                                      u"7: =2 SOUR @S2@ | 12 MAR 1805 | 1840"_s};
+    QTest::newRow("citations and sources deleted") << QStringList{u"SOUR"_s} << 0 << QStringList();
+    QTest::newRow("first source of an id deleted")
+        << QStringList{u"SOUR"_s, u"1840"_s} << 2
+        << QStringList{u"5: *2 SOUR @S2@ | 12 MAR 1805 | 1850"_s,
+                       u"7: *2 SOUR @S2@ | 12 MAR 1805 | 1850"_s};
+    QTest::newRow("event dates deleted") << QStringList{u"INDI.BIRT.DATE"_s} << 0 << QStringList();
+}
+
+void TstDatefilter::eventsBeforeTheLoop()
+{
+    QFETCH(QStringList, replacement);
+    QFETCH(int, count);
+    QFETCH(QStringList, redRows);
+
+    Review review(citedInTurn(3));
+    review.hideAll();
+    QStringList seen;
+    QMetaObject::invokeMethod(
+        &review.progress,
+        [&] {
+            seen = {review.status(),
+                    u"%1 of %2"_s.arg(review.progress.value()).arg(review.progress.maximum()),
+                    review.progress.isVisible() ? u"bar shown"_s : u"bar hidden"_s};
+            seen += review.redRows();
+            change(&review.gedcom, replacement);
+        },
+        Qt::QueuedConnection);
+    review.gedcom.filterSourceDateDiff();
+    QCOMPARE(seen, QStringList({Announced, u"-1 of 3"_s, u"bar shown"_s}));
+    QCOMPARE(review.redRows(), withToolTips(redRows));
+    QCOMPARE(review.status(), concluded(count));
+}
+
+void TstDatefilter::documentChangedInTheMidst_data()
+{
+    QTest::addColumn<QStringList>("replacement"); // the arguments of change()
+    QTest::addColumn<QString>("odd"); // of the 100th citation on, what source 2 gives
+    QTest::addColumn<QString>("even"); // and source 1
+
+    const QString none;
+    QTest::newRow("nothing changed")
+        << QStringList{u"x"_s, u"y"_s, u"NONE"_s} << u" | 12 MAR 1805 | 1840"_s << none;
+    QTest::newRow("date of the event") << QStringList{u"1805"_s, u"1840"_s, u"INDI.BIRT.DATE"_s}
+                                       << none << u" | 12 MAR 1840 | 1805"_s;
+    QTest::newRow("date of the event, which has no year then")
+        << QStringList{u"1805"_s, u"x"_s, u"INDI.BIRT.DATE"_s} << none << none;
+    QTest::newRow("date of the source that disagrees")
+        << QStringList{u"1840"_s, u"1805"_s, u"SOUR.DATE"_s} << none << none;
+    QTest::newRow("date of the source that agrees")
+        << QStringList{u"1805"_s, u"1806"_s, u"SOUR.DATE"_s} << u" | 12 MAR 1805 | 1840"_s
+        << u" | 12 MAR 1805 | 1806"_s;
+    QTest::newRow("every date") << QStringList{u"18"_s, u"19"_s, u"DATE"_s}
+                                << u" | 12 MAR 1905 | 1940"_s << none;
+    QTest::newRow("column of the date of the event")
+        << QStringList{u"DATE"_s, u"DATE 1840"_s, u"INDI.BIRT.DATE"_s} << none
+        << u" | DATE 1840 | 1805"_s;
+    QTest::newRow("tag of the date of the event")
+        << QStringList{u"DATE"_s, u"DAT"_s, u"INDI.BIRT.DATE"_s} << none << none;
+    QTest::newRow("tag of the dates of the sources")
+        << QStringList{u"DATE"_s, u"DAT"_s, u"SOUR.DATE"_s} << none << none;
+    QTest::newRow("id of the source that agrees") // the other one stands first
+        << QStringList{u"@S1@"_s, u"@S2@"_s, u"SOUR"_s} << u" | 12 MAR 1805 | 1840"_s
+        << u" | 12 MAR 1805 | 1840"_s;
+    QTest::newRow("id of the source that disagrees")
+        << QStringList{u"@S2@"_s, u"@S1@"_s, u"SOUR"_s} << u" | 12 MAR 1805 | 1840"_s
+        << u" | 12 MAR 1805 | 1840"_s;
+    QTest::newRow("id that has no form any more")
+        << QStringList{u"@S2@"_s, u"@SX@"_s, u"SOUR"_s} << none << none;
+    QTest::newRow("tag of the sources and the citations")
+        << QStringList{u"SOUR"_s, u"XSOUR"_s, u"SOUR"_s} << u" | 12 MAR 1805 | 1840"_s << none;
+    // The id is looked for in the line of the source, not in a column.
+    QTest::newRow("line of each source, which holds the id of one then")
+        << QStringList{u"SOUR"_s, u"SOUR @S1@"_s, u"SOUR"_s} << u" | 12 MAR 1805 | 1840"_s
+        << u" | 12 MAR 1805 | 1840"_s;
+    QTest::newRow("date of the event deleted") << QStringList{u"INDI.BIRT.DATE"_s} << none << none;
+    QTest::newRow("dates of the sources deleted") << QStringList{u"SOUR.DATE"_s} << none << none;
+    QTest::newRow("sources and citations deleted") << QStringList{u"SOUR"_s} << none << none;
+    QTest::newRow("first source of an id deleted")
+        << QStringList{u"SOUR"_s, u"1840"_s} << u" | 12 MAR 1805 | 1850"_s << none;
+    QTest::newRow("citations deleted")
+        << QStringList{u"INDI.BIRT.SOUR"_s} << u" | 12 MAR 1805 | 1840"_s << none;
+}
+
+void TstDatefilter::documentChangedInTheMidst()
+{
+    QFETCH(QStringList, replacement);
+    QFETCH(QString, odd);
+    QFETCH(QString, even);
+
+    constexpr int Citations = 204;
+    Review review(citedInTurn(Citations));
+    review.hideAll();
+    atNextMove(&review.progress, [&] { change(&review.gedcom, replacement); });
+    review.gedcom.filterSourceDateDiff();
+
+    QStringList expected;
+    for (int i = 1; i <= Citations; ++i) {
+        const QString old = i % 2 == 1 ? u" | 12 MAR 1805 | 1840"_s : QString();
+        const QString dates = i < 100 ? old : i % 2 == 1 ? odd : even;
+        if (!dates.isEmpty())
+            expected += QString::number(i + 4) + dates;
+    }
+    QStringList actual;
+    const QList<TwItem *> entries = review.entries();
+    for (TwItem *twi : entries) {
+        if (twi->background(0) != QBrush())
+            actual += twi->getNumLineGedFile() + " | "_L1 + twi->toolTip(0);
+    }
+    QCOMPARE(actual, withToolTips(expected));
+    QCOMPARE(review.status(), concluded(expected.size()));
+}
+
+void TstDatefilter::familyChangedInTheMidst_data()
+{
+    QTest::addColumn<QStringList>("replacement"); // the arguments of change()
+    QTest::addColumn<QStringList>("redRows");
+
+    const auto row = [](const char *name, const QStringList &replacement,
+                        const QStringList &redRows) {
+        QTest::newRow(name) << replacement << redRows;
+    };
+    QStringList citations; // from the 100th on
+    for (int line = 112; line <= 116; ++line)
+        citations += u"%1: *2 SOUR @S1@ | 5 MAY 1805 | 1840"_s.arg(line);
+    const QString link = u"3: *1 FAMS @F1@ | 5 MAY 1805 | 1840"_s;
+    row("nothing", {u"x"_s, u"y"_s, u"NONE"_s}, {link});
+    row("date of the event", {u"1805"_s, u"1806"_s, u"FAM.MARR.DATE"_s},
+        {u"3: *1 FAMS @F1@ | 5 MAY 1806 | 1840"_s});
+    row("husband", {u"@I1@"_s, u"@I2@"_s, u"FAM.HUSB"_s},
+        {link, u"6: *1 FAMS @F1@ | 5 MAY 1805 | 1840"_s});
+    row("husband's tag", {u"HUSB"_s, u"XUSB"_s, u"FAM.HUSB"_s}, QStringList{link} + citations);
+    row("husband's id", {u"@I1@"_s, u"@I9@"_s, u"INDI"_s}, QStringList{link} + citations);
+    row("two husbands of one id", {u"@I2@"_s, u"@I1@"_s, u"INDI"_s}, {link});
+    row("husband's line", {u"@F1@"_s, u"@F9@"_s, u"INDI.FAMS"_s},
+        QStringList{u"3: *1 FAMS @F9@ | 5 MAY 1805 | 1840"_s} + citations);
+    row("family's id", {u"@F1@"_s, u"@F9@"_s, u"FAM"_s}, QStringList{link} + citations);
+    row("family's id, which is no id then", {u"@F1@"_s, u"@FX@"_s, u"FAM"_s},
+        QStringList{link} + citations);
+    row("family's root", {u"0"_s, u"9"_s, u"FAM"_s}, QStringList{link} + citations);
+    // Its list of persons is there already.
+    row("husband's root", {u"INDI"_s, u"XNDI"_s, u"INDI"_s}, {link});
+}
+
+void TstDatefilter::familyChangedInTheMidst()
+{
+    QFETCH(QStringList, replacement);
+    QFETCH(QStringList, redRows);
+
+    QStringList lines{u" 0 @I1@ INDI"_s,
+                      u" 1 NAME Jean /DUPONT/"_s,
+                      u" 1 FAMS @F1@"_s,
+                      u" 0 @I2@ INDI"_s,
+                      u" 1 NAME Paul /MARTIN/"_s,
+                      u" 1 FAMS @F1@"_s,
+                      u" 0 @S1@ SOUR"_s,
+                      u" 1 DATE 1840"_s,
+                      u" 0 @F1@ FAM"_s,
+                      u" 1 HUSB @I1@"_s,
+                      u" 1 MARR"_s,
+                      u" 2 DATE 5 MAY 1805"_s};
+    lines += QStringList(104, u" 2 SOUR @S1@"_s);
+    Review review(lines);
+    review.hideAll();
+    atNextMove(&review.progress, [&] { change(&review.gedcom, replacement); });
+    review.gedcom.filterSourceDateDiff();
+    QCOMPARE(review.redRows(), withToolTips(redRows));
+    QCOMPARE(review.status(), concluded(104));
+}
+
+void TstDatefilter::personsComeBeforeFamilies()
+{
+    // The source has another date from the 100th citation on.
+    const QString early = u"*2 SOUR @S1@ | ABT 1805 | 1840"_s;
+    const QString late = u"*2 SOUR @S1@ | ABT 1805 | 1850"_s;
+    const QStringList expected = QStringList{u"+0 @F1@ FAM"_s, u"+1 MARR"_s, u"+2 DATE ABT 1805"_s}
+                               + QStringList(29, early) + QStringList(11, late)
+                               + birth(true, {u"+2 DATE ABT 1805"_s}) + QStringList(70, early);
+    Review review(expected + source(1, u"1840"_s));
+    review.hideAll();
+    atNextMove(&review.progress, [&] {
+        change(&review.gedcom, {u"1840"_s, u"1850"_s, u"SOUR.DATE"_s});
+    });
+    review.gedcom.filterSourceDateDiff();
+    QCOMPARE(review.pictures(), withToolTips(expected + source(1, u"1850"_s)));
+    QCOMPARE(review.status(), concluded(110));
+}
+
+void TstDatefilter::recordLosesItsRootInTheMidst()
+{
+    QStringList first{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u"+1 BIRT"_s,
+                      u"+2 DATE ABT 1805"_s};
+    first += QStringList(99, u"*2 SOUR @S1@ | ABT 1805 | 1840"_s);
+    first += u" 1 SEX M"_s;
+    const QStringList second{u"+0 @I2@ INDI"_s,           u"+1 NAME Paul /MARTIN/"_s,
+                             u"+1 NAME Paul /MARTINE/"_s, u"+1 BIRT"_s,
+                             u"+2 DATE ABT 1805"_s,       u"*2 SOUR @S1@ | ABT 1805 | 1840"_s,
+                             u"-2 PLAC Paris"_s,          u"+1 RESI"_s,
+                             u"+2 PLAC Paris"_s};
+    QStringList expected = first + second + source(1, u"1840"_s);
+    Review review(expected);
+    review.hideAll();
+    atNextMove(&review.progress, [&] { change(&review.gedcom, {u"0"_s, u"9"_s, u"INDI"_s}); });
+    review.gedcom.filterSourceDateDiff();
+    // What is no root any more is a line with children like any other.
+    expected.replaceInStrings(u"+0 @I"_s, u"+9 @I"_s);
+    QCOMPARE(review.pictures(), withToolTips(expected));
+    QCOMPARE(review.status(), concluded(100));
+}
+
+void TstDatefilter::rowsHiddenInTheMidst()
+{
+    QStringList expected{u" 0 @I1@ INDI"_s, u" 1 NAME Paul /MARTIN/"_s, u" 1 BIRT"_s,
+                         u" 2 DATE ABT 1805"_s, u"#2 SOUR @S1@ | ABT 1805 | 1840"_s};
+    expected += {u"+0 @I2@ INDI"_s,
+                 u"+1 NAME Jean /DUPONT/"_s,
+                 u" 1 DEAT"_s,
+                 u" 2 DATE ABT 1805"_s,
+                 u"#2 SOUR @S1@ | ABT 1805 | 1840"_s,
+                 u"+1 BIRT"_s,
+                 u"+2 DATE ABT 1805"_s,
+                 u"+2 PLAC Paris"_s,
+                 u" 3 MAP"_s};
+    expected += QStringList(99, u"*2 SOUR @S1@ | ABT 1805 | 1840"_s); // 3rd to 101st
+    expected +=
+        {u"+0 @I3@ INDI"_s,     u"+1 NAME Jean /DUPONT/"_s, u"*1 FAMS @F1@ | ABT 1805 | 1840"_s,
+         u" 0 @F1@ FAM"_s,      u" 1 HUSB @I3@"_s,          u" 1 MARR"_s,
+         u" 2 DATE ABT 1805"_s, u" 2 SOUR @S1@"_s};
+    expected += source(1, u"1840"_s);
+    Review review(expected);
+    review.hideAll();
+    QStringList before;
+    atNextMove(&review.progress, [&] {
+        before = review.redRows();
+        review.hideAll();
+    });
+    review.gedcom.filterSourceDateDiff();
+    QCOMPARE(before.size(), 99);
+    QCOMPARE(review.pictures(), withToolTips(expected));
+    QCOMPARE(review.status(), concluded(102));
+}
+
+void TstDatefilter::generatedDocuments_data()
+{
+    QTest::addColumn<uint>("seed");
+
+    for (uint seed = 1; seed <= 6; ++seed)
+        QTest::addRow("seed %u", seed) << seed;
+}
+
+void TstDatefilter::generatedDocuments()
+{
+    QFETCH(uint, seed);
+
+    QRandomGenerator random(seed);
+    QStringList lines = generatedLines(&random);
+    for (QString &line : lines)
+        line.prepend(u' ');
+    Review review(lines);
+    const QList<QStringList> columns = review.columns();
+    const QList<TwItem *> entries = review.entries();
+    PlainFilter plain(entries);
+    for (const int percentDeleted : {0, 5, 15}) {
+        for (TwItem *twi : entries) {
+            if (random.bounded(100) < percentDeleted)
+                twi->setDelete(true);
+        }
+        review.filter();
+        plain.run();
+        QCOMPARE(review.pictures(), plain.pictures());
+        QCOMPARE(review.status(), concluded(plain.count()));
+        QVERIFY2(plain.count() > 10, qPrintable(review.status())); // or chance has done little
+    }
+    QCOMPARE(review.columns(), columns);
+    // Chance has brought about both kinds of families.
+    QVERIFY(plain.links() > 0);
+    QVERIFY(plain.familyCitations() > 0);
+}
+
+void TstDatefilter::checkBox()
+{
+    const Session session;
+    session.load({u"0 @I1@ INDI"_s, u"1 NAME Jean /DUPONT/"_s, u"1 BIRT"_s, u"2 DATE 12 MAR 1805"_s,
+                  u"2 SOUR @S1@"_s, u"2 NOTE x"_s, u"1 SEX M"_s, u"0 @I2@ INDI"_s,
+                  u"1 NAME Anne /MARTIN/"_s, u"0 @S1@ SOUR"_s, u"1 DATE 1840"_s, u"0 TRLR"_s});
+    session.window->show();
+    session.set({u"gbDelTags"_s, u"leTagsToDel=INDI.BIRT.NOTE"_s});
+    session.click(u"pbApply"_s);
+    const QStringList journal = session.journal();
+    auto *box = session.find<QCheckBox>(u"cbSourceDateDiff"_s);
+    auto *search = session.find<QLineEdit>(u"leRecherche"_s);
+
+    // On top of a search, whose text stays.
+    QTest::keyClicks(search, u"Anne"_s);
+    QTest::keyClick(search, Qt::Key_Return);
+    QCOMPARE(session.status(), u"2/10 entrées affichées."_s);
+    clickIndicator(box);
+    QVERIFY(box->isChecked());
+    const QStringList filtered = withToolTips(
+        {u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u"+1 BIRT"_s, u"+2 DATE 12 MAR 1805"_s,
+         u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s, u"-2 NOTE x"_s, u" 1 SEX M"_s, u" 0 @I2@ INDI"_s,
+         u" 1 NAME Anne /MARTIN/"_s, u" 0 @S1@ SOUR"_s, u" 1 DATE 1840"_s});
+    QCOMPARE(picturesOf(session), filtered);
+    QCOMPARE(session.status(), u"1 incohérences sources / évènements détectées."_s);
+    QCOMPARE(session.text(u"leRecherche"_s), u"Anne"_s);
+    QVERIFY(session.progress()->isHidden());
+    for (int i = 0; i < 6; ++i) // but the notes, of which there are none
+        QVERIFY(!session.tree()->topLevelItem(i)->isHidden());
+
+    // Unchecked, it shows all but the deleted row. To empty the field is an edit of it.
+    clickIndicator(box);
+    QVERIFY(!box->isChecked());
+    QStringList all = filtered;
+    for (QString &line : all)
+        line.replace(0, 1, line.startsWith(u' ') ? u'+' : line.at(0));
+    QCOMPARE(picturesOf(session), all);
+    QCOMPARE(session.text(u"leRecherche"_s), QString());
+    QCOMPARE(session.status(), u"Valider la recherche par la touche entrée"_s);
+
+    clickIndicator(box);
+    QCOMPARE(picturesOf(session), filtered);
+    clickIndicator(box);
+    QCOMPARE(picturesOf(session), all);
+    QCOMPARE(session.status(), u"1 incohérences sources / évènements détectées."_s);
+
+    // A search brings other rows back while the box stays checked.
+    clickIndicator(box);
+    QTest::keyClick(search, Qt::Key_Return);
+    QCOMPARE(picturesOf(session), all);
+    QVERIFY(box->isChecked());
+    QCOMPARE(session.journal(), journal);
+
+    // Another result for another document.
+    clickIndicator(box);
+    session.set({u"gbReplaceString"_s, u"leTextOri=1840"_s, u"leTextDest=1805"_s,
+                 u"leTagToApply=SOUR.DATE"_s});
+    session.click(u"pbApply"_s);
+    clickIndicator(box);
+    QCOMPARE(picturesOf(session),
+             withToolTips({u" 0 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/"_s, u" 1 BIRT"_s,
+                           u" 2 DATE 12 MAR 1805"_s, u"#2 SOUR @S1@ | 12 MAR 1805 | 1840"_s,
+                           u"-2 NOTE x"_s, u" 1 SEX M"_s, u" 0 @I2@ INDI"_s,
+                           u" 1 NAME Anne /MARTIN/"_s, u" 0 @S1@ SOUR"_s, u" 1 DATE 1805"_s}));
+    QCOMPARE(session.status(), u"0 incohérences sources / évènements détectées."_s);
+}
+
+void TstDatefilter::everyStateButUncheckedFilters()
+{
+    const Session session;
+    session.load({u"0 @I1@ INDI"_s, u"1 SEX M"_s, u"0 TRLR"_s});
+    for (const int state : {int(Qt::Checked), int(Qt::PartiallyChecked)}) {
+        QVERIFY(QMetaObject::invokeMethod(session.window.get(), "on_cbSourceDateDiff_stateChanged",
+                                          Q_ARG(int, state)));
+        QCOMPARE(picturesOf(session), QStringList({u" 0 @I1@ INDI"_s, u" 1 SEX M"_s}));
+        QVERIFY(QMetaObject::invokeMethod(session.window.get(), "on_cbSourceDateDiff_stateChanged",
+                                          Q_ARG(int, int(Qt::Unchecked))));
+        QCOMPARE(picturesOf(session), QStringList({u"+0 @I1@ INDI"_s, u"+1 SEX M"_s}));
+    }
+}
+
+void TstDatefilter::uncheckedInTheMidst()
+{
+    const Session session;
+    QStringList lines;
+    for (const QString &line : citedInTurn(150))
+        lines += line.mid(1);
+    session.load(lines + QStringList{u"0 TRLR"_s});
+    session.window->show();
+    auto *box = session.find<QCheckBox>(u"cbSourceDateDiff"_s);
+    QString status;
+    bool wasShown = false;
+    atNextMove(session.progress(), [&] {
+        status = session.status();
+        wasShown = session.progress()->isVisible();
+        clickIndicator(box);
+    });
+    clickIndicator(box);
+    QCOMPARE(status, Announced);
+    QVERIFY(wasShown);
+    QVERIFY(!box->isChecked());
+    QCOMPARE(session.status(), u"75 incohérences sources / évènements détectées."_s);
+    QStringList expected;
+    for (const QString &line : std::as_const(lines))
+        expected += line == "2 SOUR @S2@"_L1 ? u"*2 SOUR @S2@ | 12 MAR 1805 | 1840"_s : u'+' + line;
+    QCOMPARE(picturesOf(session), withToolTips(expected));
+}
+
+VARLUNE_TEST_MAIN(TstDatefilter)
+#include "tst_datefilter.moc"

@@ -1,0 +1,1154 @@
+#include "boxes.h"
+#include "debuglistener.h"
+#include "document.h"
+#include "markingtranslator.h"
+#include "progresslog.h"
+#include "testmain.h"
+#include "told.h"
+#include "window.h"
+
+#include "gedcom.h"
+#include "twitem.h"
+
+#include <QBrush>
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTest>
+#include <QTreeWidgetItemIterator>
+
+#include <functional>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString Announced = u"Recherche des sources utilisées plusieurs fois"_s;
+
+QString concluded(int count)
+{
+    return u"Recherche terminée. %1 occurences dédoublées."_s.arg(count);
+}
+
+/// A row as text: a sign and the line. The sign is ' ' for a hidden row, '+' for a shown one, '*'
+/// for a shown red one, '#' for a red one that is hidden, '-' for a deleted one and '=' for a
+/// deleted red one.
+QString picture(TwItem *twi, bool shown, bool red)
+{
+    QChar sign = shown ? (red ? u'*' : u'+') : (red ? u'#' : u' ');
+    if (twi->isToDelete())
+        sign = shown ? u'!' : red ? u'=' : u'-';
+    return sign + lineText(twi);
+}
+
+/// The row as it is. What the filter has no business with is told, too.
+QString picture(TwItem *twi)
+{
+    const QString number = "ligne "_L1 + twi->getNumLineGedFile();
+    const bool red = twi->background(0) == QBrush(Qt::red, Qt::SolidPattern);
+    QString result = picture(twi, !twi->isHidden(), red);
+    if (!red && twi->background(0) != QBrush())
+        result += u" (another colour)"_s;
+    for (int column = 0; column < 4; ++column) {
+        if (column > 0 && twi->background(column) != QBrush())
+            result += u" (colour in column %1)"_s.arg(column);
+        if (twi->toolTip(column) != (column < 2 ? number : QString()))
+            result += u" (tool tip in column %1)"_s.arg(column);
+    }
+    return result;
+}
+
+/// A document made of pictures, of which only the lines and the deletions count.
+class Review : public Document
+{
+public:
+    explicit Review(const QStringList &pictures)
+    {
+        QStringList lines;
+        for (const QString &line : pictures)
+            lines += line.mid(1);
+        if (!load(lines))
+            qFatal("the lines cannot be loaded");
+        const QList<TwItem *> roots = gedcom.getTabTwItemsRoot();
+        for (TwItem *root : roots)
+            m_entries += QList<TwItem *>{root} + root->getTabTwiChilds(false);
+        for (qsizetype i = 0; i < m_entries.size(); ++i) {
+            if (pictures.at(i).startsWith(u'-') || pictures.at(i).startsWith(u'='))
+                m_entries.at(i)->setDelete(true);
+        }
+        newJournal();
+    }
+
+    /// All entries in file order, deleted ones too.
+    [[nodiscard]] QList<TwItem *> entries() const
+    {
+        return m_entries;
+    }
+
+    void hideAll()
+    {
+        const QList<TwItem *> entries = gedcom.getTabTotalTwItems();
+        for (TwItem *twi : entries)
+            twi->setTwiHidden(true);
+    }
+
+    /// What the check box does.
+    void filter()
+    {
+        hideAll();
+        gedcom.filterSourceMultiUse();
+    }
+
+    [[nodiscard]] QStringList pictures() const
+    {
+        QStringList result;
+        for (TwItem *twi : m_entries)
+            result += picture(twi);
+        return result;
+    }
+
+    [[nodiscard]] QList<QStringList> columns() const
+    {
+        QList<QStringList> result;
+        for (const TwItem *twi : m_entries)
+            result += twi->getTwiValuesList();
+        return result;
+    }
+
+private:
+    QList<TwItem *> m_entries;
+};
+
+/// The pictures of all rows on screen but for the section nodes.
+QStringList picturesOf(const Session &session)
+{
+    QStringList result;
+    for (QTreeWidgetItemIterator it(session.tree()); *it; ++it) {
+        if ((*it)->parent())
+            result += picture(static_cast<TwItem *>(*it));
+    }
+    return result;
+}
+
+/// The lines of the shown rows on screen but for the section nodes.
+QStringList shownIn(const Session &session)
+{
+    QStringList result;
+    for (QTreeWidgetItemIterator it(session.tree(), QTreeWidgetItemIterator::NotHidden); *it;
+         ++it) {
+        if ((*it)->parent())
+            result += lineText(static_cast<TwItem *>(*it));
+    }
+    return result;
+}
+
+/// Does \p what among the events that are processed at the next move of the bar.
+void atNextMove(QProgressBar *bar, const std::function<void()> &what)
+{
+    QObject::connect(
+        bar, &QProgressBar::valueChanged, bar,
+        [bar, what] { QMetaObject::invokeMethod(bar, what, Qt::QueuedConnection); },
+        Qt::SingleShotConnection);
+}
+
+/// Replaces, given a text, the new text and the tags; deletes, given a tag.
+void change(Gedcom *gedcom, const QStringList &arguments)
+{
+    if (arguments.size() == 3)
+        gedcom->searchAndReplace(arguments.at(0), arguments.at(1), arguments.at(2), true, false);
+    else
+        gedcom->delListTag(arguments, false, false, false, false, {});
+}
+
+/// A person, hidden, or whole with the birth in red. \p event are the lines of the birth.
+QStringList person(int number, bool flagged, const QStringList &event)
+{
+    const QChar sign = flagged ? u'+' : u' ';
+    QStringList rows{sign + u"0 @I%1@ INDI"_s.arg(number), sign + "1 NAME Jean /DUPONT/"_L1,
+                     sign + "2 GIVN Jean"_L1, flagged ? u"*1 BIRT"_s : u" 1 BIRT"_s};
+    for (const QString &line : event)
+        rows += line.startsWith(u'-') ? line : sign + line;
+    return rows + QStringList{sign + "1 SEX M"_L1};
+}
+
+/// The person whose birth is dated 12 MAR 1805 and cites the source.
+QStringList born(int number, bool flagged, int source = 1)
+{
+    return person(number, flagged, {u"2 DATE 12 MAR 1805"_s, u"2 SOUR @S%1@"_s.arg(source)});
+}
+
+/// Hidden sources of these numbers.
+QStringList sources(int first, int last)
+{
+    QStringList rows;
+    for (int i = first; i <= last; ++i)
+        rows += {u" 0 @S%1@ SOUR"_s.arg(i), u" 1 TITL registre"_s};
+    return rows;
+}
+
+/// The lines of a file: births that source 1 and source 100 double, the latter being contradicted
+/// by their source, and one more of these.
+QStringList doubledEarlyAndLate()
+{
+    QStringList lines;
+    const QStringList rows = born(1, false) + born(2, false) + born(3, false, 100)
+                           + born(4, false, 100) + born(5, false, 101) + sources(1, 101);
+    for (const QString &line : rows)
+        lines += line.mid(1);
+    for (const QString &root : {u"0 @S100@ SOUR"_s, u"0 @S101@ SOUR"_s})
+        lines.insert(lines.indexOf(root) + 1, u"1 DATE 1840"_s);
+    return lines + QStringList{u"0 TRLR"_s};
+}
+
+/// The filter put down as plainly as can be, by nothing but the texts and the marks of the rows.
+class PlainFilter
+{
+public:
+    explicit PlainFilter(const QList<TwItem *> &entries)
+        : m_entries(entries),
+          m_shown(entries.begin(), entries.end())
+    {
+    }
+
+    void run()
+    {
+        QStringList ids; // of the sources
+        QList<TwItem *> citations;
+        TwItem *root = nullptr;
+        for (TwItem *twi : std::as_const(m_entries)) {
+            const QString line = columns(twi).join(u' ');
+            if (twi->text(0) == "0"_L1)
+                root = twi;
+            if (root->isToDelete())
+                continue;
+            m_shown.remove(twi);
+            if (m_idSour.match(line).hasMatch())
+                ids += twi->text(1);
+            if (!twi->isToDelete() && line.startsWith("2 SOUR @S"_L1)
+                && m_idIndi.match(columns(root).join(u' ')).hasMatch())
+                citations += twi;
+        }
+
+        m_count = 0;
+        for (qsizetype i = 0; i + 1 < ids.size(); ++i) {
+            TwItem *first = nullptr;
+            for (TwItem *citation : std::as_const(citations)) {
+                if (!columns(citation).contains(ids.at(i)))
+                    continue;
+                if (!first)
+                    first = citation;
+                else if (agree(first->parent(), citation->parent()))
+                    flag(first->parent(), citation->parent());
+            }
+        }
+    }
+
+    [[nodiscard]] int count() const
+    {
+        return m_count;
+    }
+
+    [[nodiscard]] QStringList pictures() const
+    {
+        QStringList result;
+        for (TwItem *twi : m_entries)
+            result +=
+                picture(twi, m_shown.contains(twi) && !twi->isToDelete(), m_red.contains(twi));
+        return result;
+    }
+
+private:
+    static QStringList columns(const QTreeWidgetItem *twi)
+    {
+        QStringList result;
+        for (int column = 0; column < twi->columnCount(); ++column)
+            result += twi->text(column);
+        return result;
+    }
+
+    /// The columns of the first date, none without one.
+    [[nodiscard]] QStringList date(QTreeWidgetItem *event) const
+    {
+        for (int i = 0; i < event->childCount(); ++i) {
+            auto *twi = static_cast<TwItem *>(event->child(i));
+            if (!twi->isToDelete() && m_date.match(columns(twi).join(u' ')).hasMatch())
+                return columns(twi);
+        }
+        return {};
+    }
+    bool agree(QTreeWidgetItem *one, QTreeWidgetItem *other) const
+    {
+        return !date(one).isEmpty() && date(one) == date(other);
+    }
+
+    void flag(QTreeWidgetItem *one, QTreeWidgetItem *other)
+    {
+        ++m_count;
+        for (QTreeWidgetItem *event : {one, other}) {
+            m_red += static_cast<TwItem *>(event);
+            auto *root = static_cast<TwItem *>(event->parent());
+            while (root->text(0) != "0"_L1)
+                root = static_cast<TwItem *>(root->parent());
+            qsizetype i = m_entries.indexOf(root);
+            do
+                m_shown += m_entries.at(i++);
+            while (i < m_entries.size() && m_entries.at(i)->text(0) != "0"_L1);
+        }
+    }
+
+    QRegularExpression m_idSour{u"^0 @S[0-9]+@ SOUR$"_s};
+    QRegularExpression m_idIndi{u"^0 @I[0-9]+@ INDI$"_s};
+    QRegularExpression m_date{u"^[0-9] DATE"_s};
+    QList<TwItem *> m_entries;
+    QSet<TwItem *> m_shown;
+    QSet<TwItem *> m_red; // of all runs
+    int m_count = 0; // of the last run
+};
+
+/// Records of all kinds in any order; whether something is doubled is left to chance.
+QStringList generatedLines(QRandomGenerator *random)
+{
+    const auto below = [random](int limit) { return random->bounded(limit); };
+    const auto id = [&below](char letter, int limit) -> QString {
+        return u"@%1%2@"_s.arg(QLatin1Char(letter)).arg(1 + below(limit));
+    };
+    const QStringList dates{u"2 DATE 12 MAR 1800"_s, u"2 DATE 12 MAR 1800"_s, u"2 DATE ABT 1801"_s,
+                            u"2 DATE ABT 1801"_s,    u"2 DATE ABT 1801 "_s,   u"2 DATE"_s,
+                            u"2 DATES 12 MAR 1800"_s};
+    const QStringList tags{u"1 BIRT"_s, u"1 DEAT"_s, u"1 OCCU tailleur"_s};
+    const QStringList others{u"2 SOUR @SX@"_s, u"2 SOUR @S1@ p. 3"_s, u"2 NOTE @S1@"_s,
+                             u"1 SOUR @S1@"_s, u"2 _DATE 12 MAR 1800"_s};
+
+    QList<QStringList> records;
+    for (int i = 0; i < 130; ++i) {
+        QStringList lines;
+        if (i < 30) {
+            lines += "0 "_L1 + id('S', 12) + " SOUR"_L1;
+        } else {
+            lines += "0 "_L1 + (i < 110 ? id('I', 99) + " INDI"_L1 : id('F', 99) + " FAM"_L1);
+            for (int j = below(4); j > 0; --j) {
+                lines += tags.at(below(int(tags.size())));
+                for (int k = below(7); k > 0; --k) {
+                    switch (below(5)) {
+                    case 0:
+                    case 1:
+                        lines += dates.at(below(int(dates.size())));
+                        break;
+                    case 2:
+                        lines += others.at(below(int(others.size())));
+                        if (lines.constLast().startsWith(u'1'))
+                            lines += tags.constFirst();
+                        break;
+                    default:
+                        lines += "2 SOUR "_L1 + id('S', 12);
+                        lines += u"3 SOUR @S1@"_s;
+                    }
+                }
+            }
+        }
+        lines += u"1 CHAN"_s;
+        records.insert(below(int(records.size()) + 1), lines);
+    }
+    QStringList lines;
+    for (const QStringList &record : std::as_const(records))
+        lines += record;
+    return lines;
+}
+
+} // namespace
+
+class TstMultiuse : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+
+    void occurrences_data();
+    void occurrences();
+    void replacedTexts_data();
+    void replacedTexts();
+    void nothingButShows();
+    void sectionNodesStay();
+    void manyCitationsOfOneSource();
+    void secondRun();
+    void saved();
+    void frame();
+    void progress_data();
+    void progress();
+    void texts();
+    void eventsBeforeTheLoop_data();
+    void eventsBeforeTheLoop();
+    void documentChangedInTheMidst_data();
+    void documentChangedInTheMidst();
+    void rowsHiddenInTheMidst();
+    void generatedDocuments_data();
+    void generatedDocuments();
+    void checkBox();
+    void twoBoxes();
+    void everyStateButUncheckedFilters();
+    void uncheckedInTheMidst();
+    void otherFilterInTheMidst();
+
+private:
+    AnsweredBoxes m_boxes; // none is shown; one that nobody answers would stop the test for ever
+};
+
+void TstMultiuse::cleanup()
+{
+    QCOMPARE(m_boxes.texts(), QStringList());
+}
+
+void TstMultiuse::occurrences_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QStringList>("rows");
+
+    const auto row = [](const char *name, int count, const QStringList &rows) {
+        QTest::newRow(name) << count << rows;
+    };
+    const QStringList s12 = sources(1, 2);
+    const QString date = u"2 DATE 12 MAR 1805"_s;
+    const QString about = u"2 DATE ABT 1805"_s;
+    const QString cited = u"2 SOUR @S1@"_s;
+    const QStringList bystander{u" 0 @I99@ INDI"_s, u" 1 NAME Anne /MARTIN/"_s, u" 1 BIRT"_s,
+                                u" 2 DATE 12 MAR 1805"_s, u" 2 SOUR @S2@"_s};
+
+    row("two births", 1, born(1, true) + bystander + born(2, true) + s12);
+    row("sources first", 1, s12 + born(1, true) + born(2, true));
+    row("one birth", 0, born(1, false) + s12);
+    row("no citation", 0, person(1, false, {date}) + person(2, false, {date}) + s12);
+    row("no source", 0, born(1, false) + born(2, false));
+    row("no person", 0, s12);
+    row("another date", 0, born(1, false) + person(2, false, {about, cited}) + s12);
+    row("another source", 0, born(1, false) + born(2, false, 2) + sources(1, 3));
+    row("everything else differs", 1,
+        person(1, true, {date, u"2 PLAC Paris"_s, cited, u"3 PAGE 1"_s})
+            + QStringList{u"+0 @I2@ INDI"_s, u"*1 DEAT"_s, u"+2 SOUR @S1@"_s, u"+3 PAGE 2"_s,
+                          u"+2 DATE 12 MAR 1805"_s}
+            + s12);
+
+    // The first citation is compared with each of the others.
+    row("three of one date", 2, born(1, true) + born(2, true) + born(3, true) + s12);
+    row("two of one date behind another one", 0,
+        person(1, false, {about, cited}) + born(2, false) + born(3, false) + s12);
+    row("two of one date around another one", 1,
+        born(1, true) + person(2, false, {about, cited}) + born(3, true) + s12);
+    row("two of one date behind one without a date", 0,
+        person(1, false, {cited}) + born(2, false) + born(3, false) + s12);
+    row("file order, not that of the ids", 0,
+        person(3, false, {about, cited}) + born(2, false) + born(1, false) + s12);
+    row("the first one deleted", 1,
+        person(1, false, {about, u"-2 SOUR @S1@"_s}) + born(2, true) + born(3, true) + s12);
+    row("two sources", 2,
+        person(1, true, {date, cited, u"2 SOUR @S2@"_s})
+            + person(2, true, {date, u"2 SOUR @S2@"_s, cited}) + sources(1, 3));
+    row("two sources, two pairs", 2,
+        born(1, true) + born(2, true) + born(3, true, 2) + born(4, true, 2) + sources(1, 3));
+    row("two events of one person", 1,
+        {u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u"*1 BIRT"_s, u"+2 DATE ABT 1805"_s,
+         u"+2 SOUR @S1@"_s, u"+1 OCCU x"_s, u"+2 DATE ABT 1805"_s, u"*1 CHR"_s,
+         u"+2 DATE ABT 1805"_s, u"+2 SOUR @S1@"_s, u" 0 @S1@ SOUR"_s, u" 1 TITL x"_s,
+         u" 0 @S2@ SOUR"_s, u" 1 TITL x"_s});
+    row("one event that cites it twice", 1, person(1, true, {date, cited, cited}) + s12);
+    row("one event that cites it three times, another once", 3,
+        person(1, true, {date, cited, cited, cited}) + born(2, true) + s12);
+
+    // The dates.
+    row("no date", 0, person(1, false, {cited}) + person(2, false, {cited}) + s12);
+    row("no date in the second event", 0, born(1, false) + person(2, false, {cited}) + s12);
+    row("dates without a value", 1,
+        person(1, true, {u"2 DATE"_s, cited}) + person(2, true, {u"2 DATE"_s, cited}) + s12);
+    row("dates that are none", 1,
+        person(1, true, {u"2 DATE x"_s, cited}) + person(2, true, {u"2 DATE x"_s, cited}) + s12);
+    row("first of several dates", 1,
+        person(1, true, {date, about, cited}) + person(2, true, {date, u"2 DATE 1806"_s, cited})
+            + s12);
+    row("not the second date", 0,
+        person(1, false, {about, date, cited}) + person(2, false, {date, about, cited}) + s12);
+    row("first date deleted", 1,
+        person(1, true, {u"-2 DATE ABT 1805"_s, date, cited}) + born(2, true) + s12);
+    row("only date deleted", 0,
+        person(1, false, {u"-2 DATE 12 MAR 1805"_s, cited}) + born(2, false) + s12);
+    row("same date of another case", 0,
+        born(1, false) + person(2, false, {u"2 DATE 12 Mar 1805"_s, cited}) + s12);
+    row("blank behind the date", 0,
+        born(1, false) + person(2, false, {u"2 DATE 12 MAR 1805 "_s, cited}) + s12);
+    row("blank in front of the date", 0,
+        born(1, false) + person(2, false, {u"2 DATE  12 MAR 1805"_s, cited}) + s12);
+    row("date of another tag", 0,
+        born(1, false) + person(2, false, {u"2 DATES 12 MAR 1805"_s, cited}) + s12);
+    row("both dates of another tag", 1,
+        person(1, true, {u"2 DATES x"_s, cited}) + person(2, true, {u"2 DATES x"_s, cited}) + s12);
+    row("date below the place", 0,
+        born(1, false) + person(2, false, {u"2 PLAC Paris"_s, u"3 DATE 12 MAR 1805"_s, cited})
+            + s12);
+    row("dates below the places", 0,
+        person(1, false, {u"2 PLAC Paris"_s, u"3 DATE 1805"_s, cited})
+            + person(2, false, {u"2 PLAC Paris"_s, u"3 DATE 1805"_s, cited}) + s12);
+
+    // The last source.
+    row("last source", 0, born(1, false, 2) + born(2, false, 2) + s12);
+    row("single source", 0, born(1, false) + born(2, false) + sources(1, 1));
+    row("last source but for a deleted one", 0,
+        born(1, false) + born(2, false)
+            + QStringList{u" 0 @S1@ SOUR"_s, u" 1 TITL x"_s, u"-0 @S2@ SOUR"_s, u"-1 TITL x"_s});
+    row("last source but for one of another form", 0,
+        born(1, false) + born(2, false) + sources(1, 1)
+            + QStringList{u" 0 @SX@ SOUR"_s, u" 1 TITL x"_s, u" 0 @S2@ SOUR "_s, u" 1 TITL x"_s});
+    row("file order of the sources, not that of the ids", 1,
+        born(1, true, 3) + born(2, true, 3) + born(3, false) + born(4, false) + sources(3, 3)
+            + sources(1, 1));
+    row("source deleted", 0,
+        born(1, false) + born(2, false) + QStringList{u"-0 @S1@ SOUR"_s, u"+1 TITL x"_s}
+            + sources(2, 3));
+    row("source not in the file", 0, born(1, false, 9) + born(2, false, 9) + s12);
+    row("two sources of one id", 2, born(1, true) + born(2, true) + sources(1, 1) + s12);
+    row("two sources of one id, the second is the last", 1,
+        born(1, true) + born(2, true) + sources(1, 1) + sources(1, 1));
+    row("ids that hold one another", 0,
+        born(1, false) + born(2, false, 12) + born(3, false, 11) + sources(11, 12) + s12);
+
+    // The citations.
+    row("citations at other levels", 0,
+        person(1, false, {date, u"3 SOUR @S1@"_s, u"1 SOUR @S1@"_s})
+            + person(2, false, {date, u"3 SOUR @S1@"_s, u"1 SOUR @S1@"_s}) + s12);
+    row("text behind the id", 0,
+        person(1, false, {date, u"2 SOUR @S1@ p. 1"_s})
+            + person(2, false, {date, u"2 SOUR @S1@ p. 1"_s}) + s12);
+    row("citations that only look like it", 0,
+        born(1, false)
+            + person(2, false,
+                     {date, u"2 SOUR @s1@"_s, u"2 SOUR  @S1@"_s, u"2 SOUR @S1@ "_s,
+                      u"2 NOTE @S1@"_s, u"2 SOURC @S1@"_s})
+            + s12);
+    row("one citation deleted", 0,
+        born(1, false) + person(2, false, {date, u"-2 SOUR @S1@"_s}) + s12);
+    row("families", 0,
+        QStringList{u" 0 @F1@ FAM"_s, u" 1 MARR"_s, u" 2 DATE 12 MAR 1805"_s, u" 2 SOUR @S1@"_s,
+                    u" 1 DIV"_s, u" 2 DATE 12 MAR 1805"_s, u" 2 SOUR @S1@"_s}
+            + born(1, false) + s12);
+    row("records that only look like persons", 0,
+        QStringList{u" 0 @P1@ INDI"_s, u" 1 BIRT"_s, u" 2 DATE 12 MAR 1805"_s, u" 2 SOUR @S1@"_s,
+                    u" 0 @I1A@ INDI"_s, u" 1 BIRT"_s, u" 2 DATE 12 MAR 1805"_s, u" 2 SOUR @S1@"_s,
+                    u" 0 @I1@ INDI "_s, u" 1 BIRT"_s, u" 2 DATE 12 MAR 1805"_s, u" 2 SOUR @S1@"_s}
+            + born(1, false) + s12);
+
+    // What is deleted stays hidden.
+    row("deleted lines", 1,
+        person(1, true, {date, cited, u"-2 PLAC Paris"_s, u"3 MAP"_s, u"-1 DEAT"_s, u"-2 DATE x"_s})
+            + born(2, true) + s12);
+    row("event of a deleted line", 1,
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 SEX M"_s, u"=1 BIRT"_s, u"+2 DATE 12 MAR 1805"_s,
+                    u"+2 SOUR @S1@"_s}
+            + born(2, true) + s12);
+    row("person deleted", 0,
+        QStringList{u"-0 @I1@ INDI"_s, u"+1 BIRT"_s, u"+2 DATE 12 MAR 1805"_s, u"+2 SOUR @S1@"_s}
+            + born(2, false) + s12);
+    row("two persons of one id", 1, born(1, true) + born(1, true) + s12);
+}
+
+void TstMultiuse::occurrences()
+{
+    QFETCH(int, count);
+    QFETCH(QStringList, rows);
+
+    Review review(rows);
+    const QList<QStringList> columns = review.columns();
+    review.filter();
+    QCOMPARE(review.pictures(), rows);
+    QCOMPARE(review.status(), concluded(count));
+    QCOMPARE(review.columns(), columns);
+    QCOMPARE(review.newJournal(), QStringList());
+}
+
+void TstMultiuse::replacedTexts_data()
+{
+    QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<QStringList>("replacement"); // the arguments of change()
+    QTest::addColumn<QStringList>("rows");
+    QTest::addColumn<int>("count");
+
+    const auto row = [](const char *name, const QStringList &lines, const QStringList &replacement,
+                        const QStringList &rows, int count) {
+        QTest::newRow(name) << lines << replacement << rows << count;
+    };
+    const QStringList s12 = sources(1, 2);
+    // A birth and a christening, of which one alone is changed.
+    const auto twoEvents = [](const QString &signs, const QString &birthDate,
+                              const QString &christeningDate, const QString &birth = u"1 BIRT"_s,
+                              const QString &citation = u"2 SOUR @S1@"_s) -> QStringList {
+        const QChar sign = signs.at(0);
+        return {sign + "0 @I1@ INDI"_L1, signs.at(1) + birth,      sign + birthDate,
+                sign + citation,         signs.at(1) + "1 CHR"_L1, sign + christeningDate,
+                sign + "2 SOUR @S1@"_L1};
+    };
+    const QString date = u"2 DATE 12 MAR 1805"_s;
+    const QString hidden = u"  "_s;
+    const QString flagged = u"+*"_s;
+    row("nothing", twoEvents(hidden, date, date) + s12, {u"x"_s, u"y"_s, u"NONE"_s},
+        twoEvents(flagged, date, date) + s12, 1);
+    row("level of one date", twoEvents(hidden, date, date) + s12,
+        {u"2"_s, u"3"_s, u"INDI.BIRT.DATE"_s},
+        twoEvents(hidden, u"3 DATE 12 MAR 1805"_s, date) + s12, 0);
+    row("level of both dates", twoEvents(hidden, date, date) + s12, {u"2"_s, u"3"_s, u"DATE"_s},
+        twoEvents(flagged, u"3 DATE 12 MAR 1805"_s, u"3 DATE 12 MAR 1805"_s) + s12, 1);
+    row("same line in other columns", twoEvents(hidden, u"2 DATEX"_s, u"2 DATE AN 3"_s) + s12,
+        {u"DATEX"_s, u"DATE AN 3"_s, u"DATEX"_s},
+        twoEvents(hidden, u"2 DATE AN 3"_s, u"2 DATE AN 3"_s) + s12, 0);
+    row("empty value and none", twoEvents(hidden, u"2 DATE x"_s, u"2 DATE"_s) + s12,
+        {u"x"_s, QString(), u"DATE"_s}, twoEvents(hidden, u"2 DATE "_s, u"2 DATE"_s) + s12, 0);
+    row("date that becomes the same", twoEvents(hidden, u"2 DATE ABT 1805"_s, date) + s12,
+        {u"ABT"_s, u"12 MAR"_s, u"DATE"_s}, twoEvents(flagged, date, date) + s12, 1);
+    row("level of an event", twoEvents(hidden, date, date) + s12, {u"1"_s, u"4"_s, u"INDI.BIRT"_s},
+        twoEvents(flagged, date, date, u"4 BIRT"_s) + s12, 1);
+    row("event that reads as a root", twoEvents(hidden, date, date) + s12,
+        {u"1"_s, u"0"_s, u"INDI.BIRT"_s}, twoEvents(flagged, date, date, u"0 BIRT"_s) + s12, 1);
+    row("event that reads as a root in another record",
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 SEX M"_s, u" 1 BIRT"_s, u" 2 DATE 1805"_s,
+                    u" 2 SOUR @S1@"_s, u" 0 @I2@ INDI"_s, u" 1 CHR"_s, u" 2 DATE 1805"_s,
+                    u" 2 SOUR @S1@"_s}
+            + s12,
+        {u"1"_s, u"0"_s, u"INDI.BIRT"_s},
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 SEX M"_s, u"*0 BIRT"_s, u"+2 DATE 1805"_s,
+                    u"+2 SOUR @S1@"_s, u"+0 @I2@ INDI"_s, u"*1 CHR"_s, u"+2 DATE 1805"_s,
+                    u"+2 SOUR @S1@"_s}
+            + s12,
+        1);
+    row("level of one citation", twoEvents(hidden, date, date) + s12,
+        {u"2"_s, u"1"_s, u"INDI.BIRT.SOUR"_s},
+        twoEvents(hidden, date, date, u"1 BIRT"_s, u"1 SOUR @S1@"_s) + s12, 0);
+    row("id in the tag column", twoEvents(hidden, date, date, u"1 BIRT"_s, u"2 SOURX"_s) + s12,
+        {u"SOURX"_s, u"SOUR @S1@"_s, u"SOURX"_s}, twoEvents(hidden, date, date) + s12, 0);
+    row("person that reads as none", twoEvents(hidden, date, date) + s12,
+        {u"0"_s, u"9"_s, u"INDI"_s},
+        QStringList{u" 9 @I1@ INDI"_s} + twoEvents(hidden, date, date).mid(1) + s12, 0);
+    row("last source that reads as none", twoEvents(hidden, date, date) + s12,
+        {u"SOUR"_s, u"XSOUR"_s, u"SOUR"_s},
+        QStringList(twoEvents(hidden, date, date) + s12).replaceInStrings(u"SOUR"_s, u"XSOUR"_s),
+        0);
+    row("citation below a place",
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 EVEN"_s, u" 2 PLAC Paris"_s, u" 3 DATE 1805"_s,
+                    u" 3 SOUR @S1@"_s, u" 2 PLAC Lyon"_s, u" 3 DATE 1805"_s, u" 3 SOUR @S1@"_s}
+            + s12,
+        {u"3"_s, u"2"_s, u"INDI.EVEN.PLAC.SOUR"_s},
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 EVEN"_s, u"*2 PLAC Paris"_s, u"+3 DATE 1805"_s,
+                    u"+2 SOUR @S1@"_s, u"*2 PLAC Lyon"_s, u"+3 DATE 1805"_s, u"+2 SOUR @S1@"_s}
+            + s12,
+        1);
+    // The event is the root itself, above which there is none.
+    row("citations directly below the root",
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 SOUR @S1@"_s, u" 1 BIRT"_s, u" 2 DATE 1805"_s,
+                    u" 0 @I2@ INDI"_s, u" 1 SOUR @S1@"_s, u" 1 DEAT"_s, u" 2 DATE 1805"_s}
+            + s12,
+        {u"1"_s, u"2"_s, u"INDI.SOUR"_s},
+        QStringList{u"*0 @I1@ INDI"_s, u" 2 SOUR @S1@"_s, u" 1 BIRT"_s, u" 2 DATE 1805"_s,
+                    u"*0 @I2@ INDI"_s, u" 2 SOUR @S1@"_s, u" 1 DEAT"_s, u" 2 DATE 1805"_s}
+            + s12,
+        1);
+    row("citation directly below the root and one of an event",
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 BIRT"_s, u" 2 DATE 1805"_s, u" 1 SOUR @S1@"_s,
+                    u" 0 @I2@ INDI"_s, u" 1 DEAT"_s, u" 2 DATE 1805"_s, u" 2 SOUR @S1@"_s}
+            + s12,
+        {u"1"_s, u"2"_s, u"INDI.SOUR"_s},
+        QStringList{u"*0 @I1@ INDI"_s, u" 1 BIRT"_s, u" 2 DATE 1805"_s, u" 2 SOUR @S1@"_s,
+                    u"+0 @I2@ INDI"_s, u"*1 DEAT"_s, u"+2 DATE 1805"_s, u"+2 SOUR @S1@"_s}
+            + s12,
+        1);
+}
+
+void TstMultiuse::replacedTexts()
+{
+    QFETCH(QStringList, lines);
+    QFETCH(QStringList, replacement);
+    QFETCH(QStringList, rows);
+    QFETCH(int, count);
+
+    Review review(lines);
+    change(&review.gedcom, replacement);
+    const QList<QStringList> columns = review.columns();
+    review.newJournal();
+    review.filter();
+    QCOMPARE(review.pictures(), rows);
+    QCOMPARE(review.status(), concluded(count));
+    QCOMPARE(review.columns(), columns);
+    QCOMPARE(review.newJournal(), QStringList());
+}
+
+void TstMultiuse::nothingButShows()
+{
+    Review review(born(1, false) + born(2, false) + born(3, false, 2) + sources(1, 2));
+    review.gedcom.filterSourceMultiUse(); // what is on screen before stays
+    QStringList expected = born(1, true) + born(2, true) + born(3, false, 2) + sources(1, 2);
+    for (QString &line : expected)
+        line.replace(0, 1, line.startsWith(u' ') ? u'+' : line.at(0));
+    QCOMPARE(review.pictures(), expected);
+
+    TwItem *event = review.entry(u"1 BIRT"_s);
+    QCOMPARE(event->background(0), QBrush(Qt::red, Qt::SolidPattern));
+    QCOMPARE(event->background(1), QBrush());
+    QCOMPARE(event->toolTip(0), u"ligne 4"_s);
+    QVERIFY(review.tree.updatesEnabled());
+}
+
+void TstMultiuse::sectionNodesStay()
+{
+    Review review(
+        born(1, false) + sources(1, 2)
+        + QStringList{u" 0 @U1@ SUBN"_s, u" 1 NOTE x"_s, u" 0 @N1@ NOTE"_s, u" 1 CONT x"_s});
+    review.filter();
+    QStringList rows;
+    for (int i = 0; i < review.tree.topLevelItemCount(); ++i) {
+        const QTreeWidgetItem *row = review.tree.topLevelItem(i);
+        rows += (row->isHidden() ? u"hidden: "_s : QString()) + row->text(0) + u' ' + row->text(1);
+    }
+    QCOMPARE(rows, QStringList({u"en-tête 0"_s, u"personnes 1"_s, u"familles 0"_s, u"sources 2"_s,
+                                u"médias 0"_s, u"dépots 0"_s, u"notes 1"_s, u"hidden: 0 @U1@"_s}));
+    QCOMPARE(review.status(), u"Recherche terminée. 0 occurences dédoublées."_s);
+}
+
+void TstMultiuse::manyCitationsOfOneSource()
+{
+    QStringList rows{u"+0 @I1@ INDI"_s, u"*1 BIRT"_s, u"+2 DATE 12 MAR 1805"_s};
+    rows += QStringList(1000, u"+2 SOUR @S1@"_s);
+    for (int i = 2; i <= 500; ++i)
+        rows +=
+            i % 2 == 0 ? born(i, true) : person(i, false, {u"2 DATE ABT 1805"_s, u"2 SOUR @S1@"_s});
+    Review review(rows + sources(1, 2));
+    review.filter();
+    QCOMPARE(review.pictures(), rows + sources(1, 2));
+    QCOMPARE(review.status(), u"Recherche terminée. 1249 occurences dédoublées."_s); // 999 + 250
+}
+
+void TstMultiuse::secondRun()
+{
+    const QStringList rows = born(1, true) + born(2, true) + sources(1, 2);
+    Review review(rows);
+    review.filter();
+    review.filter();
+    QCOMPARE(review.pictures(), rows);
+    QCOMPARE(review.status(), concluded(1));
+
+    // Nothing is remembered from one call to the next, and nothing red is taken away.
+    change(&review.gedcom, {u"INDI.NAME.GIVN"_s});
+    change(&review.gedcom, {u"@S1@"_s, u"@S2@"_s, u"INDI.BIRT.SOUR"_s});
+    review.filter();
+    QStringList expected = born(1, false, 2) + born(2, false, 2) + sources(1, 2);
+    expected.replaceInStrings(u" 1 BIRT"_s, u"#1 BIRT"_s);
+    expected.replaceInStrings(u" 2 GIVN Jean"_s, u"-2 GIVN Jean"_s);
+    QCOMPARE(review.pictures(), expected);
+    QCOMPARE(review.status(), concluded(0));
+}
+
+void TstMultiuse::saved()
+{
+    Review review(born(1, true) + born(2, true) + sources(1, 2));
+    const QByteArray before = readBytes(review.path());
+    review.filter();
+    QCOMPARE(readBytes(review.path()), before);
+    QVERIFY(review.gedcom.writeGedFile(review.path()));
+    QCOMPARE(readBytes(review.path()), before);
+}
+
+void TstMultiuse::frame()
+{
+    Review review(born(1, true) + born(2, true) + sources(1, 250));
+    review.hideAll();
+    QStringList debug;
+    Told told(&review);
+    {
+        const DebugListener listener([&debug](const QString &text) { debug += text; });
+        review.gedcom.filterSourceMultiUse();
+    }
+    QCOMPARE(told.take(),
+             QStringList({"status: "_L1 + Announced, u"bar shown"_s, u"bar: 100 of 250"_s,
+                          u"events"_s, u"bar: 200 of 250"_s, u"events"_s, u"bar hidden"_s,
+                          u"status: Recherche terminée. 1 occurences dédoublées."_s}));
+    QCOMPARE(debug, QStringList());
+    QCOMPARE(review.newJournal(), QStringList());
+}
+
+void TstMultiuse::progress_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QStringList>("expected"); // between the first events and the end
+    QTest::addColumn<int>("value"); // at the end
+    QTest::addColumn<QStringList>("again"); // the same of a second run, with the events before
+
+    const QStringList nothing{u"events at -1"_s};
+    QTest::newRow("no source") << 0 << QStringList() << -1 << nothing;
+    QTest::newRow("one source") << 1 << QStringList() << -1 << nothing;
+    QTest::newRow("100 sources, of which 99 are looked at")
+        << 100 << QStringList() << -1 << nothing;
+    QTest::newRow("101 sources") << 101 << QStringList{u"100 of 101"_s, u"events at 100"_s} << 100
+                                 << QStringList{u"events at 100"_s, u"events at 100"_s};
+    const QStringList twice{u"100 of 250"_s, u"events at 100"_s, u"200 of 250"_s,
+                            u"events at 200"_s};
+    QTest::newRow("250 sources") << 250 << twice << 200 << QStringList{u"events at 200"_s} + twice;
+}
+
+void TstMultiuse::progress()
+{
+    QFETCH(int, size);
+    QFETCH(QStringList, expected);
+    QFETCH(int, value);
+    QFETCH(QStringList, again);
+
+    // Deleted sources and other records do not count.
+    Review review(
+        born(1, true) + sources(1, size)
+        + QStringList{u"-0 @S999@ SOUR"_s, u" 1 TITL x"_s, u" 0 @SX@ SOUR"_s, u" 1 TITL x"_s});
+    const ProgressLog log(&review.progress);
+    review.filter();
+    const QStringList whole =
+        QStringList{u"show"_s, u"events at -1"_s} + expected + QStringList{u"hide"_s};
+    QCOMPARE(log.entries(), whole);
+    QCOMPARE(review.progress.minimum(), 0);
+    QCOMPARE(review.progress.maximum(), size);
+    QCOMPARE(review.progress.value(), value); // it is hidden rather than reset
+    QVERIFY(review.progress.isHidden());
+
+    review.filter();
+    QCOMPARE(log.entries(), whole + QStringList{u"show"_s} + again + QStringList{u"hide"_s});
+}
+
+void TstMultiuse::texts()
+{
+    Review review(born(1, true) + born(2, true) + sources(1, 2));
+    const MarkingTranslator translator;
+    QStringList statusTexts;
+    connect(&review.statusBar, &QStatusBar::messageChanged, this,
+            [&statusTexts](const QString &text) { statusTexts += text; });
+    review.filter();
+    QCOMPARE(statusTexts.size(), 2);
+    for (const QString &text : std::as_const(statusTexts))
+        QVERIFY2(text.contains(u"[Gedcom]"_s), qPrintable(text));
+}
+
+void TstMultiuse::eventsBeforeTheLoop_data()
+{
+    QTest::addColumn<QStringList>("replacement"); // the arguments of change()
+    QTest::addColumn<int>("count");
+
+    QTest::newRow("nothing done") << QStringList{u"x"_s, u"y"_s, u"NONE"_s} << 1;
+    QTest::newRow("one date replaced") << QStringList{u"ABT"_s, u"12 MAR"_s, u"DATE"_s} << 2;
+    QTest::newRow("dates deleted") << QStringList{u"DATE"_s} << 0;
+    QTest::newRow("citations of another source replaced")
+        << QStringList{u"@S2@"_s, u"@S1@"_s, u"INDI.BIRT.SOUR"_s} << 2;
+    // The lists are there already.
+    QTest::newRow("citations deleted") << QStringList{u"INDI.BIRT.SOUR"_s} << 1;
+    QTest::newRow("sources and citations deleted") << QStringList{u"SOUR"_s} << 1;
+}
+
+void TstMultiuse::eventsBeforeTheLoop()
+{
+    QFETCH(QStringList, replacement);
+    QFETCH(int, count);
+
+    Review review(born(1, true) + born(2, true) + born(3, false, 2)
+                  + person(4, false, {u"2 DATE ABT 1805"_s, u"2 SOUR @S1@"_s}) + sources(1, 2));
+    review.hideAll();
+    QStringList seen;
+    QMetaObject::invokeMethod(
+        &review.progress,
+        [&] {
+            seen = {review.status(),
+                    u"%1 of %2"_s.arg(review.progress.value()).arg(review.progress.maximum()),
+                    review.progress.isVisible() ? u"bar shown"_s : u"bar hidden"_s};
+            change(&review.gedcom, replacement);
+        },
+        Qt::QueuedConnection);
+    review.gedcom.filterSourceMultiUse();
+    QCOMPARE(seen, QStringList({Announced, u"-1 of 2"_s, u"bar shown"_s}));
+    QCOMPARE(review.status(), concluded(count));
+}
+
+void TstMultiuse::documentChangedInTheMidst_data()
+{
+    QTest::addColumn<QStringList>("replacement"); // the arguments of change()
+    QTest::addColumn<QString>("early"); // the signs of the births that cite source 99
+    QTest::addColumn<QString>("late"); // and of those that cite source 100
+    QTest::addColumn<int>("count");
+
+    const auto row = [](const char *name, const QStringList &replacement, const QString &early,
+                        const QString &late, int count) {
+        QTest::newRow(name) << replacement << early << late << count;
+    };
+    // Source 99 has 12 MAR 1805 twice and ABT 1805 once, source 100 the other way round.
+    row("nothing", {u"x"_s, u"y"_s, u"NONE"_s}, u"** "_s, u"** "_s, 2);
+    row("dates become the same", {u"ABT"_s, u"12 MAR"_s, u"DATE"_s}, u"** "_s, u"***"_s, 3);
+    row("no dates any more", {u"DATE"_s, u"XDATE"_s, u"DATE"_s}, u"** "_s, u"   "_s, 1);
+    row("levels of the dates", {u"2"_s, u"3"_s, u"DATE"_s}, u"** "_s, u"** "_s, 2);
+    row("dates deleted", {u"DATE"_s}, u"** "_s, u"   "_s, 1);
+    row("citations become those of the later source", {u"@S99@"_s, u"@S100@"_s, u"SOUR"_s},
+        u"** "_s, u"  *"_s, 3);
+    row("citations become those of the earlier source", {u"@S100@"_s, u"@S99@"_s, u"SOUR"_s},
+        u"** "_s, u"  *"_s, 3);
+    row("citations become those of another source", {u"@S100@"_s, u"@S500@"_s, u"INDI.BIRT.SOUR"_s},
+        u"** "_s, u"   "_s, 1);
+    // The lists are there already.
+    row("citations deleted", {u"INDI.BIRT.SOUR"_s}, u"** "_s, u"** "_s, 2);
+    row("sources and citations deleted", {u"SOUR"_s}, u"** "_s, u"** "_s, 2);
+    row("tags of the citations", {u"SOUR"_s, u"XSOUR"_s, u"SOUR"_s}, u"** "_s, u"** "_s, 2);
+}
+
+void TstMultiuse::documentChangedInTheMidst()
+{
+    QFETCH(QStringList, replacement);
+    QFETCH(QString, early);
+    QFETCH(QString, late);
+    QFETCH(int, count);
+
+    const QString date = u"2 DATE 12 MAR 1805"_s;
+    const QString about = u"2 DATE ABT 1805"_s;
+    QStringList lines;
+    int number = 0;
+    for (const QString &eventDate : {date, date, about})
+        lines += person(++number, false, {eventDate, u"2 SOUR @S99@"_s});
+    // Sources 50 and 51 have these looked at before, too, and find nothing.
+    lines += person(4, false, {about, u"2 SOUR @S100@"_s, u"2 SOUR @S50@"_s});
+    lines += person(5, false, {about, u"2 SOUR @S100@"_s, u"2 SOUR @S51@"_s});
+    lines += person(6, false, {date, u"2 SOUR @S100@"_s, u"2 SOUR @S50@"_s, u"2 SOUR @S51@"_s});
+    Review review(lines + sources(1, 101));
+    review.hideAll();
+    atNextMove(&review.progress, [&] { change(&review.gedcom, replacement); });
+    review.gedcom.filterSourceMultiUse();
+
+    // A red birth and its record are shown together, what has been deleted meanwhile is not.
+    QString red;
+    QString shown;
+    const QList<TwItem *> entries = review.entries();
+    for (TwItem *twi : entries) {
+        if (twi->getTag() == "BIRT"_L1)
+            red += picture(twi).at(0);
+        if (twi->getTag() == "SEX"_L1)
+            shown += twi->isHidden() ? u' ' : u'*';
+    }
+    QCOMPARE(red, early + late);
+    QCOMPARE(shown, early + late);
+    QCOMPARE(review.status(), concluded(count));
+}
+
+void TstMultiuse::rowsHiddenInTheMidst()
+{
+    // Source 1 doubles the first two, source 100 the last two.
+    QStringList expected =
+        born(1, false)
+        + person(2, true,
+                 {u"2 DATE 12 MAR 1805"_s, u"2 SOUR @S1@"_s, u"2 SOUR @S100@"_s, u"-2 NOTE x"_s})
+        + born(3, true, 100) + sources(1, 101);
+    expected[3] = u"#1 BIRT"_s;
+    Review review(expected);
+    review.hideAll();
+    QStringList before;
+    atNextMove(&review.progress, [&] {
+        before = review.pictures().mid(0, 5);
+        review.hideAll();
+    });
+    review.gedcom.filterSourceMultiUse();
+    QCOMPARE(before, born(1, true).mid(0, 5));
+    QCOMPARE(review.pictures(), expected);
+    QCOMPARE(review.status(), concluded(2));
+}
+
+void TstMultiuse::generatedDocuments_data()
+{
+    QTest::addColumn<uint>("seed");
+
+    for (uint seed = 1; seed <= 6; ++seed)
+        QTest::addRow("seed %u", seed) << seed;
+}
+
+void TstMultiuse::generatedDocuments()
+{
+    QFETCH(uint, seed);
+
+    QRandomGenerator random(seed);
+    QStringList lines = generatedLines(&random);
+    for (QString &line : lines)
+        line.prepend(u' ');
+    Review review(lines);
+    const QList<QStringList> columns = review.columns();
+    const QList<TwItem *> entries = review.entries();
+    PlainFilter plain(entries);
+    for (const int percentDeleted : {0, 5, 15}) {
+        for (TwItem *twi : entries) {
+            if (random.bounded(100) < percentDeleted)
+                twi->setDelete(true);
+        }
+        review.filter();
+        plain.run();
+        QCOMPARE(review.pictures(), plain.pictures());
+        QCOMPARE(review.status(), concluded(plain.count()));
+        QVERIFY2(plain.count() > 3, qPrintable(review.status())); // or chance has done little
+    }
+    QCOMPARE(review.columns(), columns);
+}
+
+void TstMultiuse::checkBox()
+{
+    const Session session;
+    session.load({u"0 @I1@ INDI"_s, u"1 NAME Jean /DUPONT/"_s, u"1 BIRT"_s, u"2 DATE 12 MAR 1805"_s,
+                  u"2 SOUR @S1@"_s, u"1 NOTE x"_s, u"0 @I2@ INDI"_s, u"1 BIRT"_s,
+                  u"2 DATE 12 MAR 1805"_s, u"2 SOUR @S1@"_s, u"0 @S1@ SOUR"_s, u"1 DATE 1840"_s,
+                  u"0 @S2@ SOUR"_s, u"1 DATE 1840"_s, u"0 TRLR"_s});
+    session.window->show();
+    session.set({u"gbDelTags"_s, u"leTagsToDel=NOTE"_s});
+    session.click(u"pbApply"_s);
+    const QStringList journal = session.journal();
+    auto *box = session.find<QCheckBox>(u"cbSourceMultiUse"_s);
+    auto *search = session.find<QLineEdit>(u"leRecherche"_s);
+
+    // On top of a search, whose text stays.
+    QTest::keyClicks(search, u"Jean"_s);
+    QTest::keyClick(search, Qt::Key_Return);
+    QCOMPARE(session.status(), u"2/13 entrées affichées."_s);
+    clickIndicator(box);
+    QVERIFY(box->isChecked());
+    const QStringList filtered{u"+0 @I1@ INDI"_s,
+                               u"+1 NAME Jean /DUPONT/"_s,
+                               u"*1 BIRT"_s,
+                               u"+2 DATE 12 MAR 1805"_s,
+                               u"+2 SOUR @S1@"_s,
+                               u"-1 NOTE x"_s,
+                               u"+0 @I2@ INDI"_s,
+                               u"*1 BIRT"_s,
+                               u"+2 DATE 12 MAR 1805"_s,
+                               u"+2 SOUR @S1@"_s,
+                               u" 0 @S1@ SOUR"_s,
+                               u" 1 DATE 1840"_s,
+                               u" 0 @S2@ SOUR"_s,
+                               u" 1 DATE 1840"_s};
+    QCOMPARE(picturesOf(session), filtered);
+    QCOMPARE(session.status(), u"Recherche terminée. 1 occurences dédoublées."_s);
+    QCOMPARE(session.text(u"leRecherche"_s), u"Jean"_s);
+    QVERIFY(session.progress()->isHidden());
+    for (int i = 0; i < 6; ++i) // but the notes, of which there are none
+        QVERIFY(!session.tree()->topLevelItem(i)->isHidden());
+
+    // Unchecked, it shows all but the deleted row. To empty the field is an edit of it.
+    clickIndicator(box);
+    QVERIFY(!box->isChecked());
+    QStringList all = filtered;
+    for (QString &line : all)
+        line.replace(0, 1, line.startsWith(u' ') ? u'+' : line.at(0));
+    QCOMPARE(picturesOf(session), all);
+    QCOMPARE(session.text(u"leRecherche"_s), QString());
+    QCOMPARE(session.status(), u"Valider la recherche par la touche entrée"_s);
+
+    clickIndicator(box);
+    QCOMPARE(picturesOf(session), filtered);
+    clickIndicator(box);
+    QCOMPARE(picturesOf(session), all);
+    QCOMPARE(session.status(), u"Recherche terminée. 1 occurences dédoublées."_s);
+    QCOMPARE(session.journal(), journal);
+}
+
+void TstMultiuse::twoBoxes()
+{
+    const Session session;
+    const QStringList doubled{u"0 @I1@ INDI"_s,     u"1 SEX M"_s,     u"1 BIRT"_s,
+                              u"2 DATE ABT 1840"_s, u"2 SOUR @S1@"_s, u"1 CHR"_s,
+                              u"2 DATE ABT 1840"_s, u"2 SOUR @S1@"_s};
+    const QStringList contradicted{u"0 @I2@ INDI"_s, u"1 DEAT"_s, u"2 DATE ABT 1850"_s,
+                                   u"2 SOUR @S1@"_s};
+    const QStringList others{u"0 @S1@ SOUR"_s, u"1 DATE 1840"_s, u"0 @S2@ SOUR"_s,
+                             u"1 DATE 1840"_s};
+    const QStringList all = doubled + contradicted + others;
+    session.load(all + QStringList{u"0 TRLR"_s});
+    session.window->show();
+    auto *multiUse = session.find<QCheckBox>(u"cbSourceMultiUse"_s);
+    auto *dateDiff = session.find<QCheckBox>(u"cbSourceDateDiff"_s);
+
+    // The last one to be checked decides; either one that is unchecked shows everything.
+    clickIndicator(multiUse);
+    QCOMPARE(shownIn(session), doubled);
+    QCOMPARE(session.status(), u"Recherche terminée. 1 occurences dédoublées."_s);
+    clickIndicator(dateDiff);
+    QCOMPARE(shownIn(session), contradicted);
+    QCOMPARE(session.status(), u"1 incohérences sources / évènements détectées."_s);
+    clickIndicator(multiUse);
+    QCOMPARE(shownIn(session), all);
+    QVERIFY(dateDiff->isChecked());
+    clickIndicator(multiUse);
+    QCOMPARE(shownIn(session), doubled);
+    clickIndicator(dateDiff);
+    QCOMPARE(shownIn(session), all);
+    QVERIFY(multiUse->isChecked());
+    clickIndicator(multiUse);
+    QCOMPARE(shownIn(session), all);
+
+    // Both have left their colour.
+    QStringList red;
+    for (QTreeWidgetItemIterator it(session.tree()); *it; ++it) {
+        if ((*it)->background(0) == QBrush(Qt::red, Qt::SolidPattern))
+            red += lineText(static_cast<TwItem *>(*it));
+    }
+    QCOMPARE(red, QStringList({u"1 BIRT"_s, u"1 CHR"_s, u"2 SOUR @S1@"_s}));
+}
+
+void TstMultiuse::everyStateButUncheckedFilters()
+{
+    const Session session;
+    session.load({u"0 @I1@ INDI"_s, u"1 SEX M"_s, u"0 TRLR"_s});
+    for (const int state : {int(Qt::Checked), int(Qt::PartiallyChecked)}) {
+        QVERIFY(QMetaObject::invokeMethod(session.window.get(), "on_cbSourceMultiUse_stateChanged",
+                                          Q_ARG(int, state)));
+        QCOMPARE(picturesOf(session), QStringList({u" 0 @I1@ INDI"_s, u" 1 SEX M"_s}));
+        QVERIFY(QMetaObject::invokeMethod(session.window.get(), "on_cbSourceMultiUse_stateChanged",
+                                          Q_ARG(int, int(Qt::Unchecked))));
+        QCOMPARE(picturesOf(session), QStringList({u"+0 @I1@ INDI"_s, u"+1 SEX M"_s}));
+    }
+}
+
+void TstMultiuse::uncheckedInTheMidst()
+{
+    const Session session;
+    const QStringList lines = doubledEarlyAndLate();
+    session.load(lines);
+    session.window->show();
+    auto *box = session.find<QCheckBox>(u"cbSourceMultiUse"_s);
+    QString status;
+    bool wasShown = false;
+    atNextMove(session.progress(), [&] {
+        status = session.status();
+        wasShown = session.progress()->isVisible();
+        clickIndicator(box);
+    });
+    clickIndicator(box);
+    QCOMPARE(status, Announced);
+    QVERIFY(wasShown);
+    QVERIFY(!box->isChecked());
+    QCOMPARE(session.status(), u"Recherche terminée. 2 occurences dédoublées."_s);
+    // All is shown, and the later births have been found.
+    QCOMPARE(shownIn(session), lines.mid(0, lines.size() - 1));
+    QCOMPARE(picturesOf(session).filter(u"BIRT"_s),
+             QStringList({u"*1 BIRT"_s, u"*1 BIRT"_s, u"*1 BIRT"_s, u"*1 BIRT"_s, u"+1 BIRT"_s}));
+}
+
+void TstMultiuse::otherFilterInTheMidst()
+{
+    const Session session;
+    const QStringList lines = doubledEarlyAndLate();
+    session.load(lines);
+    session.window->show();
+    auto *dateDiff = session.find<QCheckBox>(u"cbSourceDateDiff"_s);
+    QString status;
+    atNextMove(session.progress(), [&] {
+        clickIndicator(dateDiff);
+        status = session.status();
+    });
+    clickIndicator(session.find<QCheckBox>(u"cbSourceMultiUse"_s));
+    QCOMPARE(status, u"3 incohérences sources / évènements détectées."_s);
+    QCOMPARE(session.status(), u"Recherche terminée. 2 occurences dédoublées."_s);
+    // It has hidden the rows of source 1; those of source 100 come on top of what it shows.
+    const QStringList contradicted{u"0 @I5@ INDI"_s, u"1 NAME Jean /DUPONT/"_s, u"1 BIRT"_s,
+                                   u"2 DATE 12 MAR 1805"_s, u"2 SOUR @S101@"_s};
+    QCOMPARE(shownIn(session), lines.mid(14, 14) + contradicted);
+}
+
+VARLUNE_TEST_MAIN(TstMultiuse)
+#include "tst_multiuse.moc"
