@@ -333,7 +333,7 @@ struct MediaMatch
     QString nomFichierCsv;
     QString urlFichier;
     TwItem *twiObjeFile = nullptr;
-    TwItem *twiRootObje = nullptr; // only where its id is known, too
+    TwItem *twiRootObje = nullptr; // null unless the record and the column of its id are found
     int indexColObje = -1;
 };
 
@@ -1085,6 +1085,41 @@ int Gedcom::setMediaFilePath(QString newPath)
     return edited;
 }
 
+bool Gedcom::readCorrespondences(const QStringList &csvFiles, const QString &splitStr,
+                                 QStringList *linesFileUrl)
+{
+    for (const QString &csvFile : csvFiles) {
+        addToJournal(tr("Chargement du fichier de correspondance %1").arg(csvFile), u"INFO"_s);
+        QFile fileCsv(csvFile);
+        if (!fileCsv.open(QIODevice::ReadOnly | QIODevice::Text)) {
+            addToJournal(tr("Chargement du fichier impossible."), u"ERROR"_s);
+            showCritical(tr("Erreur"),
+                         tr("Impossible d'ouvrir le fichier %1").arg(fileCsv.fileName()));
+            return false;
+        }
+        QTextStream in(&fileCsv);
+        in.setEncoding(QStringConverter::System);
+        while (!in.atEnd()) {
+            QString line = in.readLine();
+            while (line.endsWith(u',')) // empty cells at the end of a spreadsheet's row
+                line.chop(1);
+            line.remove(u'"');
+            if (!line.contains(splitStr)) {
+                addToJournal(tr("Correspondance non détectée dans la ligne %1").arg(line),
+                             u"ERROR"_s);
+                showCritical(tr("Erreur"),
+                             tr("Correspondance non détectée dans la ligne %1 du fichier %2")
+                                 .arg(line, fileCsv.fileName()));
+                return false;
+            }
+            linesFileUrl->append(line);
+        }
+        in.reset();
+        fileCsv.close();
+    }
+    return true;
+}
+
 int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, bool urlSour,
                             bool urlEvt, bool delTagObjeFile, bool extractMedias,
                             QString mediasSource, QString mediasDest)
@@ -1562,41 +1597,6 @@ void Gedcom::filterSourceMultiUse()
 
     m_progress->setVisible(false);
     m_status->showMessage(tr("Recherche terminée. %1 occurences dédoublées.").arg(occuCount), 0);
-}
-
-bool Gedcom::readCorrespondences(const QStringList &csvFiles, const QString &splitStr,
-                                 QStringList *linesFileUrl)
-{
-    for (const QString &csvFile : csvFiles) {
-        addToJournal(tr("Chargement du fichier de correspondance %1").arg(csvFile), u"INFO"_s);
-        QFile fileCsv(csvFile);
-        if (!fileCsv.open(QIODevice::ReadOnly | QIODevice::Text)) {
-            addToJournal(tr("Chargement du fichier impossible."), u"ERROR"_s);
-            showCritical(tr("Erreur"),
-                         tr("Impossible d'ouvrir le fichier %1").arg(fileCsv.fileName()));
-            return false;
-        }
-        QTextStream in(&fileCsv);
-        in.setEncoding(QStringConverter::System);
-        while (!in.atEnd()) {
-            QString line = in.readLine();
-            while (line.endsWith(u',')) // empty cells at the end of a spreadsheet's row
-                line.chop(1);
-            line.remove(u'"');
-            if (!line.contains(splitStr)) {
-                addToJournal(tr("Correspondance non détectée dans la ligne %1").arg(line),
-                             u"ERROR"_s);
-                showCritical(tr("Erreur"),
-                             tr("Correspondance non détectée dans la ligne %1 du fichier %2")
-                                 .arg(line, fileCsv.fileName()));
-                return false;
-            }
-            linesFileUrl->append(line);
-        }
-        in.reset();
-        fileCsv.close();
-    }
-    return true;
 }
 
 bool Gedcom::createNewTwiEntry(QStringList listEntryValues)

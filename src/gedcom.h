@@ -116,9 +116,10 @@ public:
     /// address begins behind the first character of the separator. With \p urlSour each source that
     /// shows the media gets a WWW line, with \p urlEvt each event that cites such a source a NOTE,
     /// or a CONT below the note that holds its links. With \p delTagObjeFile the media records that
-    /// have got a link are marked as deleted, with the references to them. With \p extractMedias
-    /// what lies in the folder \p mediasSource is copied to \p mediasDest, but for the media of
-    /// the records just marked; failed copies go unseen, and nothing is overwritten.
+    /// have got a link are marked as deleted, with the references of the sources from the first
+    /// link on. With \p extractMedias what lies in the folder \p mediasSource is copied to
+    /// \p mediasDest, but for the media whose records are marked; failed copies go unseen, and
+    /// nothing is overwritten.
     ///
     /// All files are read before the first change. Returns the number of lines added, or 0, with a
     /// box shown and nothing changed, if a file cannot be opened or one of its lines lacks the

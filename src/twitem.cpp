@@ -398,35 +398,46 @@ QList<QStringList> TwItem::splitAllOverSized(const QList<TwItem *> &entries)
             record->regenerateRootChilds(record);
         stale.clear();
     };
-    // Whether the tag is the one that stands in its column, whatever is cut off the value.
-    const auto hasPlainTag = [](const TwItem *twi) {
-        return twi->text(LevelColumn).size() == 1 && twi->text(LevelColumn) != "0"_L1
-            && isTag(twi->text(TagColumn));
+    const auto hasContinuationTag = [](const TwItem *twi) {
+        return isContinuation(twi->text(TagColumn));
     };
-    const auto listsItsChilds = [](const TwItem *parent) -> bool {
-        if (parent->m_tabTwiChilds.size() != parent->childCount())
-            return false;
-        for (int i = 0; i < parent->childCount(); ++i) {
-            if (parent->child(i) != parent->m_tabTwiChilds.at(i))
-                return false;
+    // Whether no cut changes the tag, which a short rest of the value could only do behind a very
+    // long tag column, and the new lines get a level of one character.
+    const auto isPlain = [&](const TwItem *twi) {
+        const QString level = twi->text(LevelColumn);
+        return level.size() == 1 && level != "0"_L1 && (level != "9"_L1 || hasContinuationTag(twi))
+            && twi->text(TagColumn).size() < MaxTextSize / 2;
+    };
+    const auto listsItsChilds = [](const TwItem *parent, const QTreeWidgetItem *last) -> bool {
+        const int size =
+            int(std::min<qsizetype>(parent->childCount(), parent->m_tabTwiChilds.size()));
+        for (int i = 0; i < size && parent->child(i) == parent->m_tabTwiChilds.at(i); ++i) {
+            if (parent->child(i) == last)
+                return true;
         }
-        return true;
+        return false;
     };
 
     for (auto it = entries.cbegin(); it != entries.cend();) {
         TwItem *parent = (*it)->getParent();
-        const bool continuation = isContinuation((*it)->text(TagColumn));
-        const auto end = std::find_if_not(it, entries.cend(), [&](TwItem *twi) {
-            return twi->getParent() == parent && hasPlainTag(twi)
-                && isContinuation(twi->text(TagColumn)) == continuation;
+        const bool continuation = hasContinuationTag(*it);
+        // The list of a whole record takes continuations at an index of the tree: it must be what
+        // it would be had each line been cut by itself, so those are kept apart from other lines.
+        const bool isRecord = parent && (*it)->recordsWithStaleList().contains(parent);
+        auto end = std::find_if_not(it, entries.cend(), [&](TwItem *twi) {
+            return parent && twi->getParent() == parent && isPlain(twi)
+                && (!isRecord || hasContinuationTag(twi) == continuation);
         });
-        if (continuation && stale.contains(parent))
+        if (isRecord && continuation && stale.contains(parent))
             renewStale();
-        if (it == end || !parent || (continuation && !listsItsChilds(parent))) {
+        if (it == end
+            || (std::any_of(it, end, hasContinuationTag)
+                && !listsItsChilds(parent, *std::prev(end)))) {
             renewStale();
-            splitLists.append((*it)->m_toDelete ? QStringList()
-                                                : (*it)->splitTagOverSized(*it, {}));
-            ++it;
+            end = std::max(end, it + 1);
+            for (; it != end; ++it)
+                splitLists.append((*it)->m_toDelete ? QStringList()
+                                                    : (*it)->splitTagOverSized(*it, {}));
             continue;
         }
 
@@ -436,8 +447,8 @@ QList<QStringList> TwItem::splitAllOverSized(const QList<TwItem *> &entries)
         for (; it != end; ++it) {
             TwItem *twi = *it;
             QStringList splitList;
-            TwItem *rest = twi->m_toDelete ? nullptr : takeRest(twi, parent).twi;
-            if (rest && continuation) {
+            auto [rest, isBehind] = twi->m_toDelete ? Rest{} : takeRest(twi, parent);
+            if (rest && isBehind) {
                 splitList.append(cutLog(concPath + lineText(rest), twi));
                 for (; rest; rest = takeRest(rest, parent).twi)
                     followers[twi].append(rest);

@@ -126,9 +126,9 @@ public:
     /// unchanged if the line cannot be cut.
     QStringList splitTagOverSized(TwItem *twiOri, QStringList splitList);
 
-    /// Does what splitTagOverSized() does for each of \p entries that is not deleted, in time that
-    /// grows with their number. Returns the journal texts of each. The entries must be out of the
-    /// view, which would look for each row.
+    /// Does what splitTagOverSized() does for each of \p entries that is not deleted, siblings that
+    /// follow each other together. Returns the journal texts of each. The entries must be out of
+    /// the view, which would look for each row.
     static QList<QStringList> splitAllOverSized(const QList<TwItem *> &entries);
 
     /// Whether one of the tag patterns names this entry: by its tag, or by its full tag, in which a

@@ -833,7 +833,8 @@ void TstOversized::allAtOnceAsOneByOne()
     QFETCH(const quint32, seed);
     QFETCH(const QStringList, replacement);
     QRandomGenerator random(seed);
-    const QStringList tags{u"NOTE"_s, u"CONT"_s, u"CONC"_s, u"TITL"_s, u"x"_s, longTag(249)};
+    const QStringList tags{u"NOTE"_s, u"CONT"_s,    u"CONC"_s,   u"TITL"_s,
+                           u"x"_s,    longTag(249), longTag(120)};
     const QStringList values{u""_s,
                              u"court"_s,
                              run(248),
@@ -845,12 +846,15 @@ void TstOversized::allAtOnceAsOneByOne()
     QStringList lines;
     for (int record = 1; record <= 6; ++record) {
         lines += u"0 @S%1@ SOUR"_s.arg(record);
-        // Some records have lines of one level alone, some of one tag.
-        const int levels = record % 3 + 1;
+        // Some records have lines of one level alone, some of one tag; one goes down to the last
+        // level, whose rests have none of their own.
+        const int levels = record == 6 ? 9 : record % 3 + 1;
         const qsizetype tagCount = record % 2 ? tags.size() : 2;
         int level = 0;
         for (int i = 0; i < 40; ++i) {
-            level = int(random.bounded(1, std::min(level + 1, levels) + 1));
+            level = levels == 9 && random.bounded(4) > 0
+                      ? std::min(level + 1, levels)
+                      : int(random.bounded(1, std::min(level + 1, levels) + 1));
             lines += QString::number(level) + u' ' + tags.at(random.bounded(int(tagCount))) + u' '
                    + values.at(random.bounded(int(values.size())));
         }
