@@ -217,7 +217,7 @@ TwItem *rootOf(TwItem *twi)
 }
 
 /// Shows the rows of \p entries, but for the deleted ones.
-void showChilds(const QList<TwItem *> &entries)
+void showRows(const QList<TwItem *> &entries)
 {
     for (TwItem *twi : entries)
         twi->setTwiHidden(false);
@@ -1280,9 +1280,8 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     for (const QString &line : std::as_const(linesFileUrl)) {
         linkMedia(line);
         ++countProgress;
-        const qsizetype journalSize = m_journal->size();
+        const qsizetype journalSize = m_journal->size(); // a run that changes entries adds to it
         if (showProgress(m_progress, countProgress) && m_journal->size() != journalSize) {
-            // An event has started a run, which can have changed entries.
             objeFilesByName = indexByFileName(listTwiObjeFile);
             sourObjes = ColumnIndex(listTwiSourObje);
             citations = ColumnIndex(listTwiIndiAndFam);
@@ -1479,7 +1478,7 @@ void Gedcom::filterSourceDateDiff()
             if (shown.contains(twiIndiRoot))
                 continue;
             shown.insert(twiIndiRoot);
-            showChilds(twiIndiRoot->getTabTwiChilds(true));
+            showRows(twiIndiRoot->getTabTwiChilds(true));
             twiIndiRoot->setTwiHidden(false);
         }
         if (!twiIndiRoot || shown.contains(twiIndiRoot))
@@ -1516,7 +1515,7 @@ void Gedcom::filterSourceDateDiff()
     };
 
     for (TwItem *twiEvtSour : listTwiIndiAndFam) {
-        const qsizetype journalSize = m_journal->size();
+        const qsizetype journalSize = m_journal->size(); // a run that changes entries adds to it
         if (showProgress(m_progress, ++pbcount)) {
             shown.clear();
             if (m_journal->size() != journalSize)
@@ -1546,7 +1545,7 @@ void Gedcom::filterSourceMultiUse()
 
     ColumnIndex citations(listTwiSourIndi);
     QHash<TwItem *, TwItem *> dates; // until an event starts a run, which can change entries
-    QSet<TwItem *> shown; // since the last events, which can hide rows again
+    QSet<TwItem *> shown; // records, since the last events, which can hide rows again
 
     const auto sameDate = [&](TwItem *indiSourA, TwItem *indiSourB) -> bool {
         const auto findDate = [this](TwItem *event) { return firstChildMatching(event, m_rxDate); };
@@ -1558,9 +1557,6 @@ void Gedcom::filterSourceMultiUse()
     };
 
     const auto flag = [&](TwItem *event) {
-        if (shown.contains(event))
-            return;
-        shown.insert(event);
         event->setBackground(LevelColumn, b);
         event->setTwiHidden(false);
         TwItem *root = rootOf(event->getParent());
@@ -1568,12 +1564,12 @@ void Gedcom::filterSourceMultiUse()
             return;
         shown.insert(root);
         root->setTwiHidden(false);
-        showChilds(root->getTabTwiChilds(false)); // the whole record
+        showRows(root->getTabTwiChilds(false)); // the whole record
     };
 
     // The last source of the file is left out.
     for (qsizetype iSour = 0; iSour < listTwiRootSour.size() - 1; ++iSour) {
-        const qsizetype journalSize = m_journal->size();
+        const qsizetype journalSize = m_journal->size(); // a run that changes entries adds to it
         if (showProgress(m_progress, ++pbcount)) {
             shown.clear();
             if (m_journal->size() != journalSize) {

@@ -62,7 +62,7 @@ private:
     /// Shows the live entries with the text of leRecherche in one of their columns, and what leads
     /// to them, and hides the others. Returns the number of those that are not hidden.
     qsizetype reverseHide();
-    /// Hides all entries.
+    /// Hides all live entries.
     void hideAll();
     /// Presets the form from the parameter file, one item a line.
     void extraireIni();
