@@ -1414,10 +1414,14 @@ void Gedcom::filterSourceDateDiff()
     Known known = lookAfresh();
     QSet<TwItem *> shown; // since the last events, which can hide rows again
 
+    // Both give an empty text where no column matches.
+    ColumnMatcher colAnnee(m_rxAnnee);
+    ColumnMatcher colIdSour(m_rxColIdSour);
+
     // The first date of an event or source, empty unless it ends in a year.
-    const auto readDate = [this](TwItem *twi) -> QString {
+    const auto readDate = [&](TwItem *twi) -> QString {
         const TwItem *twiDate = firstChildMatching(twi, m_rxDate);
-        return twiDate ? twiDate->text(twiDate->getColumnIndexMatchRx(m_rxAnnee)) : QString();
+        return twiDate ? twiDate->text(colAnnee.firstColumn(twiDate)) : QString();
     };
 
     const auto readPeriod = [&](TwItem *event) -> Period {
@@ -1498,7 +1502,7 @@ void Gedcom::filterSourceDateDiff()
         const Period period = remembered(known.periods, twiEvtSour->getParent(), readPeriod);
         if (period.evtEndDate == 0)
             return;
-        const QString idSour = twiEvtSour->text(twiEvtSour->getColumnIndexMatchRx(m_rxColIdSour));
+        const QString idSour = twiEvtSour->text(colIdSour.firstColumn(twiEvtSour));
         const QList<TwItem *> sources = known.sources.value(idSour);
         const auto source = std::find_if(sources.begin(), sources.end(),
                                          [](TwItem *twi) { return !twi->isToDelete(); });
