@@ -145,19 +145,17 @@ void writeLongLines(QTextStream &out, int lines)
 
 void writeCitations(QTextStream &out, int lines)
 {
-    const int sources = std::max(2, lines / 18); // with its citations
-    for (int person = 1; person <= sources; ++person) {
+    const int sources = std::max(1, lines / 18 / Years) * Years; // two lines, and ten citations
+    for (int person = 0; person < sources; ++person) {
         out << "0 @I" << person << "@ INDI\n1 NAME Jean /MARTIN/\n";
         for (int i = 0; i < 10; ++i) {
-            if (i % 5 == 0) {
-                out << (i == 0 ? "1 BIRT" : "1 DEAT") << "\n2 DATE 12 MAR " << 1700 + person % 200
-                    << "\n";
-            }
-            out << "2 SOUR @S" << (person + i * 7) % sources + 1 << "@\n";
+            if (i % 5 == 0)
+                out << (i == 0 ? "1 BIRT" : "1 DEAT") << "\n2 DATE " << date(person) << "\n";
+            out << "2 SOUR @S" << (person + i * Years) % sources << "@\n";
         }
     }
-    for (int source = 1; source <= sources; ++source)
-        out << "0 @S" << source << "@ SOUR\n1 DATE " << 1700 + source % 200 << "\n";
+    for (int source = 0; source < sources; ++source)
+        out << "0 @S" << source << "@ SOUR\n1 DATE " << yearOf(source) << "\n";
 }
 
 } // namespace

@@ -3,24 +3,20 @@
 #include "document.h"
 #include "markingtranslator.h"
 #include "progresslog.h"
+#include "reviewing.h"
 #include "testmain.h"
 #include "told.h"
-#include "window.h"
 
 #include "gedcom.h"
 #include "twitem.h"
 
 #include <QBrush>
-#include <QCheckBox>
 #include <QHash>
-#include <QLineEdit>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTest>
-#include <QTreeWidgetItemIterator>
 
-#include <functional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -32,35 +28,6 @@ const QString Announced = u"Recherche des incohérences sources / évènements"_
 QString concluded(qsizetype count)
 {
     return QString::number(count) + u" incohérences sources / évènements détectées."_s;
-}
-
-/// A row as text: a sign, the line, and behind " | " the tool tip, if it has one that the filter
-/// gave. The sign is ' ' for a hidden row, '+' for a shown one, '*' for a shown red one, '#' for a
-/// red one that is hidden, '-' for a deleted one and '=' for a deleted red one.
-QString picture(TwItem *twi, bool shown, bool red, const QString &toolTip)
-{
-    QChar sign = shown ? (red ? u'*' : u'+') : (red ? u'#' : u' ');
-    if (twi->isToDelete())
-        sign = shown ? u'!' : red ? u'=' : u'-';
-    return sign + lineText(twi) + (toolTip.isEmpty() ? QString() : " | "_L1 + toolTip);
-}
-
-/// The row as it is. What the filter has no business with is told, too.
-QString picture(TwItem *twi)
-{
-    const QString number = "ligne "_L1 + twi->getNumLineGedFile();
-    const QString toolTip = twi->toolTip(0);
-    const bool red = twi->background(0) == QBrush(Qt::red, Qt::SolidPattern);
-    QString result = picture(twi, !twi->isHidden(), red, toolTip == number ? QString() : toolTip);
-    if (!red && twi->background(0) != QBrush())
-        result += u" (another colour)"_s;
-    for (int column = 1; column < 4; ++column) {
-        if (twi->background(column) != QBrush())
-            result += u" (colour in column %1)"_s.arg(column);
-        if (twi->toolTip(column) != (column == 1 ? number : QString()))
-            result += u" (tool tip in column %1)"_s.arg(column);
-    }
-    return result;
 }
 
 /// The dates of " | 12 MAR 1805 | 1840" put into the words of the tool tip.
@@ -75,39 +42,11 @@ QStringList withToolTips(QStringList pictures)
     return pictures;
 }
 
-/// A document made of pictures, of which only the lines and the deletions count.
-class Review : public Document
+/// A document with the filter.
+class Review : public ReviewedDocument
 {
 public:
-    explicit Review(const QStringList &pictures)
-    {
-        QStringList lines;
-        for (const QString &line : pictures)
-            lines += line.mid(1).split(u" | "_s).constFirst();
-        if (!load(lines))
-            qFatal("the lines cannot be loaded");
-        const QList<TwItem *> roots = gedcom.getTabTwItemsRoot();
-        for (TwItem *root : roots)
-            m_entries += QList<TwItem *>{root} + root->getTabTwiChilds(false);
-        for (qsizetype i = 0; i < m_entries.size(); ++i) {
-            if (pictures.at(i).startsWith(u'-') || pictures.at(i).startsWith(u'='))
-                m_entries.at(i)->setDelete(true);
-        }
-        newJournal();
-    }
-
-    /// All entries in file order, deleted ones too.
-    [[nodiscard]] QList<TwItem *> entries() const
-    {
-        return m_entries;
-    }
-
-    void hideAll()
-    {
-        const QList<TwItem *> entries = gedcom.getTabTotalTwItems();
-        for (TwItem *twi : entries)
-            twi->setTwiHidden(true);
-    }
+    using ReviewedDocument::ReviewedDocument;
 
     /// What the check box does.
     void filter()
@@ -116,66 +55,18 @@ public:
         gedcom.filterSourceDateDiff();
     }
 
-    [[nodiscard]] QStringList pictures() const
-    {
-        QStringList result;
-        for (TwItem *twi : m_entries)
-            result += picture(twi);
-        return result;
-    }
-
     /// The pictures of the red rows, each behind its line number and ": ".
     [[nodiscard]] QStringList redRows() const
     {
         QStringList result;
-        for (TwItem *twi : m_entries) {
+        const QList<TwItem *> tabTwi = entries();
+        for (TwItem *twi : tabTwi) {
             if (twi->background(0) != QBrush())
                 result += twi->getNumLineGedFile() + ": "_L1 + picture(twi);
         }
         return result;
     }
-
-    [[nodiscard]] QList<QStringList> columns() const
-    {
-        QList<QStringList> result;
-        for (const TwItem *twi : m_entries)
-            result += twi->getTwiValuesList();
-        return result;
-    }
-
-private:
-    QList<TwItem *> m_entries;
 };
-
-/// The pictures of all rows on screen but for the section nodes.
-QStringList picturesOf(const Session &session)
-{
-    QStringList result;
-    for (QTreeWidgetItemIterator it(session.tree()); *it; ++it) {
-        if ((*it)->parent())
-            result += picture(static_cast<TwItem *>(*it));
-    }
-    return result;
-}
-
-/// Does \p what among the events that are processed at the next move of the bar.
-void atNextMove(QProgressBar *bar, const std::function<void()> &what)
-{
-    QObject::connect(
-        bar, &QProgressBar::valueChanged, bar,
-        [bar, what] { QMetaObject::invokeMethod(bar, what, Qt::QueuedConnection); },
-        Qt::SingleShotConnection);
-}
-
-/// Replaces, given a text, the new text and the tags; deletes, given a tag, or a tag and a value.
-void change(Gedcom *gedcom, const QStringList &arguments)
-{
-    if (arguments.size() == 3)
-        gedcom->searchAndReplace(arguments.at(0), arguments.at(1), arguments.at(2), true, false);
-    else
-        gedcom->delListTag({arguments.at(0)}, false, false, arguments.size() == 2, false,
-                           arguments.value(1));
-}
 
 /// A hidden source with one date.
 QStringList source(int number, const QString &date)
@@ -275,16 +166,9 @@ public:
     }
 
 private:
-    static QStringList columns(const QTreeWidgetItem *twi)
-    {
-        QStringList result;
-        for (int column = 0; column < twi->columnCount(); ++column)
-            result += twi->text(column);
-        return result;
-    }
     static QString line(const QTreeWidgetItem *twi)
     {
-        return columns(twi).join(u' ');
+        return columnTexts(twi).join(u' ');
     }
 
     [[nodiscard]] QList<TwItem *> records(const QRegularExpression &rx) const
@@ -325,7 +209,7 @@ private:
         for (const TwItem *twi : entries) {
             if (!date.match(line(twi)).hasMatch())
                 continue;
-            const QStringList texts = columns(twi);
+            const QStringList texts = columnTexts(twi);
             for (const QString &text : texts) {
                 if (year.match(text).hasMatch())
                     return text;
@@ -349,7 +233,7 @@ private:
         } else if (const auto last = year.match(evtDate); last.hasMatch()) {
             start = end = last.captured(1).toInt();
         }
-        const QStringList ids = columns(citation).filter(id);
+        const QStringList ids = columnTexts(citation).filter(id);
         if (end == 0 || ids.isEmpty())
             return;
         for (TwItem *sour : std::as_const(m_sources)) {
@@ -369,13 +253,13 @@ private:
         for (const TwItem *husb : lines) {
             if (!line(husb).contains("1 HUSB @I"_L1))
                 continue;
-            const QString id = columns(husb).filter(u"@I"_s).constFirst();
+            const QString id = columnTexts(husb).filter(u"@I"_s).constFirst();
             for (TwItem *indi : m_indis) {
-                if (!columns(indi).contains(id))
+                if (!columnTexts(indi).contains(id))
                     continue;
                 const QList<TwItem *> below = descendants(indi);
                 for (TwItem *twi : below) {
-                    if (columns(twi).contains(root->text(1)))
+                    if (columnTexts(twi).contains(root->text(1)))
                         return twi;
                 }
                 return nullptr;
@@ -1037,6 +921,18 @@ void TstDatefilter::replacedTexts_data()
                     u"+1 MARR"_s, u"+2 DATE 12 MAR 1805"_s, u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s}
             + s1,
         1);
+    row("another id in the tag column of the husband, which comes first", marriage + s1,
+        {u"HUSB"_s, u"HUSB @I9@"_s, u"FAM.HUSB"_s},
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 FAMS @F1@"_s, u"+0 @F1@ FAM"_s, u" 1 HUSB @I9@ @I1@"_s,
+                    u"+1 MARR"_s, u"+2 DATE 12 MAR 1805"_s, u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s}
+            + s1,
+        1);
+    row("another id in the tag column of the citation, which is none", birth + s1,
+        {u"SOUR"_s, u"SOUR @S9@"_s, u"INDI.BIRT.SOUR"_s},
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u"+1 BIRT"_s,
+                    u"+2 DATE 12 MAR 1805"_s, u"*2 SOUR @S9@ @S1@ | 12 MAR 1805 | 1840"_s}
+            + s1,
+        1);
     row("event that reads as a root",
         birth + QStringList{u" 2 NOTE a/b/"_s, u" 2 NOTE c/d/"_s} + s1,
         {u"1"_s, u"0"_s, u"INDI.BIRT"_s},
@@ -1129,14 +1025,9 @@ void TstDatefilter::sectionNodesStay()
     Review review(birth(false, {u" 2 DATE 12 MAR 1805"_s}) + source(1, u"1840"_s)
                   + QStringList{u" 0 @U1@ SUBN"_s, u" 1 NOTE x"_s});
     review.filter();
-    QStringList rows;
-    for (int i = 0; i < review.tree.topLevelItemCount(); ++i) {
-        const QTreeWidgetItem *row = review.tree.topLevelItem(i);
-        rows += (row->isHidden() ? u"hidden: "_s : QString()) + row->text(0) + u' ' + row->text(1);
-    }
-    QCOMPARE(rows, QStringList({u"en-tête 0"_s, u"personnes 1"_s, u"familles 0"_s, u"sources 1"_s,
-                                u"médias 0"_s, u"dépots 0"_s, u"hidden: notes 0"_s,
-                                u"hidden: 0 @U1@"_s}));
+    QCOMPARE(topRows(review.tree), QStringList({u"en-tête 0"_s, u"personnes 1"_s, u"familles 0"_s,
+                                                u"sources 1"_s, u"médias 0"_s, u"dépots 0"_s,
+                                                u"hidden: notes 0"_s, u"hidden: 0 @U1@"_s}));
     QCOMPARE(review.status(), u"0 incohérences sources / évènements détectées."_s);
 }
 
@@ -1318,9 +1209,7 @@ void TstDatefilter::eventsBeforeTheLoop()
     QMetaObject::invokeMethod(
         &review.progress,
         [&] {
-            seen = {review.status(),
-                    u"%1 of %2"_s.arg(review.progress.value()).arg(review.progress.maximum()),
-                    review.progress.isVisible() ? u"bar shown"_s : u"bar hidden"_s};
+            seen = review.statusAndBar();
             seen += review.redRows();
             change(&review.gedcom, replacement);
         },
@@ -1437,6 +1326,10 @@ void TstDatefilter::familyChangedInTheMidst_data()
     row("family's id, which is no id then", {u"@F1@"_s, u"@FX@"_s, u"FAM"_s},
         QStringList{link} + citations);
     row("family's root", {u"0"_s, u"9"_s, u"FAM"_s}, QStringList{link} + citations);
+    const QString deletedLink = u"3: =1 FAMS @F1@ | 5 MAY 1805 | 1840"_s;
+    row("line to the husband deleted", {u"FAM.HUSB"_s}, QStringList{link} + citations);
+    row("husband's line deleted", {u"INDI.FAMS"_s}, QStringList{deletedLink} + citations);
+    row("husband deleted", {u"INDI"_s}, QStringList{deletedLink} + citations);
     // Its list of persons is there already.
     row("husband's root", {u"INDI"_s, u"XNDI"_s, u"INDI"_s}, {link});
 }
@@ -1578,64 +1471,56 @@ void TstDatefilter::generatedDocuments()
 
 void TstDatefilter::checkBox()
 {
-    const Session session;
-    session.load({u"0 @I1@ INDI"_s, u"1 NAME Jean /DUPONT/"_s, u"1 BIRT"_s, u"2 DATE 12 MAR 1805"_s,
-                  u"2 SOUR @S1@"_s, u"2 NOTE x"_s, u"1 SEX M"_s, u"0 @I2@ INDI"_s,
-                  u"1 NAME Anne /MARTIN/"_s, u"0 @S1@ SOUR"_s, u"1 DATE 1840"_s, u"0 TRLR"_s});
-    session.window->show();
-    session.set({u"gbDelTags"_s, u"leTagsToDel=INDI.BIRT.NOTE"_s});
-    session.click(u"pbApply"_s);
+    const ReviewSession session({u"0 @I1@ INDI"_s, u"1 NAME Jean /DUPONT/"_s, u"1 BIRT"_s,
+                                 u"2 DATE 12 MAR 1805"_s, u"2 SOUR @S1@"_s, u"2 NOTE x"_s,
+                                 u"1 SEX M"_s, u"0 @I2@ INDI"_s, u"1 NAME Anne /MARTIN/"_s,
+                                 u"0 @S1@ SOUR"_s, u"1 DATE 1840"_s});
+    session.apply({u"gbDelTags"_s, u"leTagsToDel=INDI.BIRT.NOTE"_s});
     const QStringList journal = session.journal();
-    auto *box = session.find<QCheckBox>(u"cbSourceDateDiff"_s);
-    auto *search = session.find<QLineEdit>(u"leRecherche"_s);
 
     // On top of a search, whose text stays.
-    QTest::keyClicks(search, u"Anne"_s);
-    QTest::keyClick(search, Qt::Key_Return);
+    session.search(u"Anne"_s);
     QCOMPARE(session.status(), u"2/10 entrées affichées."_s);
-    clickIndicator(box);
-    QVERIFY(box->isChecked());
+    session.toggle(DateDiff);
+    QVERIFY(session.isChecked(DateDiff));
     const QStringList filtered = withToolTips(
         {u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u"+1 BIRT"_s, u"+2 DATE 12 MAR 1805"_s,
          u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s, u"-2 NOTE x"_s, u" 1 SEX M"_s, u" 0 @I2@ INDI"_s,
          u" 1 NAME Anne /MARTIN/"_s, u" 0 @S1@ SOUR"_s, u" 1 DATE 1840"_s});
-    QCOMPARE(picturesOf(session), filtered);
+    QCOMPARE(session.pictures(), filtered);
     QCOMPARE(session.status(), u"1 incohérences sources / évènements détectées."_s);
     QCOMPARE(session.text(u"leRecherche"_s), u"Anne"_s);
     QVERIFY(session.progress()->isHidden());
-    for (int i = 0; i < 6; ++i) // but the notes, of which there are none
+    for (int i = 0; i < SectionNodes - 1; ++i) // but the notes, of which there are none
         QVERIFY(!session.tree()->topLevelItem(i)->isHidden());
 
     // Unchecked, it shows all but the deleted row. To empty the field is an edit of it.
-    clickIndicator(box);
-    QVERIFY(!box->isChecked());
-    QStringList all = filtered;
-    for (QString &line : all)
-        line.replace(0, 1, line.startsWith(u' ') ? u'+' : line.at(0));
-    QCOMPARE(picturesOf(session), all);
+    session.toggle(DateDiff);
+    QVERIFY(!session.isChecked(DateDiff));
+    const QStringList all = allShown(filtered);
+    QCOMPARE(session.pictures(), all);
     QCOMPARE(session.text(u"leRecherche"_s), QString());
-    QCOMPARE(session.status(), u"Valider la recherche par la touche entrée"_s);
+    QCOMPARE(session.status(), Hint);
 
-    clickIndicator(box);
-    QCOMPARE(picturesOf(session), filtered);
-    clickIndicator(box);
-    QCOMPARE(picturesOf(session), all);
+    session.toggle(DateDiff);
+    QCOMPARE(session.pictures(), filtered);
+    session.toggle(DateDiff);
+    QCOMPARE(session.pictures(), all);
     QCOMPARE(session.status(), u"1 incohérences sources / évènements détectées."_s);
 
     // A search brings other rows back while the box stays checked.
-    clickIndicator(box);
-    QTest::keyClick(search, Qt::Key_Return);
-    QCOMPARE(picturesOf(session), all);
-    QVERIFY(box->isChecked());
+    session.toggle(DateDiff);
+    session.enter();
+    QCOMPARE(session.pictures(), all);
+    QVERIFY(session.isChecked(DateDiff));
     QCOMPARE(session.journal(), journal);
 
     // Another result for another document.
-    clickIndicator(box);
-    session.set({u"gbReplaceString"_s, u"leTextOri=1840"_s, u"leTextDest=1805"_s,
-                 u"leTagToApply=SOUR.DATE"_s});
-    session.click(u"pbApply"_s);
-    clickIndicator(box);
-    QCOMPARE(picturesOf(session),
+    session.toggle(DateDiff);
+    session.apply({u"gbReplaceString"_s, u"leTextOri=1840"_s, u"leTextDest=1805"_s,
+                   u"leTagToApply=SOUR.DATE"_s});
+    session.toggle(DateDiff);
+    QCOMPARE(session.pictures(),
              withToolTips({u" 0 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/"_s, u" 1 BIRT"_s,
                            u" 2 DATE 12 MAR 1805"_s, u"#2 SOUR @S1@ | 12 MAR 1805 | 1840"_s,
                            u"-2 NOTE x"_s, u" 1 SEX M"_s, u" 0 @I2@ INDI"_s,
@@ -1645,43 +1530,39 @@ void TstDatefilter::checkBox()
 
 void TstDatefilter::everyStateButUncheckedFilters()
 {
-    const Session session;
-    session.load({u"0 @I1@ INDI"_s, u"1 SEX M"_s, u"0 TRLR"_s});
+    const ReviewSession session({u"0 @I1@ INDI"_s, u"1 SEX M"_s});
     for (const int state : {int(Qt::Checked), int(Qt::PartiallyChecked)}) {
         QVERIFY(QMetaObject::invokeMethod(session.window.get(), "on_cbSourceDateDiff_stateChanged",
                                           Q_ARG(int, state)));
-        QCOMPARE(picturesOf(session), QStringList({u" 0 @I1@ INDI"_s, u" 1 SEX M"_s}));
+        QCOMPARE(session.pictures(), QStringList({u" 0 @I1@ INDI"_s, u" 1 SEX M"_s}));
         QVERIFY(QMetaObject::invokeMethod(session.window.get(), "on_cbSourceDateDiff_stateChanged",
                                           Q_ARG(int, int(Qt::Unchecked))));
-        QCOMPARE(picturesOf(session), QStringList({u"+0 @I1@ INDI"_s, u"+1 SEX M"_s}));
+        QCOMPARE(session.pictures(), QStringList({u"+0 @I1@ INDI"_s, u"+1 SEX M"_s}));
     }
 }
 
 void TstDatefilter::uncheckedInTheMidst()
 {
-    const Session session;
     QStringList lines;
     for (const QString &line : citedInTurn(150))
         lines += line.mid(1);
-    session.load(lines + QStringList{u"0 TRLR"_s});
-    session.window->show();
-    auto *box = session.find<QCheckBox>(u"cbSourceDateDiff"_s);
+    const ReviewSession session(lines);
     QString status;
     bool wasShown = false;
     atNextMove(session.progress(), [&] {
         status = session.status();
         wasShown = session.progress()->isVisible();
-        clickIndicator(box);
+        session.toggle(DateDiff);
     });
-    clickIndicator(box);
+    session.toggle(DateDiff);
     QCOMPARE(status, Announced);
     QVERIFY(wasShown);
-    QVERIFY(!box->isChecked());
+    QVERIFY(!session.isChecked(DateDiff));
     QCOMPARE(session.status(), u"75 incohérences sources / évènements détectées."_s);
     QStringList expected;
     for (const QString &line : std::as_const(lines))
         expected += line == "2 SOUR @S2@"_L1 ? u"*2 SOUR @S2@ | 12 MAR 1805 | 1840"_s : u'+' + line;
-    QCOMPARE(picturesOf(session), withToolTips(expected));
+    QCOMPARE(session.pictures(), withToolTips(expected));
 }
 
 VARLUNE_TEST_MAIN(TstDatefilter)

@@ -3,23 +3,20 @@
 #include "document.h"
 #include "markingtranslator.h"
 #include "progresslog.h"
+#include "reviewing.h"
 #include "testmain.h"
 #include "told.h"
-#include "window.h"
 
 #include "gedcom.h"
 #include "twitem.h"
 
 #include <QBrush>
-#include <QCheckBox>
-#include <QLineEdit>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTest>
-#include <QTreeWidgetItemIterator>
 
-#include <functional>
+#include <array>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -33,67 +30,11 @@ QString concluded(int count)
     return u"Recherche terminée. %1 occurences dédoublées."_s.arg(count);
 }
 
-/// A row as text: a sign and the line. The sign is ' ' for a hidden row, '+' for a shown one, '*'
-/// for a shown red one, '#' for a red one that is hidden, '-' for a deleted one and '=' for a
-/// deleted red one.
-QString picture(TwItem *twi, bool shown, bool red)
-{
-    QChar sign = shown ? (red ? u'*' : u'+') : (red ? u'#' : u' ');
-    if (twi->isToDelete())
-        sign = shown ? u'!' : red ? u'=' : u'-';
-    return sign + lineText(twi);
-}
-
-/// The row as it is. What the filter has no business with is told, too.
-QString picture(TwItem *twi)
-{
-    const QString number = "ligne "_L1 + twi->getNumLineGedFile();
-    const bool red = twi->background(0) == QBrush(Qt::red, Qt::SolidPattern);
-    QString result = picture(twi, !twi->isHidden(), red);
-    if (!red && twi->background(0) != QBrush())
-        result += u" (another colour)"_s;
-    for (int column = 0; column < 4; ++column) {
-        if (column > 0 && twi->background(column) != QBrush())
-            result += u" (colour in column %1)"_s.arg(column);
-        if (twi->toolTip(column) != (column < 2 ? number : QString()))
-            result += u" (tool tip in column %1)"_s.arg(column);
-    }
-    return result;
-}
-
-/// A document made of pictures, of which only the lines and the deletions count.
-class Review : public Document
+/// A document with the filter.
+class Review : public ReviewedDocument
 {
 public:
-    explicit Review(const QStringList &pictures)
-    {
-        QStringList lines;
-        for (const QString &line : pictures)
-            lines += line.mid(1);
-        if (!load(lines))
-            qFatal("the lines cannot be loaded");
-        const QList<TwItem *> roots = gedcom.getTabTwItemsRoot();
-        for (TwItem *root : roots)
-            m_entries += QList<TwItem *>{root} + root->getTabTwiChilds(false);
-        for (qsizetype i = 0; i < m_entries.size(); ++i) {
-            if (pictures.at(i).startsWith(u'-') || pictures.at(i).startsWith(u'='))
-                m_entries.at(i)->setDelete(true);
-        }
-        newJournal();
-    }
-
-    /// All entries in file order, deleted ones too.
-    [[nodiscard]] QList<TwItem *> entries() const
-    {
-        return m_entries;
-    }
-
-    void hideAll()
-    {
-        const QList<TwItem *> entries = gedcom.getTabTotalTwItems();
-        for (TwItem *twi : entries)
-            twi->setTwiHidden(true);
-    }
+    using ReviewedDocument::ReviewedDocument;
 
     /// What the check box does.
     void filter()
@@ -101,66 +42,18 @@ public:
         hideAll();
         gedcom.filterSourceMultiUse();
     }
-
-    [[nodiscard]] QStringList pictures() const
-    {
-        QStringList result;
-        for (TwItem *twi : m_entries)
-            result += picture(twi);
-        return result;
-    }
-
-    [[nodiscard]] QList<QStringList> columns() const
-    {
-        QList<QStringList> result;
-        for (const TwItem *twi : m_entries)
-            result += twi->getTwiValuesList();
-        return result;
-    }
-
-private:
-    QList<TwItem *> m_entries;
 };
 
-/// The pictures of all rows on screen but for the section nodes.
-QStringList picturesOf(const Session &session)
-{
-    QStringList result;
-    for (QTreeWidgetItemIterator it(session.tree()); *it; ++it) {
-        if ((*it)->parent())
-            result += picture(static_cast<TwItem *>(*it));
-    }
-    return result;
-}
-
 /// The lines of the shown rows on screen but for the section nodes.
-QStringList shownIn(const Session &session)
+QStringList shownIn(const ReviewSession &session)
 {
     QStringList result;
-    for (QTreeWidgetItemIterator it(session.tree(), QTreeWidgetItemIterator::NotHidden); *it;
-         ++it) {
-        if ((*it)->parent())
-            result += lineText(static_cast<TwItem *>(*it));
+    const QList<TwItem *> entries = session.entries();
+    for (const TwItem *twi : entries) {
+        if (!twi->isHidden())
+            result += lineText(twi);
     }
     return result;
-}
-
-/// Does \p what among the events that are processed at the next move of the bar.
-void atNextMove(QProgressBar *bar, const std::function<void()> &what)
-{
-    QObject::connect(
-        bar, &QProgressBar::valueChanged, bar,
-        [bar, what] { QMetaObject::invokeMethod(bar, what, Qt::QueuedConnection); },
-        Qt::SingleShotConnection);
-}
-
-/// Replaces, given a text, the new text and the tags; deletes, given a tag.
-void change(Gedcom *gedcom, const QStringList &arguments)
-{
-    if (arguments.size() == 3)
-        gedcom->searchAndReplace(arguments.at(0), arguments.at(1), arguments.at(2), true, false);
-    else
-        gedcom->delListTag(arguments, false, false, false, false, {});
 }
 
 /// A person, hidden, or whole with the birth in red. \p event are the lines of the birth.
@@ -200,7 +93,7 @@ QStringList doubledEarlyAndLate()
         lines += line.mid(1);
     for (const QString &root : {u"0 @S100@ SOUR"_s, u"0 @S101@ SOUR"_s})
         lines.insert(lines.indexOf(root) + 1, u"1 DATE 1840"_s);
-    return lines + QStringList{u"0 TRLR"_s};
+    return lines;
 }
 
 /// The filter put down as plainly as can be, by nothing but the texts and the marks of the rows.
@@ -219,7 +112,7 @@ public:
         QList<TwItem *> citations;
         TwItem *root = nullptr;
         for (TwItem *twi : std::as_const(m_entries)) {
-            const QString line = columns(twi).join(u' ');
+            const QString line = columnTexts(twi).join(u' ');
             if (twi->text(0) == "0"_L1)
                 root = twi;
             if (root->isToDelete())
@@ -228,7 +121,7 @@ public:
             if (m_idSour.match(line).hasMatch())
                 ids += twi->text(1);
             if (!twi->isToDelete() && line.startsWith("2 SOUR @S"_L1)
-                && m_idIndi.match(columns(root).join(u' ')).hasMatch())
+                && m_idIndi.match(columnTexts(root).join(u' ')).hasMatch())
                 citations += twi;
         }
 
@@ -236,7 +129,7 @@ public:
         for (qsizetype i = 0; i + 1 < ids.size(); ++i) {
             TwItem *first = nullptr;
             for (TwItem *citation : std::as_const(citations)) {
-                if (!columns(citation).contains(ids.at(i)))
+                if (!columnTexts(citation).contains(ids.at(i)))
                     continue;
                 if (!first)
                     first = citation;
@@ -261,21 +154,13 @@ public:
     }
 
 private:
-    static QStringList columns(const QTreeWidgetItem *twi)
-    {
-        QStringList result;
-        for (int column = 0; column < twi->columnCount(); ++column)
-            result += twi->text(column);
-        return result;
-    }
-
     /// The columns of the first date, none without one.
     [[nodiscard]] QStringList date(QTreeWidgetItem *event) const
     {
         for (int i = 0; i < event->childCount(); ++i) {
             auto *twi = static_cast<TwItem *>(event->child(i));
-            if (!twi->isToDelete() && m_date.match(columns(twi).join(u' ')).hasMatch())
-                return columns(twi);
+            if (!twi->isToDelete() && m_date.match(columnTexts(twi).join(u' ')).hasMatch())
+                return columnTexts(twi);
         }
         return {};
     }
@@ -630,6 +515,20 @@ void TstMultiuse::replacedTexts_data()
         {u"SOUR"_s, u"XSOUR"_s, u"SOUR"_s},
         QStringList(twoEvents(hidden, date, date) + s12).replaceInStrings(u"SOUR"_s, u"XSOUR"_s),
         0);
+    // The whole column is the id, whatever it holds.
+    const QStringList odd{u" 0 @S1@"_s, u" 1 TITL x"_s};
+    const QStringList oddChanged{u" 0 @S1@ SOUR"_s, u" 1 TITL x"_s};
+    const QStringList longId{u"@S1@"_s, u"@S1@ SOUR"_s, u"ERREUR"_s};
+    row("source whose id does not fill its column",
+        twoEvents(hidden, date, date) + odd + s12.mid(2), longId,
+        twoEvents(hidden, date, date) + oddChanged + s12.mid(2), 0);
+    row("source whose id does not fill its column, cited so",
+        QStringList(twoEvents(hidden, date, date)).replaceInStrings(u"@S1@"_s, u"@S1@ SOUR"_s) + odd
+            + s12.mid(2),
+        longId,
+        QStringList(twoEvents(flagged, date, date)).replaceInStrings(u"@S1@"_s, u"@S1@ SOUR"_s)
+            + oddChanged + s12.mid(2),
+        1);
     row("citation below a place",
         QStringList{u" 0 @I1@ INDI"_s, u" 1 EVEN"_s, u" 2 PLAC Paris"_s, u" 3 DATE 1805"_s,
                     u" 3 SOUR @S1@"_s, u" 2 PLAC Lyon"_s, u" 3 DATE 1805"_s, u" 3 SOUR @S1@"_s}
@@ -658,6 +557,20 @@ void TstMultiuse::replacedTexts_data()
                     u"+0 @I2@ INDI"_s, u"*1 DEAT"_s, u"+2 DATE 1805"_s, u"+2 SOUR @S1@"_s}
             + s12,
         1);
+    // One record is the event of a pair, and the record of the events of another, in either order.
+    for (const auto &[name, own, other] :
+         {std::array{"record that is an event, then shown"_L1, "@S1@"_L1, "@S2@"_L1},
+          std::array{"record that is shown, then an event"_L1, "@S2@"_L1, "@S1@"_L1}}) {
+        const auto person = [&own = own, &other = other](const QString &signs, int number,
+                                                         const QString &level) -> QStringList {
+            return {signs.at(0) + u"0 @I%1@ INDI"_s.arg(number), signs.at(1) + "1 BIRT"_L1,
+                    signs.at(2) + "2 DATE 1805"_L1, signs.at(2) + "2 SOUR "_L1 + other,
+                    signs.at(2) + level + " SOUR "_L1 + own};
+        };
+        row(name.data(), person(u"   "_s, 1, u"1"_s) + person(u"   "_s, 2, u"1"_s) + sources(1, 3),
+            {u"1"_s, u"2"_s, u"INDI.SOUR"_s},
+            person(u"**+"_s, 1, u"2"_s) + person(u"**+"_s, 2, u"2"_s) + sources(1, 3), 2);
+    }
 }
 
 void TstMultiuse::replacedTexts()
@@ -682,10 +595,8 @@ void TstMultiuse::nothingButShows()
 {
     Review review(born(1, false) + born(2, false) + born(3, false, 2) + sources(1, 2));
     review.gedcom.filterSourceMultiUse(); // what is on screen before stays
-    QStringList expected = born(1, true) + born(2, true) + born(3, false, 2) + sources(1, 2);
-    for (QString &line : expected)
-        line.replace(0, 1, line.startsWith(u' ') ? u'+' : line.at(0));
-    QCOMPARE(review.pictures(), expected);
+    QCOMPARE(review.pictures(),
+             allShown(born(1, true) + born(2, true) + born(3, false, 2) + sources(1, 2)));
 
     TwItem *event = review.entry(u"1 BIRT"_s);
     QCOMPARE(event->background(0), QBrush(Qt::red, Qt::SolidPattern));
@@ -700,13 +611,9 @@ void TstMultiuse::sectionNodesStay()
         born(1, false) + sources(1, 2)
         + QStringList{u" 0 @U1@ SUBN"_s, u" 1 NOTE x"_s, u" 0 @N1@ NOTE"_s, u" 1 CONT x"_s});
     review.filter();
-    QStringList rows;
-    for (int i = 0; i < review.tree.topLevelItemCount(); ++i) {
-        const QTreeWidgetItem *row = review.tree.topLevelItem(i);
-        rows += (row->isHidden() ? u"hidden: "_s : QString()) + row->text(0) + u' ' + row->text(1);
-    }
-    QCOMPARE(rows, QStringList({u"en-tête 0"_s, u"personnes 1"_s, u"familles 0"_s, u"sources 2"_s,
-                                u"médias 0"_s, u"dépots 0"_s, u"notes 1"_s, u"hidden: 0 @U1@"_s}));
+    QCOMPARE(topRows(review.tree),
+             QStringList({u"en-tête 0"_s, u"personnes 1"_s, u"familles 0"_s, u"sources 2"_s,
+                          u"médias 0"_s, u"dépots 0"_s, u"notes 1"_s, u"hidden: 0 @U1@"_s}));
     QCOMPARE(review.status(), u"Recherche terminée. 0 occurences dédoublées."_s);
 }
 
@@ -855,9 +762,7 @@ void TstMultiuse::eventsBeforeTheLoop()
     QMetaObject::invokeMethod(
         &review.progress,
         [&] {
-            seen = {review.status(),
-                    u"%1 of %2"_s.arg(review.progress.value()).arg(review.progress.maximum()),
-                    review.progress.isVisible() ? u"bar shown"_s : u"bar hidden"_s};
+            seen = review.statusAndBar();
             change(&review.gedcom, replacement);
         },
         Qt::QueuedConnection);
@@ -990,24 +895,18 @@ void TstMultiuse::generatedDocuments()
 
 void TstMultiuse::checkBox()
 {
-    const Session session;
-    session.load({u"0 @I1@ INDI"_s, u"1 NAME Jean /DUPONT/"_s, u"1 BIRT"_s, u"2 DATE 12 MAR 1805"_s,
-                  u"2 SOUR @S1@"_s, u"1 NOTE x"_s, u"0 @I2@ INDI"_s, u"1 BIRT"_s,
-                  u"2 DATE 12 MAR 1805"_s, u"2 SOUR @S1@"_s, u"0 @S1@ SOUR"_s, u"1 DATE 1840"_s,
-                  u"0 @S2@ SOUR"_s, u"1 DATE 1840"_s, u"0 TRLR"_s});
-    session.window->show();
-    session.set({u"gbDelTags"_s, u"leTagsToDel=NOTE"_s});
-    session.click(u"pbApply"_s);
+    const ReviewSession session(
+        {u"0 @I1@ INDI"_s, u"1 NAME Jean /DUPONT/"_s, u"1 BIRT"_s, u"2 DATE 12 MAR 1805"_s,
+         u"2 SOUR @S1@"_s, u"1 NOTE x"_s, u"0 @I2@ INDI"_s, u"1 BIRT"_s, u"2 DATE 12 MAR 1805"_s,
+         u"2 SOUR @S1@"_s, u"0 @S1@ SOUR"_s, u"1 DATE 1840"_s, u"0 @S2@ SOUR"_s, u"1 DATE 1840"_s});
+    session.apply({u"gbDelTags"_s, u"leTagsToDel=NOTE"_s});
     const QStringList journal = session.journal();
-    auto *box = session.find<QCheckBox>(u"cbSourceMultiUse"_s);
-    auto *search = session.find<QLineEdit>(u"leRecherche"_s);
 
     // On top of a search, whose text stays.
-    QTest::keyClicks(search, u"Jean"_s);
-    QTest::keyClick(search, Qt::Key_Return);
+    session.search(u"Jean"_s);
     QCOMPARE(session.status(), u"2/13 entrées affichées."_s);
-    clickIndicator(box);
-    QVERIFY(box->isChecked());
+    session.toggle(MultiUse);
+    QVERIFY(session.isChecked(MultiUse));
     const QStringList filtered{u"+0 @I1@ INDI"_s,
                                u"+1 NAME Jean /DUPONT/"_s,
                                u"*1 BIRT"_s,
@@ -1022,34 +921,31 @@ void TstMultiuse::checkBox()
                                u" 1 DATE 1840"_s,
                                u" 0 @S2@ SOUR"_s,
                                u" 1 DATE 1840"_s};
-    QCOMPARE(picturesOf(session), filtered);
+    QCOMPARE(session.pictures(), filtered);
     QCOMPARE(session.status(), u"Recherche terminée. 1 occurences dédoublées."_s);
     QCOMPARE(session.text(u"leRecherche"_s), u"Jean"_s);
     QVERIFY(session.progress()->isHidden());
-    for (int i = 0; i < 6; ++i) // but the notes, of which there are none
+    for (int i = 0; i < SectionNodes - 1; ++i) // but the notes, of which there are none
         QVERIFY(!session.tree()->topLevelItem(i)->isHidden());
 
     // Unchecked, it shows all but the deleted row. To empty the field is an edit of it.
-    clickIndicator(box);
-    QVERIFY(!box->isChecked());
-    QStringList all = filtered;
-    for (QString &line : all)
-        line.replace(0, 1, line.startsWith(u' ') ? u'+' : line.at(0));
-    QCOMPARE(picturesOf(session), all);
+    session.toggle(MultiUse);
+    QVERIFY(!session.isChecked(MultiUse));
+    const QStringList all = allShown(filtered);
+    QCOMPARE(session.pictures(), all);
     QCOMPARE(session.text(u"leRecherche"_s), QString());
-    QCOMPARE(session.status(), u"Valider la recherche par la touche entrée"_s);
+    QCOMPARE(session.status(), Hint);
 
-    clickIndicator(box);
-    QCOMPARE(picturesOf(session), filtered);
-    clickIndicator(box);
-    QCOMPARE(picturesOf(session), all);
+    session.toggle(MultiUse);
+    QCOMPARE(session.pictures(), filtered);
+    session.toggle(MultiUse);
+    QCOMPARE(session.pictures(), all);
     QCOMPARE(session.status(), u"Recherche terminée. 1 occurences dédoublées."_s);
     QCOMPARE(session.journal(), journal);
 }
 
 void TstMultiuse::twoBoxes()
 {
-    const Session session;
     const QStringList doubled{u"0 @I1@ INDI"_s,     u"1 SEX M"_s,     u"1 BIRT"_s,
                               u"2 DATE ABT 1840"_s, u"2 SOUR @S1@"_s, u"1 CHR"_s,
                               u"2 DATE ABT 1840"_s, u"2 SOUR @S1@"_s};
@@ -1058,90 +954,81 @@ void TstMultiuse::twoBoxes()
     const QStringList others{u"0 @S1@ SOUR"_s, u"1 DATE 1840"_s, u"0 @S2@ SOUR"_s,
                              u"1 DATE 1840"_s};
     const QStringList all = doubled + contradicted + others;
-    session.load(all + QStringList{u"0 TRLR"_s});
-    session.window->show();
-    auto *multiUse = session.find<QCheckBox>(u"cbSourceMultiUse"_s);
-    auto *dateDiff = session.find<QCheckBox>(u"cbSourceDateDiff"_s);
+    const ReviewSession session(all);
 
     // The last one to be checked decides; either one that is unchecked shows everything.
-    clickIndicator(multiUse);
+    session.toggle(MultiUse);
     QCOMPARE(shownIn(session), doubled);
     QCOMPARE(session.status(), u"Recherche terminée. 1 occurences dédoublées."_s);
-    clickIndicator(dateDiff);
+    session.toggle(DateDiff);
     QCOMPARE(shownIn(session), contradicted);
     QCOMPARE(session.status(), u"1 incohérences sources / évènements détectées."_s);
-    clickIndicator(multiUse);
+    session.toggle(MultiUse);
     QCOMPARE(shownIn(session), all);
-    QVERIFY(dateDiff->isChecked());
-    clickIndicator(multiUse);
+    QVERIFY(session.isChecked(DateDiff));
+    session.toggle(MultiUse);
     QCOMPARE(shownIn(session), doubled);
-    clickIndicator(dateDiff);
+    session.toggle(DateDiff);
     QCOMPARE(shownIn(session), all);
-    QVERIFY(multiUse->isChecked());
-    clickIndicator(multiUse);
+    QVERIFY(session.isChecked(MultiUse));
+    session.toggle(MultiUse);
     QCOMPARE(shownIn(session), all);
 
     // Both have left their colour.
     QStringList red;
-    for (QTreeWidgetItemIterator it(session.tree()); *it; ++it) {
-        if ((*it)->background(0) == QBrush(Qt::red, Qt::SolidPattern))
-            red += lineText(static_cast<TwItem *>(*it));
+    const QList<TwItem *> entries = session.entries();
+    for (const TwItem *twi : entries) {
+        if (twi->background(0) == QBrush(Qt::red, Qt::SolidPattern))
+            red += lineText(twi);
     }
     QCOMPARE(red, QStringList({u"1 BIRT"_s, u"1 CHR"_s, u"2 SOUR @S1@"_s}));
 }
 
 void TstMultiuse::everyStateButUncheckedFilters()
 {
-    const Session session;
-    session.load({u"0 @I1@ INDI"_s, u"1 SEX M"_s, u"0 TRLR"_s});
+    const ReviewSession session({u"0 @I1@ INDI"_s, u"1 SEX M"_s});
     for (const int state : {int(Qt::Checked), int(Qt::PartiallyChecked)}) {
         QVERIFY(QMetaObject::invokeMethod(session.window.get(), "on_cbSourceMultiUse_stateChanged",
                                           Q_ARG(int, state)));
-        QCOMPARE(picturesOf(session), QStringList({u" 0 @I1@ INDI"_s, u" 1 SEX M"_s}));
+        QCOMPARE(session.pictures(), QStringList({u" 0 @I1@ INDI"_s, u" 1 SEX M"_s}));
         QVERIFY(QMetaObject::invokeMethod(session.window.get(), "on_cbSourceMultiUse_stateChanged",
                                           Q_ARG(int, int(Qt::Unchecked))));
-        QCOMPARE(picturesOf(session), QStringList({u"+0 @I1@ INDI"_s, u"+1 SEX M"_s}));
+        QCOMPARE(session.pictures(), QStringList({u"+0 @I1@ INDI"_s, u"+1 SEX M"_s}));
     }
 }
 
 void TstMultiuse::uncheckedInTheMidst()
 {
-    const Session session;
     const QStringList lines = doubledEarlyAndLate();
-    session.load(lines);
-    session.window->show();
-    auto *box = session.find<QCheckBox>(u"cbSourceMultiUse"_s);
+    const ReviewSession session(lines);
     QString status;
     bool wasShown = false;
     atNextMove(session.progress(), [&] {
         status = session.status();
         wasShown = session.progress()->isVisible();
-        clickIndicator(box);
+        session.toggle(MultiUse);
     });
-    clickIndicator(box);
+    session.toggle(MultiUse);
     QCOMPARE(status, Announced);
     QVERIFY(wasShown);
-    QVERIFY(!box->isChecked());
+    QVERIFY(!session.isChecked(MultiUse));
     QCOMPARE(session.status(), u"Recherche terminée. 2 occurences dédoublées."_s);
     // All is shown, and the later births have been found.
-    QCOMPARE(shownIn(session), lines.mid(0, lines.size() - 1));
-    QCOMPARE(picturesOf(session).filter(u"BIRT"_s),
+    QCOMPARE(shownIn(session), lines);
+    QCOMPARE(session.pictures().filter(u"BIRT"_s),
              QStringList({u"*1 BIRT"_s, u"*1 BIRT"_s, u"*1 BIRT"_s, u"*1 BIRT"_s, u"+1 BIRT"_s}));
 }
 
 void TstMultiuse::otherFilterInTheMidst()
 {
-    const Session session;
     const QStringList lines = doubledEarlyAndLate();
-    session.load(lines);
-    session.window->show();
-    auto *dateDiff = session.find<QCheckBox>(u"cbSourceDateDiff"_s);
+    const ReviewSession session(lines);
     QString status;
     atNextMove(session.progress(), [&] {
-        clickIndicator(dateDiff);
+        session.toggle(DateDiff);
         status = session.status();
     });
-    clickIndicator(session.find<QCheckBox>(u"cbSourceMultiUse"_s));
+    session.toggle(MultiUse);
     QCOMPARE(status, u"3 incohérences sources / évènements détectées."_s);
     QCOMPARE(session.status(), u"Recherche terminée. 2 occurences dédoublées."_s);
     // It has hidden the rows of source 1; those of source 100 come on top of what it shows.

@@ -1,19 +1,14 @@
 #include "boxes.h"
 #include "document.h"
+#include "reviewing.h"
 #include "testmain.h"
 #include "twitem.h"
-#include "window.h"
 
-#include <QAbstractButton>
 #include <QBrush>
-#include <QLineEdit>
 #include <QProgressBar>
-#include <QStatusBar>
 #include <QTest>
 #include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
 
-#include <functional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -63,14 +58,11 @@ const QStringList Family{
     u"1 NOTE de Martin"_s,
 };
 
-constexpr int SectionNodes = 7; // the first rows at the top of the tree
-
 // What each tool shows of it: the search "martin", the births with the marriage in the husband's
 // record, and the two persons that were born on one day.
 const QString Found = u"3 4 15 20 36 38"_s;
 const QString Unequal = u"3 4 6 7 8 9 14 15 16 17 18 19"_s;
 const QString Twice = u"3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20"_s;
-const QString Everything = u"all"_s;
 const QString Nothing;
 
 // What each filter paints.
@@ -84,12 +76,6 @@ const QString MarriageTip = u"14: Date évènement : 5 SEP 1830\r\nDate source :
 const QString OtherBirthTip = u"19: Date évènement : 12 MAR 1805\r\nDate source : 1840"_s;
 const QStringList Tips{BirthTip, MarriageTip, OtherBirthTip};
 
-const QString DateDiff = u"cbSourceDateDiff"_s;
-const QString MultiUse = u"cbSourceMultiUse"_s;
-const QString Sensitive = u"cbFiltreSensible"_s;
-const QString Regex = u"cbFiltrerRegex"_s;
-
-const QString Hint = u"Valider la recherche par la touche entrée"_s;
 const QString SixFound = u"6/38 entrées affichées."_s;
 const QString AllFound = u"38/38 entrées affichées."_s;
 const QString DateStart = u"Recherche des incohérences sources / évènements"_s;
@@ -107,96 +93,12 @@ QString without(const QString &numbers, const QString &out)
     return rest.join(u' ');
 }
 
-/// The rows of a tree in which those lines are visible that \p shown tells by their numbers;
-/// Everything means all but those of \p deleted.
-QStringList marked(const QStringList &lines, QString shown, const QString &deleted = {})
-{
-    if (shown == Everything) {
-        QStringList all;
-        for (qsizetype i = 1; i <= lines.size(); ++i)
-            all += QString::number(i);
-        shown = without(all.join(u' '), deleted);
-    }
-    QStringList numbers = shown.split(u' ', Qt::SkipEmptyParts);
-    QStringList rows;
-    for (qsizetype i = 0; i < lines.size(); ++i) {
-        const bool visible = numbers.removeAll(QString::number(i + 1)) > 0;
-        rows += (visible ? "visible: "_L1 : "hidden: "_L1) + lines.at(i);
-    }
-    return rows + numbers; // what is no line makes a difference, too
-}
-
-/// The window with a file that was opened by its menu.
-class Form : public Session
+/// The window, with what the filters leave in its tree.
+class Form : public ReviewSession
 {
 public:
-    explicit Form(const QStringList &lines = Family)
-    {
-        window->show();
-        load(lines + QStringList{u"0 TRLR"_s});
-        QObject::connect(find<QStatusBar>(u"statusbar"_s), &QStatusBar::messageChanged,
-                         window.get(), [this](const QString &text) { m_told += text; });
-    }
+    explicit Form(const QStringList &lines = Family) : ReviewSession(lines) { }
 
-    /// Types \p text over what stands in the field.
-    void type(const QString &text) const
-    {
-        auto *field = find<QLineEdit>(u"leRecherche"_s);
-        field->selectAll();
-        if (text.isEmpty())
-            QTest::keyClick(field, Qt::Key_Delete);
-        for (const QChar letter : text)
-            QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, letter, Qt::NoModifier);
-        QCOMPARE(field->text(), text);
-    }
-    void enter() const
-    {
-        QTest::keyClick(find<QLineEdit>(u"leRecherche"_s), Qt::Key_Return);
-    }
-    void search(const QString &text) const
-    {
-        type(text);
-        enter();
-    }
-    void toggle(const QString &box) const
-    {
-        clickIndicator(find<QAbstractButton>(box));
-    }
-    void apply(const QStringList &settings) const
-    {
-        set(settings);
-        click(u"pbApply"_s);
-    }
-    /// Calls \p action by an event, as soon as events are processed while the bar stands at
-    /// \p value.
-    void whenBarMovesTo(int value, const std::function<void()> &action) const
-    {
-        QObject::connect(progress(), &QProgressBar::valueChanged, window.get(),
-                         [this, value, action](int newValue) {
-                             if (newValue == value)
-                                 post(action);
-                         });
-    }
-    void post(const std::function<void()> &action) const
-    {
-        QMetaObject::invokeMethod(window.get(), action, Qt::QueuedConnection);
-    }
-
-    /// The status texts that have come since the last call of this.
-    QStringList takeTold()
-    {
-        return std::exchange(m_told, {});
-    }
-
-    /// Each entry with its own state, whatever the state of those above it.
-    QStringList rows() const
-    {
-        QStringList rows;
-        const QList<TwItem *> tabTwi = entries();
-        for (const TwItem *twi : tabTwi)
-            rows += (twi->isHidden() ? "hidden: "_L1 : "visible: "_L1) + lineText(twi);
-        return rows;
-    }
     /// The numbers of the lines that are painted red in the first column. Any other paint is told
     /// with its column.
     QString red() const
@@ -250,20 +152,6 @@ public:
         }
         return checked;
     }
-
-private:
-    /// All rows of the tree but the section nodes, the hidden ones too.
-    QList<TwItem *> entries() const
-    {
-        QList<TwItem *> entries;
-        for (QTreeWidgetItemIterator it(tree()); *it; ++it) {
-            if ((*it)->parent() || tree()->indexOfTopLevelItem(*it) >= SectionNodes)
-                entries += static_cast<TwItem *>(*it);
-        }
-        return entries;
-    }
-
-    QStringList m_told;
 };
 
 /// What the user does, and what is to be seen then.
@@ -469,6 +357,7 @@ void TstReview::oneAfterTheOther()
     Form form;
     const QStringList journal = form.journal();
     const AnsweredBoxes boxes;
+    form.set({u"gbDelTags"_s, u"leTagsToDel=PLAC"_s}); // which is not run
     bool dates = false;
     bool uses = false;
     for (const Step &step : std::as_const(steps)) {
@@ -499,6 +388,9 @@ void TstReview::oneAfterTheOther()
         QCOMPARE(form.tips(), dates ? Tips : QStringList());
     }
     QCOMPARE(form.checked(), checked);
+    QVERIFY(form.isChecked(u"gbDelTags"_s));
+    QCOMPARE(form.text(u"leTagsToDel"_s), u"PLAC"_s);
+    QCOMPARE(form.journalWindows().size(), 0);
     QCOMPARE(form.journal(), journal);
     QCOMPARE(boxes.texts(), QStringList());
 }
@@ -919,7 +811,7 @@ void TstReview::inTheMidstOfAFilter()
     form.type(u"martin"_s);
     form.takeTold();
     QStringList rowsBefore;
-    form.post([&form, &rowsBefore, &action] {
+    const auto act = [&form, &rowsBefore, &action] {
         rowsBefore = form.rows();
         if (action == "enter"_L1)
             form.enter();
@@ -927,7 +819,8 @@ void TstReview::inTheMidstOfAFilter()
             form.toggle(action);
         else
             form.apply({u"gbDelTags"_s, "leTagsToDel="_L1 + action});
-    });
+    };
+    QMetaObject::invokeMethod(form.window.get(), act, Qt::QueuedConnection);
     form.toggle(box);
     QCOMPARE(rowsBefore, marked(Family, Nothing));
     QCOMPARE(form.rows(), marked(Family, shown));
@@ -954,7 +847,7 @@ void TstReview::searchAtTheHundredthCitation()
     Form form(lines);
     form.type(u"zzz"_s);
     form.takeTold();
-    form.whenBarMovesTo(100, [&form] { form.enter(); });
+    atNextMove(form.progress(), [&form] { form.enter(); });
     form.toggle(DateDiff);
     QCOMPARE(form.takeTold(), (QStringList{DateStart, u"0/111 entrées affichées."_s,
                                            u"102 incohérences sources / évènements détectées."_s}));
@@ -985,7 +878,7 @@ void TstReview::searchAtTheHundredthSource()
     Form form(lines);
     form.type(u"zzz"_s);
     form.takeTold();
-    form.whenBarMovesTo(100, [&form] { form.enter(); });
+    atNextMove(form.progress(), [&form] { form.enter(); });
     form.toggle(MultiUse);
     QCOMPARE(form.takeTold(), (QStringList{UseStart, u"0/416 entrées affichées."_s,
                                            u"Recherche terminée. 101 occurences dédoublées."_s}));

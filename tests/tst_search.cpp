@@ -3,12 +3,13 @@
 #include "document.h"
 #include "markingtranslator.h"
 #include "progresslog.h"
+#include "reviewing.h"
 #include "testmain.h"
 #include "twitem.h"
-#include "window.h"
 
 #include <QAbstractButton>
 #include <QCoreApplication>
+#include <QFocusEvent>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QRegularExpression>
@@ -48,12 +49,6 @@ const QStringList Family{
     u"1 TITL Registre (1805)"_s,
 };
 
-constexpr int SectionNodes = 7; // the first rows at the top of the tree
-
-const QString Hint = u"Valider la recherche par la touche entrée"_s;
-const QString Sensitive = u"cbFiltreSensible"_s;
-const QString Regex = u"cbFiltrerRegex"_s;
-
 /// The numbers from \p first to \p last, with a blank between them.
 QString span(qsizetype first, qsizetype last)
 {
@@ -61,28 +56,6 @@ QString span(qsizetype first, qsizetype last)
     for (qsizetype i = first; i <= last; ++i)
         numbers += QString::number(i);
     return numbers.join(u' ');
-}
-
-/// The rows of a tree in which those lines are visible that \p shown tells by their numbers.
-QStringList marked(const QStringList &lines, const QString &shown)
-{
-    QStringList numbers = shown.split(u' ', Qt::SkipEmptyParts);
-    QStringList rows;
-    for (qsizetype i = 0; i < lines.size(); ++i) {
-        const bool visible = numbers.removeAll(QString::number(i + 1)) > 0;
-        rows += (visible ? "visible: "_L1 : "hidden: "_L1) + lines.at(i);
-    }
-    return rows + numbers; // what is no line makes a difference, too
-}
-
-/// The same with all lines visible but those of \p hidden.
-QStringList markedBut(const QStringList &lines, const QString &hidden)
-{
-    QStringList numbers = span(1, lines.size()).split(u' ');
-    const QStringList out = hidden.split(u' ', Qt::SkipEmptyParts);
-    for (const QString &number : out)
-        numbers.removeOne(number);
-    return marked(lines, numbers.join(u' '));
 }
 
 /// A header and \p persons, each with a name that ends in its number.
@@ -94,83 +67,12 @@ QStringList crowd(int persons)
     return lines;
 }
 
-/// The window with a file that was opened by its menu.
-class Form : public Session
+/// The window, with what can be seen of its tree.
+class Form : public ReviewSession
 {
 public:
-    explicit Form(const QStringList &lines = Family)
-    {
-        window->show();
-        load(lines + QStringList{u"0 TRLR"_s});
-        QObject::connect(statusBar(), &QStatusBar::messageChanged, window.get(),
-                         [this](const QString &text) { m_told += text; });
-    }
+    explicit Form(const QStringList &lines = Family) : ReviewSession(lines) { }
 
-    QStatusBar *statusBar() const
-    {
-        return find<QStatusBar>(u"statusbar"_s);
-    }
-    QLineEdit *field() const
-    {
-        return find<QLineEdit>(u"leRecherche"_s);
-    }
-
-    /// Types \p text over what stands in the field.
-    void type(const QString &text) const
-    {
-        field()->selectAll();
-        if (text.isEmpty())
-            QTest::keyClick(field(), Qt::Key_Delete);
-        for (const QChar letter : text) // which need not be one of ASCII
-            QTest::sendKeyEvent(QTest::Click, field(), Qt::Key_unknown, letter, Qt::NoModifier);
-        QCOMPARE(field()->text(), text);
-    }
-    void enter() const
-    {
-        QTest::keyClick(field(), Qt::Key_Return);
-    }
-    void search(const QString &text) const
-    {
-        type(text);
-        enter();
-    }
-    void toggle(const QString &box) const
-    {
-        const bool before = isChecked(box);
-        clickIndicator(find<QAbstractButton>(box));
-        QCOMPARE(isChecked(box), !before);
-    }
-    void apply(const QStringList &settings) const
-    {
-        set(settings);
-        click(u"pbApply"_s);
-    }
-
-    /// The status texts that have come since the last call of this.
-    QStringList takeTold()
-    {
-        return std::exchange(m_told, {});
-    }
-
-    /// All rows of the tree but the section nodes, the hidden ones too.
-    QList<TwItem *> entries() const
-    {
-        QList<TwItem *> entries;
-        for (QTreeWidgetItemIterator it(tree()); *it; ++it) {
-            if ((*it)->parent() || tree()->indexOfTopLevelItem(*it) >= SectionNodes)
-                entries += static_cast<TwItem *>(*it);
-        }
-        return entries;
-    }
-    /// Each entry with its own state, whatever the state of those above it.
-    QStringList rows() const
-    {
-        QStringList rows;
-        const QList<TwItem *> tabTwi = entries();
-        for (const TwItem *twi : tabTwi)
-            rows += (twi->isHidden() ? "hidden: "_L1 : "visible: "_L1) + lineText(twi);
-        return rows;
-    }
     /// What can be seen of the whole tree, section nodes included, when all rows are expanded.
     QStringList onScreen() const
     {
@@ -180,9 +82,6 @@ public:
             lines += lineText(static_cast<TwItem *>(row));
         return lines;
     }
-
-private:
-    QStringList m_told;
 };
 
 } // namespace
@@ -200,6 +99,7 @@ private slots:
     void enterOfTheKeypad();
     void typingLeavesTheTree();
     void togglesRunTheSearch();
+    void slotsLookAtTheBoxes();
     void toggleTakesTheTextAsItStands_data();
     void toggleTakesTheTextAsItStands();
     void toggleWithoutTextShowsEverything_data();
@@ -212,6 +112,7 @@ private slots:
     void recordOfUnknownKind();
     void deletedEntriesStayHidden_data();
     void deletedEntriesStayHidden();
+    void restOfADeletedRecord();
     void continuations();
     void rowsOfACut();
     void changedLevels_data();
@@ -248,7 +149,7 @@ void TstSearch::everyEntryIsCounted()
     const Form form(lines);
     form.enter();
     QCOMPARE(form.status(), u"1200/1200 entrées affichées."_s);
-    QCOMPARE(form.rows(), markedBut(lines, {}));
+    QCOMPARE(form.rows(), marked(lines, Everything));
 
     form.search(u"Jean 59"_s); // 59, and 590 to 599
     QCOMPARE(form.status(), u"22/1200 entrées affichées."_s);
@@ -338,6 +239,7 @@ void TstSearch::search_data()
     row("regex, tag in lower case, case", u"^name$"_s, {}, nothing, {Regex, Sensitive});
     row("regex, identifiers", uR"(^@I\d+@$)"_s, u"3 12 15 16 17"_s, five, {Regex});
     row("regex, end of a value", u"M$"_s, u"3 5 15"_s, three, {Regex});
+    row("regex, blank in a value", u"12 mar"_s, u"3 6 7"_s, three, {Regex});
     row("regex, alternatives", u"^SEX$|^TITL$"_s, u"3 5 18 19"_s, four, {Regex});
     row("regex, inside of a value", u"r.*5"_s, u"3 6 7 18 19"_s, five, {Regex});
     row("regex, level and tag", u"^1 NAME"_s, {}, nothing, {Regex});
@@ -393,7 +295,7 @@ void TstSearch::eachSearchStartsFromTheFullTree()
     QCOMPARE(form.status(), u"2/19 entrées affichées."_s);
 
     form.search({});
-    QCOMPARE(form.rows(), markedBut(Family, {}));
+    QCOMPARE(form.rows(), marked(Family, Everything));
     QCOMPARE(form.status(), u"19/19 entrées affichées."_s);
 }
 
@@ -441,9 +343,15 @@ void TstSearch::typingLeavesTheTree()
         before = text;
     }
 
+    // Nor does it search when the field is left.
+    QFocusEvent leave(QEvent::FocusOut, Qt::TabFocusReason);
+    QCoreApplication::sendEvent(form.field(), &leave);
+    QCOMPARE(form.status(), Hint);
+    QCOMPARE(form.rows(), found);
+
     form.enter();
     QCOMPARE(form.status(), u"19/19 entrées affichées."_s);
-    QCOMPARE(form.rows(), markedBut(Family, {}));
+    QCOMPARE(form.rows(), marked(Family, Everything));
 }
 
 void TstSearch::togglesRunTheSearch()
@@ -487,6 +395,27 @@ void TstSearch::togglesRunTheSearch()
     QCOMPARE(form.takeTold(), plain);
 }
 
+void TstSearch::slotsLookAtTheBoxes()
+{
+    const Form form;
+    const auto compareSlots = [&form](const QString &status) {
+        for (const char *slot :
+             {"on_cbFiltreSensible_stateChanged", "on_cbFiltrerRegex_stateChanged"}) {
+            for (const int state : {0, 1, 2}) {
+                form.statusBar()->clearMessage();
+                QVERIFY(QMetaObject::invokeMethod(form.window.get(), slot, Q_ARG(int, state)));
+                QCOMPARE(form.status(), status);
+            }
+        }
+    };
+    form.type(u"A.C"_s);
+    compareSlots(u"2/19 entrées affichées."_s);
+    form.toggle(Regex);
+    compareSlots(u"7/19 entrées affichées."_s);
+    form.toggle(Sensitive);
+    compareSlots(u"0/19 entrées affichées."_s);
+}
+
 void TstSearch::toggleTakesTheTextAsItStands_data()
 {
     QTest::addColumn<QString>("box");
@@ -524,7 +453,7 @@ void TstSearch::toggleWithoutTextShowsEverything()
         QCOMPARE(form.rows(), marked(Family, {}));
         form.takeTold();
         form.toggle(box);
-        QCOMPARE(form.rows(), markedBut(Family, {}));
+        QCOMPARE(form.rows(), marked(Family, Everything));
         QCOMPARE(form.takeTold(), QStringList{u"19/19 entrées affichées."_s});
     }
 }
@@ -641,7 +570,7 @@ void TstSearch::submittersAreAlwaysCounted()
     // Their rows are in no tree, and so never hidden.
     form.enter();
     QCOMPARE(form.status(), u"6/6 entrées affichées."_s);
-    QCOMPARE(form.rows(), markedBut(family, {}));
+    QCOMPARE(form.rows(), marked(family, Everything));
     form.search(u"Jean"_s);
     QCOMPARE(form.status(), u"4/6 entrées affichées."_s);
     QCOMPARE(form.rows(), marked(family, u"3 4"_s));
@@ -681,7 +610,7 @@ void TstSearch::recordOfUnknownKind()
     QCOMPARE(form.rows(), marked(lines, {}));
     QCOMPARE(form.status(), u"0/22 entrées affichées."_s);
     form.search({});
-    QCOMPARE(form.rows(), markedBut(lines, {}));
+    QCOMPARE(form.rows(), marked(lines, Everything));
     QCOMPARE(form.status(), u"22/22 entrées affichées."_s);
 }
 
@@ -725,7 +654,7 @@ void TstSearch::deletedEntriesStayHidden()
     form.search(u"Anne"_s); // what is hidden by then comes back if it is not deleted
     form.apply({u"gbDelTags"_s, "leTagsToDel="_L1 + tags});
     form.search({});
-    QCOMPARE(form.rows(), markedBut(Family, deleted));
+    QCOMPARE(form.rows(), marked(Family, Everything, deleted));
     QCOMPARE(form.status(), live);
 
     form.search(u"1805"_s);
@@ -737,13 +666,27 @@ void TstSearch::deletedEntriesStayHidden()
 
     form.type({});
     form.toggle(Sensitive);
-    QCOMPARE(form.rows(), markedBut(Family, deleted));
+    QCOMPARE(form.rows(), marked(Family, Everything, deleted));
     QCOMPARE(form.status(), live);
     form.toggle(Regex);
     form.search(u"zzz"_s);
     QCOMPARE(form.rows(), marked(Family, {}));
     form.search({});
-    QCOMPARE(form.rows(), markedBut(Family, deleted));
+    QCOMPARE(form.rows(), marked(Family, Everything, deleted));
+}
+
+void TstSearch::restOfADeletedRecord()
+{
+    const Form form;
+    const QList<TwItem *> tabTwi = form.entries();
+    QVERIFY(tabTwi.at(2)->setDelete(true)); // the root alone
+    tabTwi.at(4)->setTwiHidden(true);
+    form.search(u"1805"_s);
+    QCOMPARE(form.rows(), marked(Family, u"4 6 7 8 9 10 11 18 19"_s)); // from 4 to 11 as they were
+    QCOMPARE(form.status(), u"2/10 entrées affichées."_s);
+    form.search({});
+    QCOMPARE(form.rows(), marked(Family, Everything, u"3 5"_s));
+    QCOMPARE(form.status(), u"10/10 entrées affichées."_s);
 }
 
 void TstSearch::continuations()
@@ -804,7 +747,7 @@ void TstSearch::rowsOfACut()
     QCOMPARE(form.rows(), marked(lines, u"3 4 5"_s));
     QCOMPARE(form.status(), u"3/6 entrées affichées."_s);
     form.search({});
-    QCOMPARE(form.rows(), markedBut(lines, {}));
+    QCOMPARE(form.rows(), marked(lines, Everything));
     QCOMPARE(form.status(), u"6/6 entrées affichées."_s);
 }
 
@@ -872,7 +815,7 @@ void TstSearch::changedLevels()
     QCOMPARE(form.rows(), marked(lines, shown));
     QCOMPARE(form.status(), status);
     form.search({});
-    QCOMPARE(form.rows(), markedBut(lines, {}));
+    QCOMPARE(form.rows(), marked(lines, Everything));
     QCOMPARE(form.status(), u"22/22 entrées affichées."_s);
 }
 

@@ -1,0 +1,236 @@
+#include "reviewing.h"
+
+#include <QAbstractButton>
+#include <QBrush>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QSignalSpy>
+#include <QStatusBar>
+#include <QTest>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+QStringList marked(const QStringList &lines, const QString &shown, const QString &hidden)
+{
+    const bool everything = shown == Everything;
+    QStringList numbers = (everything ? hidden : shown).split(u' ', Qt::SkipEmptyParts);
+    QStringList rows;
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        const bool named = numbers.removeAll(QString::number(i + 1)) > 0;
+        rows += (named != everything ? "visible: "_L1 : "hidden: "_L1) + lines.at(i);
+    }
+    return rows + numbers; // what is no line makes a difference, too
+}
+
+ReviewSession::ReviewSession(const QStringList &lines)
+{
+    window->show();
+    load(lines + QStringList{u"0 TRLR"_s});
+    QObject::connect(statusBar(), &QStatusBar::messageChanged, window.get(),
+                     [this](const QString &text) { m_told += text; });
+}
+
+QLineEdit *ReviewSession::field() const
+{
+    return find<QLineEdit>(u"leRecherche"_s);
+}
+
+QStatusBar *ReviewSession::statusBar() const
+{
+    return find<QStatusBar>(u"statusbar"_s);
+}
+
+void ReviewSession::type(const QString &text) const
+{
+    field()->selectAll();
+    if (text.isEmpty())
+        QTest::keyClick(field(), Qt::Key_Delete);
+    for (const QChar letter : text) // which need not be one of ASCII
+        QTest::sendKeyEvent(QTest::Click, field(), Qt::Key_unknown, letter, Qt::NoModifier);
+    QCOMPARE(field()->text(), text);
+}
+
+void ReviewSession::enter() const
+{
+    QTest::keyClick(field(), Qt::Key_Return);
+}
+
+void ReviewSession::search(const QString &text) const
+{
+    type(text);
+    enter();
+}
+
+void ReviewSession::toggle(const QString &box) const
+{
+    auto *button = find<QAbstractButton>(box);
+    const QSignalSpy toggled(button, &QAbstractButton::toggled);
+    clickIndicator(button);
+    QVERIFY2(!toggled.isEmpty(), qPrintable(box));
+}
+
+void ReviewSession::apply(const QStringList &settings) const
+{
+    set(settings);
+    click(u"pbApply"_s);
+}
+
+QStringList ReviewSession::takeTold()
+{
+    return std::exchange(m_told, {});
+}
+
+QList<TwItem *> ReviewSession::entries() const
+{
+    QList<TwItem *> entries;
+    for (QTreeWidgetItemIterator it(tree()); *it; ++it) {
+        if ((*it)->parent() || tree()->indexOfTopLevelItem(*it) >= SectionNodes)
+            entries += static_cast<TwItem *>(*it);
+    }
+    return entries;
+}
+
+QStringList ReviewSession::rows() const
+{
+    QStringList rows;
+    const QList<TwItem *> tabTwi = entries();
+    for (const TwItem *twi : tabTwi)
+        rows += (twi->isHidden() ? "hidden: "_L1 : "visible: "_L1) + lineText(twi);
+    return rows;
+}
+
+QStringList ReviewSession::pictures() const
+{
+    QStringList pictures;
+    const QList<TwItem *> tabTwi = entries();
+    for (TwItem *twi : tabTwi)
+        pictures += picture(twi);
+    return pictures;
+}
+
+QString picture(TwItem *twi, bool shown, bool red, const QString &toolTip)
+{
+    QChar sign = shown ? (red ? u'*' : u'+') : (red ? u'#' : u' ');
+    if (twi->isToDelete())
+        sign = shown ? u'!' : red ? u'=' : u'-';
+    return sign + lineText(twi) + (toolTip.isEmpty() ? QString() : " | "_L1 + toolTip);
+}
+
+QString picture(TwItem *twi)
+{
+    const QString number = "ligne "_L1 + twi->getNumLineGedFile();
+    const QString toolTip = twi->toolTip(0);
+    const bool red = twi->background(0) == QBrush(Qt::red, Qt::SolidPattern);
+    QString result = picture(twi, !twi->isHidden(), red, toolTip == number ? QString() : toolTip);
+    if (toolTip.isEmpty())
+        result += u" (no tool tip)"_s;
+    if (!red && twi->background(0) != QBrush())
+        result += u" (another colour)"_s;
+    for (int column = 1; column < 4; ++column) {
+        if (twi->background(column) != QBrush())
+            result += u" (colour in column %1)"_s.arg(column);
+        if (twi->toolTip(column) != (column == 1 ? number : QString()))
+            result += u" (tool tip in column %1)"_s.arg(column);
+    }
+    for (int column = 0; column < 4; ++column) {
+        for (const int role : {Qt::ForegroundRole, Qt::FontRole}) {
+            if (twi->data(column, role).isValid())
+                result += u" (role %1 in column %2)"_s.arg(role).arg(column);
+        }
+    }
+    if (twi->isExpanded())
+        result += u" (expanded)"_s;
+    return result;
+}
+
+QStringList allShown(QStringList pictures)
+{
+    for (QString &line : pictures)
+        line.replace(0, 1, line.startsWith(u' ') ? u'+' : line.at(0));
+    return pictures;
+}
+
+ReviewedDocument::ReviewedDocument(const QStringList &pictures)
+{
+    QStringList lines;
+    for (const QString &line : pictures)
+        lines += line.mid(1).split(u" | "_s).constFirst();
+    if (!load(lines))
+        qFatal("the lines cannot be loaded");
+    const QList<TwItem *> roots = gedcom.getTabTwItemsRoot();
+    for (TwItem *root : roots)
+        m_entries += QList<TwItem *>{root} + root->getTabTwiChilds(false);
+    for (qsizetype i = 0; i < m_entries.size(); ++i) {
+        if (pictures.at(i).startsWith(u'-') || pictures.at(i).startsWith(u'='))
+            m_entries.at(i)->setDelete(true);
+    }
+    newJournal();
+}
+
+QStringList ReviewedDocument::pictures() const
+{
+    QStringList pictures;
+    for (TwItem *twi : m_entries)
+        pictures += picture(twi);
+    return pictures;
+}
+
+QList<QStringList> ReviewedDocument::columns() const
+{
+    QList<QStringList> columns;
+    for (const TwItem *twi : m_entries)
+        columns += columnTexts(twi);
+    return columns;
+}
+
+QStringList ReviewedDocument::statusAndBar() const
+{
+    return {status(), u"%1 of %2"_s.arg(progress.value()).arg(progress.maximum()),
+            progress.isVisible() ? u"bar shown"_s : u"bar hidden"_s};
+}
+
+void ReviewedDocument::hideAll()
+{
+    const QList<TwItem *> live = gedcom.getTabTotalTwItems();
+    for (TwItem *twi : live)
+        twi->setTwiHidden(true);
+}
+
+QStringList topRows(const QTreeWidget &tree)
+{
+    QStringList rows;
+    for (int i = 0; i < tree.topLevelItemCount(); ++i) {
+        const QTreeWidgetItem *row = tree.topLevelItem(i);
+        rows += (row->isHidden() ? u"hidden: "_s : QString()) + row->text(0) + u' ' + row->text(1);
+    }
+    return rows;
+}
+
+QStringList columnTexts(const QTreeWidgetItem *row)
+{
+    QStringList texts;
+    for (int column = 0; column < row->columnCount(); ++column)
+        texts += row->text(column);
+    return texts;
+}
+
+void atNextMove(QProgressBar *bar, const std::function<void()> &what)
+{
+    QObject::connect(
+        bar, &QProgressBar::valueChanged, bar,
+        [bar, what] { QMetaObject::invokeMethod(bar, what, Qt::QueuedConnection); },
+        Qt::SingleShotConnection);
+}
+
+void change(Gedcom *gedcom, const QStringList &arguments)
+{
+    if (arguments.size() == 3)
+        gedcom->searchAndReplace(arguments.at(0), arguments.at(1), arguments.at(2), true, false);
+    else
+        gedcom->delListTag({arguments.at(0)}, false, false, arguments.size() == 2, false,
+                           arguments.value(1));
+}

@@ -1,0 +1,119 @@
+#ifndef REVIEWING_H
+#define REVIEWING_H
+
+#include "document.h"
+#include "window.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+class QLineEdit;
+class QProgressBar;
+class QStatusBar;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+// The boxes of the review tools.
+inline const QString Sensitive = QStringLiteral("cbFiltreSensible");
+inline const QString Regex = QStringLiteral("cbFiltrerRegex");
+inline const QString DateDiff = QStringLiteral("cbSourceDateDiff");
+inline const QString MultiUse = QStringLiteral("cbSourceMultiUse");
+
+/// What the status bar says at any edit of the search field.
+inline const QString Hint = QStringLiteral("Valider la recherche par la touche entrée");
+
+inline constexpr int SectionNodes = 7; // the first rows at the top of the tree
+
+/// For marked(), all lines.
+inline const QString Everything = QStringLiteral("all");
+
+/// The rows of a tree in which those lines are visible that \p shown tells by their numbers, with
+/// blanks between them; Everything means all but those of \p hidden.
+QStringList marked(const QStringList &lines, const QString &shown, const QString &hidden = {});
+
+/// The window on screen, with a file that was opened by its menu, and the review tools as a user
+/// handles them.
+class ReviewSession : public Session
+{
+public:
+    /// \p lines are those of the file, without the trailer.
+    explicit ReviewSession(const QStringList &lines);
+
+    [[nodiscard]] QLineEdit *field() const;
+    [[nodiscard]] QStatusBar *statusBar() const;
+
+    /// Types \p text over what stands in the search field.
+    void type(const QString &text) const;
+    /// Presses Enter in it.
+    void enter() const;
+    void search(const QString &text) const;
+    /// Clicks on a box, which must change by that.
+    void toggle(const QString &box) const;
+    /// Makes the settings and runs what they choose.
+    void apply(const QStringList &settings) const;
+
+    /// The status texts that have come since the last call of this.
+    QStringList takeTold();
+
+    /// All rows of the tree but the section nodes, the hidden ones too.
+    [[nodiscard]] QList<TwItem *> entries() const;
+    /// Each of them as marked() has it, with its own state, whatever that of those above it.
+    [[nodiscard]] QStringList rows() const;
+    /// Their pictures.
+    [[nodiscard]] QStringList pictures() const;
+
+private:
+    mutable QStringList m_told; // a session that only looks on is const
+};
+
+/// A row as text: a sign, the line, and behind " | " the tool tip, if it is given. The sign is ' '
+/// for a hidden row, '+' for a shown one, '*' for a shown red one, '#' for a red one that is
+/// hidden, '-' for a deleted one and '=' for a deleted red one.
+QString picture(TwItem *twi, bool shown, bool red, const QString &toolTip = {});
+
+/// The row as it is, with the tool tip if a filter gave it one. What the filters have no business
+/// with is told, too.
+QString picture(TwItem *twi);
+
+/// The pictures with all rows shown that are not deleted.
+QStringList allShown(QStringList pictures);
+
+/// A document made of pictures, of which only the lines and the deletions count.
+class ReviewedDocument : public Document
+{
+public:
+    explicit ReviewedDocument(const QStringList &pictures);
+
+    /// All entries in file order, deleted ones too.
+    [[nodiscard]] QList<TwItem *> entries() const
+    {
+        return m_entries;
+    }
+    [[nodiscard]] QStringList pictures() const;
+    [[nodiscard]] QList<QStringList> columns() const;
+    /// The status text, "100 of 250" for the bar, and "bar shown" or "bar hidden".
+    [[nodiscard]] QStringList statusAndBar() const;
+
+    void hideAll();
+
+private:
+    QList<TwItem *> m_entries;
+};
+
+/// The labels and counts of the section nodes, and the beginnings of what else is at the top of the
+/// tree; behind "hidden: " if the row is.
+QStringList topRows(const QTreeWidget &tree);
+
+/// The texts of all columns of the row.
+QStringList columnTexts(const QTreeWidgetItem *row);
+
+/// Does \p what among the events that are processed at the next move of the bar.
+void atNextMove(QProgressBar *bar, const std::function<void()> &what);
+
+/// Replaces, given a text, the new text and the tags; deletes, given a tag, or a tag and a value.
+void change(Gedcom *gedcom, const QStringList &arguments);
+
+#endif // REVIEWING_H
