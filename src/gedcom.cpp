@@ -216,6 +216,24 @@ TwItem *rootOf(TwItem *twi)
     return twi;
 }
 
+/// Cuts the lines of \p entries with their rows out of the tree. Returns what is to be told of
+/// each.
+QList<QStringList> splitTogether(QTreeWidget *tree, const QList<TwItem *> &entries)
+{
+    const DetachedRows detachedRows(tree);
+    // Not those that an event during the scan has deleted: their rest would be written.
+    const QList<QStringList> splitLists = TwItem::splitAllOverSized(entries);
+    QSet<TwItem *> parents;
+    for (TwItem *twi : entries) {
+        parents.insert(twi); // the rest stands below the line or beside it
+        if (TwItem *parent = twi->getParent())
+            parents.insert(parent);
+    }
+    for (TwItem *parent : std::as_const(parents))
+        renewRows(parent);
+    return splitLists;
+}
+
 /// Shows the rows of \p entries, but for the deleted ones.
 void showRows(const QList<TwItem *> &entries)
 {
@@ -653,24 +671,23 @@ int Gedcom::checkOversized()
             tr("Déconcaténation de %1 balises > 255 caractères en cours...").arg(tooBigs), 0);
         addToJournal(tr("%1 balises > 255 caractères détectées, déconcaténation...").arg(tooBigs),
                      u"INFO"_s);
-        // First all the cuts, then what is told of them: no event may come while the rows are out
-        // of the tree.
-        QList<QStringList> splitLists;
-        {
-            const DetachedRows detachedRows(m_treeWidget);
-            // Not those that an event during the scan has deleted: their rest would be written.
-            splitLists = TwItem::splitAllOverSized(tabTotalTooBigs);
-            QSet<TwItem *> parents;
-            for (TwItem *twi : std::as_const(tabTotalTooBigs)) {
-                parents.insert(twi); // the rest stands below the line or beside it
-                if (TwItem *parent = twi->getParent())
-                    parents.insert(parent);
-            }
-            for (TwItem *parent : std::as_const(parents))
-                renewRows(parent);
+        // Each cut makes the list of its record anew. Where that is too much, all cuts come first
+        // and then what is told of them: no event may come while the rows are out of the tree.
+        qsizetype relisted = 0;
+        for (TwItem *twi : std::as_const(tabTotalTooBigs)) {
+            if (TwItem *root = rootOf(twi))
+                relisted += root->getTabTwiChilds(false).size();
         }
-        for (const QStringList &splitList : std::as_const(splitLists)) {
-            for (const QString &log : splitList)
+        QList<QStringList> splitLists;
+        if (relisted > 2 * tabTotalTwItems.size())
+            splitLists = splitTogether(m_treeWidget, tabTotalTooBigs);
+        for (TwItem *twi : std::as_const(tabTotalTooBigs)) {
+            QStringList splitList;
+            if (!splitLists.isEmpty())
+                splitList = splitLists.at(index);
+            else if (!twi->isToDelete()) // an event may have deleted it: its rest would be written
+                splitList = twi->splitTagOverSized(twi, {});
+            for (const QString &log : std::as_const(splitList))
                 addToJournal(log, u"INFO"_s);
             splited += int(splitList.size());
             ++index;

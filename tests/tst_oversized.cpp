@@ -691,11 +691,18 @@ void TstOversized::progressAndEvents()
     QList<int> values; // of the bar, with each text
     connect(&doc.statusBar, &QStatusBar::messageChanged, this,
             [&] { values += doc.progress.value(); });
+    // What an event finds cut is what has been told of.
+    QStringList cutBy;
+    connect(&doc.progress, &QProgressBar::valueChanged, this, [&](int done) {
+        if (done == 10 || done == 20)
+            cutBy += u"%1 by %2"_s.arg(created(&doc).size()).arg(done);
+    });
     Told told(&doc);
     QTest::ignoreMessage(QtDebugMsg, "ON checkOversized");
     QTest::ignoreMessage(QtDebugMsg, "OFF checkOversized");
     QCOMPARE(doc.gedcom.checkOversized(), 25);
     QCOMPARE(told.take(), expected);
+    QCOMPARE(cutBy, (QStringList{u"10 by 10"_s, u"20 by 20"_s}));
     QCOMPARE(values.constLast(), -1); // the reset comes in front of the summary
     QCOMPARE(doc.progress.value(), -1); // reset
     QVERIFY(doc.progress.isVisible()); // shown and hidden by the caller alone
