@@ -29,7 +29,7 @@ struct Row
     Base base = Base::Load;
 };
 
-/// The rows of the floor program: its load, its save.
+/// The rows of the floor program: its load, its save, and what the framework takes for all rows.
 QList<Row> floorRows(int lines);
 
 /// The rows of the program, for files of \p lines lines, in the order of the table.

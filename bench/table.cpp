@@ -162,7 +162,8 @@ int printTable(int lines, const QString &inputs)
     for (qsizetype i = 0; i < floors.size(); ++i) {
         bases.append(measure(floors.at(i), lines, inputs, 3));
         const Figures small = measure(fewerFloors.at(i), fewer, inputs, SmallRuns);
-        printRow(floors.at(i), small, bases.at(i), bases.at(i), bases.at(0).peakMegabytes);
+        const Figures &base = floors.at(i).base == Base::Save ? bases.at(i) : bases.at(0);
+        printRow(floors.at(i), small, bases.at(i), base, bases.at(0).peakMegabytes);
     }
 
     const QList<Row> rows = programRows(lines) + awkwardRows(lines);
