@@ -66,7 +66,10 @@ int floorLoad(const QString &path, QTreeWidget *tree)
             lastOfLevel.at(level - 1)->addChild(item);
         lastOfLevel.at(level) = item;
     }
-    tree->addTopLevelItems(roots);
+    // The view lays out one row, as it does the few section nodes of the program.
+    auto *section = new QTreeWidgetItem;
+    section->addChildren(roots);
+    tree->addTopLevelItem(section);
     return count;
 }
 
@@ -77,7 +80,8 @@ int floorSave(const QString &path, const QTreeWidget *tree)
         qFatal("cannot write %s", qPrintable(path));
     QTextStream out(&file);
     int lines = 0;
-    for (int i = 0; i < tree->topLevelItemCount(); ++i)
-        lines += writeItem(out, tree->topLevelItem(i));
+    const QTreeWidgetItem *section = tree->topLevelItem(0);
+    for (int i = 0; i < section->childCount(); ++i)
+        lines += writeItem(out, section->child(i));
     return lines;
 }

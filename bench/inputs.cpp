@@ -50,6 +50,20 @@ QString date(int event)
     return u"%1 %2 %3"_s.arg(event % 28 + 1).arg(pick(months(), event)).arg(year);
 }
 
+void open(QFile *file)
+{
+    if (!file->open(QIODevice::WriteOnly))
+        qFatal("cannot write %s", qPrintable(file->fileName()));
+}
+
+/// Ends a file that must be whole, or what follows would be measured on a part of it.
+void close(QFile *file, QTextStream *out)
+{
+    out->flush();
+    if (out->status() != QTextStream::Ok || !file->flush())
+        qFatal("cannot write the whole of %s", qPrintable(file->fileName()));
+}
+
 void writePerson(QTextStream &out, int person, int sources)
 {
     const bool odd = person % 2 != 0;
@@ -80,7 +94,9 @@ void writePerson(QTextStream &out, int person, int sources)
 
 void writeFamily(QTextStream &out, int lines)
 {
-    const int blocks = std::max(1, lines / 100); // of two persons, a family, two sources, a media
+    // A block is two persons, a family, two sources and a media. The sources are a multiple of the
+    // years, so that those of an event have its year, whatever the size of the file.
+    const int blocks = std::max(1, lines / 100 / (Years / 2)) * (Years / 2);
     for (int person = 1; person <= 2 * blocks; ++person)
         writePerson(out, person, 2 * blocks);
     for (int family = 1; family <= blocks; ++family) {
@@ -168,9 +184,8 @@ int linkedMedia(int lines)
 void writeInput(const QString &path, Shape shape, int lines)
 {
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(path));
     QTextStream out(&file);
+    open(&file);
     out << "0 HEAD\n1 SOUR VARLUNE\n1 GEDC\n2 VERS 5.5.1\n1 CHAR UTF-8\n";
     switch (shape) {
     case Shape::Family:
@@ -199,16 +214,17 @@ void writeInput(const QString &path, Shape shape, int lines)
         break;
     }
     out << "0 TRLR\n";
+    close(&file, &out);
 }
 
 void writeCorrespondences(const QString &path, int count, bool known)
 {
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        qFatal("cannot write %s", qPrintable(path));
     QTextStream out(&file);
+    open(&file);
     for (int i = 1; i <= count; ++i) {
         out << (known ? "acte_" : "absent_") << i << ".jpg,https://partage.test/s/" << i
             << ".jpg\n";
     }
+    close(&file, &out);
 }

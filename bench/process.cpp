@@ -11,7 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-ProcessCost runProcess(const QStringList &command)
+ProcessCost runProcess(const QStringList &command, bool errors)
 {
     // The memory of one child can be asked for by wait4 only, which QProcess does not give.
     QTemporaryFile output;
@@ -29,7 +29,8 @@ ProcessCost runProcess(const QStringList &command)
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_adddup2(&actions, output.handle(), STDOUT_FILENO);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    if (!errors)
+        posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     ProcessCost cost;
     QElapsedTimer timer;
     timer.start();
@@ -42,7 +43,8 @@ ProcessCost runProcess(const QStringList &command)
 
     int status = 0;
     rusage usage{};
-    wait4(child, &status, 0, &usage);
+    if (wait4(child, &status, 0, &usage) != child)
+        return cost;
     cost.seconds = double(timer.nsecsElapsed()) / 1e9;
     cost.succeeded = WIFEXITED(status) && WEXITSTATUS(status) == 0;
     cost.peakMegabytes = double(usage.ru_maxrss) / 1024; // told in kilobytes

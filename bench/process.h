@@ -9,11 +9,11 @@ struct ProcessCost
 {
     bool succeeded = false;
     double seconds = 0;
-    double peakMegabytes = 0; // of resident memory
+    double peakMegabytes = 0; // of resident memory; at least what this process itself has taken
     QByteArray output;
 };
 
-/// Runs \p command to its end. Its error output is dropped.
-ProcessCost runProcess(const QStringList &command);
+/// Runs \p command to its end. \p errors tells whether its error output is shown.
+ProcessCost runProcess(const QStringList &command, bool errors);
 
 #endif // PROCESS_H

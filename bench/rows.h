@@ -14,8 +14,7 @@ enum class Base {
     Save, ///< the floor's save of the same lines
 };
 
-/// Times what it is given, with the layout of the window that follows; that returns what it has
-/// counted.
+/// Runs the work, times it with the layout that follows, and keeps the number that it returns.
 using Timed = std::function<void(const std::function<qint64()> &)>;
 
 /// One line of the table.
@@ -27,6 +26,7 @@ struct Row
     double target; // greatest ratio to the base, 0 without one
     std::function<void(const QString &input, const Timed &timed)> run;
     Base base = Base::Load;
+    bool counts = false; // what it changes: nothing if it is named so
 };
 
 /// The rows of the floor program: its load, its save, and what the framework takes for all rows.

@@ -35,13 +35,18 @@ Figures measure(const Row &row, int lines, const QString &inputs, int runs)
     for (int i = 0; i < runs; ++i) {
         const ProcessCost cost = runProcess(
             {QCoreApplication::applicationFilePath(), u"--benchmark_format=json"_s, u"--lines"_s,
-             QString::number(lines), u"--row"_s, row.name, u"--inputs"_s, inputs});
+             QString::number(lines), u"--row"_s, row.name, u"--inputs"_s, inputs},
+            true);
         const QJsonArray results =
             QJsonDocument::fromJson(cost.output).object().value("benchmarks"_L1).toArray();
         if (!cost.succeeded || results.isEmpty())
             qFatal("the row \"%s\" failed", qPrintable(row.name));
-        const double milliseconds = results.at(0).toObject().value("real_time"_L1).toDouble();
-        all.append({milliseconds / 1000, cost.seconds, cost.peakMegabytes});
+        const QJsonObject result = results.at(0).toObject();
+        const bool nothing = row.name.endsWith(", none"_L1) || row.name.contains(", none,"_L1);
+        if (row.counts && (result.value("count"_L1).toDouble() == 0) != nothing)
+            qFatal("the row \"%s\" has not done what it says", qPrintable(row.name));
+        all.append({result.value("real_time"_L1).toDouble() / 1000, cost.seconds,
+                    result.value("peak"_L1).toDouble()});
     }
     std::sort(all.begin(), all.end(),
               [](const Figures &a, const Figures &b) { return a.seconds < b.seconds; });
@@ -64,22 +69,25 @@ void print(const QByteArray &text)
     std::fflush(stdout);
 }
 
+/// \p base is what the floor takes for \p baseLines lines.
 void printRow(const Row &row, const Figures &small, const Figures &large, const Figures &base,
-              double memoryBase)
+              int baseLines, double memoryBase)
 {
+    const double baseSeconds = base.seconds * row.lines / baseLines;
     // Below a hundredth of a second the clock and the process weigh more than the row.
     const QByteArray exponent = small.seconds < 0.01
                                   ? QByteArray("-")
                                   : judged(std::log10(large.seconds / small.seconds), MaxExponent);
-    const QByteArray memory = row.name == "load"_L1
-                                ? judged(large.peakMegabytes / memoryBase, MaxMemory)
-                                : QByteArray::number(large.peakMegabytes / memoryBase, 'f', 2);
+    const QByteArray memory =
+        row.lines != baseLines
+            ? QByteArray("-")
+            : judged(large.peakMegabytes / memoryBase, row.name == "load"_L1 ? MaxMemory : 0);
     print("| " + row.name.toUtf8() + " | " + QByteArray::number(row.lines) + " | "
           + QByteArray::number(small.seconds, 'f', 3) + " | "
           + QByteArray::number(large.seconds, 'f', 3) + " | "
           + QByteArray::number(row.lines / std::max(large.seconds, 0.001), 'f', 0) + " | "
           + QByteArray::number(large.peakMegabytes, 'f', 0) + " | " + memory + " | "
-          + judged(large.seconds / base.seconds, row.target) + " | " + exponent + " |\n");
+          + judged(large.seconds / baseSeconds, row.target) + " | " + exponent + " |\n");
 }
 
 /// What users have for such files besides.
@@ -119,7 +127,7 @@ void printPeers(int lines, const QString &inputs)
          fewer,
          u"reads the records against the grammar of the standard, writes them again"_s},
         {u"gramps"_s,
-         {u"gramps"_s, u"--version"_s},
+         {u"env"_s, home, u"gramps"_s, u"--version"_s},
          {u"env"_s, home, u"gramps"_s, u"-y"_s, u"-q"_s, u"-i"_s, file(fewer), u"-e"_s, output},
          fewer,
          u"imports into a database of its own model, and exports what that holds"_s},
@@ -132,17 +140,20 @@ void printPeers(int lines, const QString &inputs)
         });
         const Figures figures = measure(*save, size, inputs, 1);
         printProcess("Varlune", size, figures.processSeconds, figures.peakMegabytes,
-                     "loads into the tree, cuts long lines, archives, saves, and frees all of it");
+                     "loads into the tree, looks for long lines, archives, saves, frees all of it");
     }
+    QStringList missing;
     for (const Peer &peer : peers) {
-        if (!runProcess(peer.probe).succeeded) {
-            print("\n" + peer.name.toUtf8() + " is not installed.\n");
+        if (!runProcess(peer.probe, false).succeeded) {
+            missing.append(peer.name);
             continue;
         }
-        const ProcessCost cost = runProcess(peer.command);
+        const ProcessCost cost = runProcess(peer.command, false);
         printProcess(peer.name.toUtf8(), peer.lines, cost.seconds, cost.peakMegabytes,
                      cost.succeeded ? peer.does.toUtf8() : "failed on this file");
     }
+    if (!missing.isEmpty())
+        print("\nNot installed: " + missing.join(", "_L1).toUtf8() + ".\n");
 }
 
 } // namespace
@@ -163,7 +174,7 @@ int printTable(int lines, const QString &inputs)
         bases.append(measure(floors.at(i), lines, inputs, 3));
         const Figures small = measure(fewerFloors.at(i), fewer, inputs, SmallRuns);
         const Figures &base = floors.at(i).base == Base::Save ? bases.at(i) : bases.at(0);
-        printRow(floors.at(i), small, bases.at(i), base, bases.at(0).peakMegabytes);
+        printRow(floors.at(i), small, bases.at(i), base, lines, bases.at(0).peakMegabytes);
     }
 
     const QList<Row> rows = programRows(lines) + awkwardRows(lines);
@@ -176,7 +187,7 @@ int printTable(int lines, const QString &inputs)
         const int runs = row.name == "load"_L1 ? 3 : 1;
         const Figures small = measure(fewerRows.at(i), fewer, inputs, SmallRuns);
         const Figures large = measure(row, lines, inputs, runs);
-        printRow(row, small, large, bases.at(row.base == Base::Save ? 1 : 0),
+        printRow(row, small, large, bases.at(row.base == Base::Save ? 1 : 0), lines,
                  bases.at(0).peakMegabytes);
     }
     printPeers(lines, inputs);
@@ -185,7 +196,7 @@ int printTable(int lines, const QString &inputs)
 
 QString inputFile(const QString &inputs, const Row &row)
 {
-    const QString path = u"%1/%2_%3.ged"_s.arg(inputs).arg(int(row.shape)).arg(row.lines);
+    const QString path = inputs + u"/%1_%2.ged"_s.arg(int(row.shape)).arg(row.lines);
     if (!QFile::exists(path))
         writeInput(path, row.shape, row.lines);
     return path;

@@ -81,7 +81,7 @@ journal=$(printf '%s\n' "$folder"/ARCH/*/journal.*.famille.ged | tail -n 1)
 archive=${journal/journal./}
 
 echo "The rewritten file:  $folder/famille.ged ($(wc -l <"$folder/famille.ged") lines, $(wc -l <"$samples/famille.ged") before)"
-echo "The archive copy:    $archive"
+echo "The last save replaced: $archive"
 echo "The journal:         $journal ($(wc -l <"$journal") lines)"
 echo "The media kept:      $folder/medias_a_garder ($(ls "$folder/medias_a_garder" | wc -l) of $(ls "$samples/medias" | wc -l) files)"
 echo "Screenshots:         $folder/1-ouvert.png 2-journal.png"

@@ -26,6 +26,7 @@
 #include <QTreeWidgetItemIterator>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -82,9 +83,9 @@ int urlColumn(TwItem *twi, const QRegularExpression &rxUrl)
 
 /// Keeps the tree widget from laying out and painting its rows while it lives.
 ///
-/// Every hidden row asks for a new layout of all rows on screen, expanded ones counted, every
-/// changed one for its place among them, and every layout for a paint: with 20,000 expanded rows a
-/// fold of 67,000 lines took 86 s. One layout at the end serves all. Only where the tree is resized
+/// Each hidden row asks for a new layout of all rows on screen, expanded ones counted, each changed
+/// row for its place among them, and each layout for a paint: with 20,000 expanded rows a fold of
+/// 67,000 lines took 86 s. One layout at the end serves all. Only where the tree is resized
 /// meanwhile, it is painted at once.
 class PausedLayout : public QObject
 {
@@ -217,11 +218,10 @@ TwItem *rootOf(TwItem *twi)
 }
 
 /// Cuts the lines of \p entries with their rows out of the tree. Returns what is to be told of
-/// each.
+/// each, nothing of a deleted one.
 QList<QStringList> splitTogether(QTreeWidget *tree, const QList<TwItem *> &entries)
 {
     const DetachedRows detachedRows(tree);
-    // Not those that an event during the scan has deleted: their rest would be written.
     const QList<QStringList> splitLists = TwItem::splitAllOverSized(entries);
     QSet<TwItem *> parents;
     for (TwItem *twi : entries) {
@@ -671,8 +671,9 @@ int Gedcom::checkOversized()
             tr("Déconcaténation de %1 balises > 255 caractères en cours...").arg(tooBigs), 0);
         addToJournal(tr("%1 balises > 255 caractères détectées, déconcaténation...").arg(tooBigs),
                      u"INFO"_s);
-        // Each cut makes the list of its record anew. Where that is too much, all cuts come first
-        // and then what is told of them: no event may come while the rows are out of the tree.
+        // Each cut makes the list of its record anew. Where these lists together are longer than
+        // twice the document, all cuts come first and then what is told of them: no event may come
+        // while the rows are out of the tree.
         qsizetype relisted = 0;
         for (TwItem *twi : std::as_const(tabTotalTooBigs)) {
             if (TwItem *root = rootOf(twi))
@@ -1225,8 +1226,8 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
             ++countSour;
             lienAjoute = true;
         }
-        // The column of the media is tested here, which is known to be there, and not that of the
-        // source: a source without an id has an empty one.
+        // Never so, since matchLine has tested the column of the media; that of the source is not
+        // looked at. A source without an id has an empty one, and gets no such message.
         if (urlEvt && media.indexColObje == -1) {
             tellError(tr("Impossible de déterminer l'id de la source %1%2")
                           .arg(entryText(twiRootSour), lineReference(twiRootSour)));
@@ -1257,13 +1258,13 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
 
         QList<TwItem *> &candidates = objeFilesByName[media.nomFichierCsv];
         media.twiObjeFile = getObjeFileFromFileName(media.nomFichierCsv, candidates);
-        candidates.clear(); // for the next line of the same name
+        // A later line of this name finds the same entry, or none again.
+        candidates = media.twiObjeFile ? QList{media.twiObjeFile} : QList<TwItem *>();
         if (!media.twiObjeFile) {
             tellError(tr("%1 référençant %2 non détecté dans %3")
                           .arg(media.nomFichierCsv, media.urlFichier, m_pathGedFile));
             return media;
         }
-        candidates.append(media.twiObjeFile);
         TwItem *twiRootObje = rootOf(media.twiObjeFile);
         if (!twiRootObje)
             return media;
@@ -1431,7 +1432,7 @@ void Gedcom::filterSourceDateDiff()
     Known known = lookAfresh();
     QSet<TwItem *> shown; // since the last events, which can hide rows again
 
-    // Both give an empty text where no column matches.
+    // Where no column matches, text(-1) is empty.
     ColumnMatcher colAnnee(m_rxAnnee);
     ColumnMatcher colIdSour(m_rxColIdSour);
 

@@ -141,7 +141,8 @@ public:
 
     /// Shows the citations whose source has another year than the event, in red and with both dates
     /// in the tool tip; those of a family at the husband's link to it. All entries must be hidden
-    /// before. A source dated by more than a year has the year 0, and never agrees.
+    /// before. A source whose date has more than a bare year counts as of the year 0, and never
+    /// agrees.
     void filterSourceDateDiff();
 
     /// Shows the persons whose events cite one source for one date, these events in red. All

@@ -60,7 +60,8 @@ private:
     /// Shows all entries that are not marked as deleted.
     void twiUnhideAll();
     /// Shows the live entries with the text of leRecherche in one of their columns, and what leads
-    /// to them, and hides the others. Returns the number of those that are not hidden.
+    /// to them, and hides the others. Returns the number of those that are not hidden, as entries
+    /// outside the tree never are.
     qsizetype reverseHide();
     /// Hides all live entries.
     void hideAll();

@@ -401,8 +401,8 @@ QList<QStringList> TwItem::splitAllOverSized(const QList<TwItem *> &entries)
     const auto hasContinuationTag = [](const TwItem *twi) {
         return isContinuation(twi->text(TagColumn));
     };
-    // Whether no cut changes the tag, which a short rest of the value could only do behind a very
-    // long tag column, and the new lines get a level of one character.
+    // Whether a cut cannot change the tag of the line, as a very short rest of the value behind a
+    // very long tag column could, and the new lines have a level of one character.
     const auto isPlain = [&](const TwItem *twi) {
         const QString level = twi->text(LevelColumn);
         return level.size() == 1 && level != "0"_L1 && (level != "9"_L1 || hasContinuationTag(twi))
@@ -690,10 +690,7 @@ bool ColumnMatcher::matches(const QString &text)
 {
     if (text.isEmpty() || text.size() > MaxKnownSize)
         return m_rx.match(text).hasMatch();
-    size_t place = 0;
-    for (const QChar c : text)
-        place = place * 31 + c.unicode();
-    Known &known = m_known.at(place % m_known.size());
+    Known &known = m_known.at(qHash(text) % m_known.size());
     if (known.text != text)
         known = {text, m_rx.match(text).hasMatch()};
     return known.matches;

@@ -161,7 +161,8 @@ public:
     [[nodiscard]] QString getAbsolutFileName(QString FileName) const;
 
 private:
-    /// Inserts the child, without a look at the list of the record.
+    /// Inserts the child into the tree and into the list of this entry; the lists above are stale
+    /// then.
     void placeChild(int twiIndex, TwItem *twiChild);
     /// The entries above whose list no longer is what the tree holds, once a child has been placed
     /// here: normally the root.
