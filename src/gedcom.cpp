@@ -260,13 +260,13 @@ QList<TwItem *> childsMatching(const QList<TwItem *> &roots, const QRegularExpre
     return matches;
 }
 
-/// The first of the live entries in the child list of \p twi whose line text matches \p rx, null
-/// if none does.
-TwItem *firstChildMatching(TwItem *twi, const QRegularExpression &rx)
+/// The first of the live entries in the child list of \p twi whose line text matches, null if none
+/// does.
+TwItem *firstChildMatching(TwItem *twi, const LineMatcher &matcher)
 {
     const QList<TwItem *> tabTwi = twi->getTabTwiChilds(false);
-    const auto match = std::find_if(tabTwi.begin(), tabTwi.end(), [&rx](TwItem *child) {
-        return !child->isToDelete() && rx.match(lineText(child)).hasMatch();
+    const auto match = std::find_if(tabTwi.begin(), tabTwi.end(), [&matcher](TwItem *child) {
+        return !child->isToDelete() && matcher.matches(child);
     });
     return match == tabTwi.end() ? nullptr : *match;
 }
@@ -710,10 +710,9 @@ QList<TwItem *> Gedcom::getTabTwItemsRootMatch(const QRegularExpression &rx, boo
                                                bool withChilds) const
 {
     QList<TwItem *> matches;
-    if (usePatern && !rx.isValid())
-        return matches; // matches nothing, and would warn at every try
+    const LineMatcher matcher(rx);
     const auto appendMatch = [&](TwItem *twi) {
-        if (!usePatern || rx.match(lineText(twi)).hasMatch())
+        if (!usePatern || matcher.matches(twi))
             matches.append(twi);
     };
     for (TwItem *root : m_tabTwItemRoot) {
@@ -1437,8 +1436,9 @@ void Gedcom::filterSourceDateDiff()
     ColumnMatcher colIdSour(m_rxColIdSour);
 
     // The first date of an event or source, empty unless it ends in a year.
+    const LineMatcher dateLine(m_rxDate);
     const auto readDate = [&](TwItem *twi) -> QString {
-        const TwItem *twiDate = firstChildMatching(twi, m_rxDate);
+        const TwItem *twiDate = firstChildMatching(twi, dateLine);
         return twiDate ? twiDate->text(colAnnee.firstColumn(twiDate)) : QString();
     };
 
@@ -1569,8 +1569,9 @@ void Gedcom::filterSourceMultiUse()
     QHash<TwItem *, TwItem *> dates; // until an event starts a run, which can change entries
     QSet<TwItem *> shown; // records, since the last events, which can hide rows again
 
+    const LineMatcher dateLine(m_rxDate);
     const auto sameDate = [&](TwItem *indiSourA, TwItem *indiSourB) -> bool {
-        const auto findDate = [this](TwItem *event) { return firstChildMatching(event, m_rxDate); };
+        const auto findDate = [&](TwItem *event) { return firstChildMatching(event, dateLine); };
         const TwItem *indiSourADate = remembered(dates, indiSourA, findDate);
         const TwItem *indiSourBDate = remembered(dates, indiSourB, findDate);
         return indiSourADate && indiSourBDate

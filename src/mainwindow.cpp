@@ -531,9 +531,13 @@ qsizetype MainWindow::reverseHide()
 
 void MainWindow::hideAll()
 {
-    const QList<TwItem *> tabTotalTwItems = m_gedcom.getTabTotalTwItems();
-    for (TwItem *twi : tabTotalTwItems)
-        twi->setTwiHidden(true);
+    const QList<TwItem *> tabTwItemsRoot = m_gedcom.getTabTwItemsRoot();
+    for (TwItem *root : tabTwItemsRoot) {
+        root->setTwiHidden(true);
+        const QList<TwItem *> tabTwi = root->getTabTwiChilds(false); // deleted ones are hidden
+        for (TwItem *twi : tabTwi)
+            twi->setTwiHidden(true);
+    }
 }
 
 void MainWindow::extraireIni()

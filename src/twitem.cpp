@@ -36,17 +36,9 @@ bool isTag(QStringView text)
         && std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'A' && c <= u'Z'; });
 }
 
-/// The text that a line must begin with to match an expression such as "^2 SOUR @S", which asks for
-/// nothing else; empty for any other.
-QString plainPrefix(const QRegularExpression &rx)
+bool isDigit(QChar c)
 {
-    const QString pattern = rx.pattern();
-    if (!pattern.startsWith(u'^') || rx.patternOptions() != QRegularExpression::NoPatternOption)
-        return {};
-    const bool plain = std::all_of(pattern.begin() + 1, pattern.end(), [](QChar c) {
-        return (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9') || c == u' ' || c == u'@';
-    });
-    return plain ? pattern.sliced(1) : QString();
+    return c >= u'0' && c <= u'9';
 }
 
 /// Whether lineText() begins with \p prefix. The first column tells most lines apart.
@@ -510,14 +502,9 @@ bool TwItem::isTagMatch(QStringList fullTagsList)
 QList<TwItem *> TwItem::getTabTwiChildsMatchReg(QRegularExpression rx)
 {
     QList<TwItem *> matches;
-    if (!rx.isValid())
-        return matches; // matches nothing, and would warn at every try
-    const QString prefix = plainPrefix(rx);
-    const auto matchesLine = [&](const TwItem *twi) {
-        return prefix.isEmpty() ? rx.match(lineText(twi)).hasMatch() : lineBeginsWith(twi, prefix);
-    };
+    const LineMatcher matcher(rx);
     for (TwItem *twi : std::as_const(m_tabTwiChilds)) {
-        if (!twi->m_toDelete && matchesLine(twi))
+        if (!twi->m_toDelete && matcher.matches(twi))
             matches.append(twi);
     }
     return matches;
@@ -671,6 +658,43 @@ void TwItem::listChilds(TwItem *twiRoot, TwItem *currentTwi)
 void TwItem::setIco(const QIcon &ico)
 {
     setIcon(LevelColumn, ico);
+}
+
+LineMatcher::LineMatcher(const QRegularExpression &rx) : m_rx(rx)
+{
+    const QString pattern = rx.pattern();
+    if (rx.patternOptions() != QRegularExpression::NoPatternOption || !pattern.startsWith(u'^'))
+        return;
+    QStringView prefix = QStringView(pattern).sliced(1);
+    m_beginsWithDigit = prefix.startsWith("[0-9]"_L1);
+    if (m_beginsWithDigit)
+        prefix = prefix.sliced(5);
+    const bool plain = std::all_of(prefix.begin(), prefix.end(), [](QChar c) {
+        return isDigit(c) || (c >= u'A' && c <= u'Z') || c == u' ' || c == u'@';
+    });
+    if (plain)
+        m_prefix = prefix.toString();
+    // "^0 @S[0-9]+@ SOUR$", as the program has them for records, and no freer form.
+    static const QRegularExpression record(uR"(^\^0 @[A-Z]\[0-9\]\+@ ([A-Z]+)\$$)"_s);
+    m_recordTag = record.match(pattern).captured(1);
+}
+
+bool LineMatcher::matches(const TwItem *twi) const
+{
+    if (!m_prefix.isEmpty()) {
+        if (!m_beginsWithDigit)
+            return lineBeginsWith(twi, m_prefix);
+        const QString level = twi->text(LevelColumn);
+        return !level.isEmpty() && isDigit(level.front())
+            && lineBeginsWith(twi, level.front() + m_prefix);
+    }
+    if (!m_recordTag.isEmpty()) {
+        // "$" also matches in front of a final line feed.
+        const QString last = twi->text(twi->columnCount() - 1);
+        if (!last.endsWith(m_recordTag) && !last.endsWith(u'\n'))
+            return false;
+    }
+    return m_rx.isValid() && m_rx.match(lineText(twi)).hasMatch(); // an invalid one would warn
 }
 
 ColumnMatcher::ColumnMatcher(const QRegularExpression &rx) : m_rx(rx) { }

@@ -177,6 +177,23 @@ private:
     int m_numLineGedFile = -1;
 };
 
+/// Tries one expression on the line texts of many entries. The forms that the program has for lines
+/// go without the expression engine, or reach it for few entries, with the same outcome.
+class LineMatcher
+{
+public:
+    explicit LineMatcher(const QRegularExpression &rx);
+
+    /// Whether lineText() matches.
+    [[nodiscard]] bool matches(const TwItem *twi) const;
+
+private:
+    QRegularExpression m_rx;
+    QString m_prefix; // what the line must begin with, if the expression asks for nothing else
+    bool m_beginsWithDigit = false; // and any digit in front of it
+    QString m_recordTag; // what the line must end with
+};
+
 /// Tries one expression on the columns of many entries, with the outcome of
 /// TwItem::getColumnIndexMatchRx. A file has few levels and tags: most of them are tried once.
 class ColumnMatcher

@@ -1005,6 +1005,13 @@ void TstQueries::generatedLines_data()
                                    u"2 SOUR @S"_s,
                                    u"^1 FILE$"_s,
                                    u"^2 SOUR.@S"_s,
+                                   u"^[0-9] FILE"_s,
+                                   u"^[0-9] SOUR @S1"_s,
+                                   u"^[0-9]"_s,
+                                   u"^[0-9]F"_s,
+                                   u"^0 @S[0-9]+@ SOUR$"_s,
+                                   u"^0 @S[0-9]+@ FILE$"_s,
+                                   u"^0 @S[0-9]+@ S[A-Z]+$"_s,
                                    u"FILE"_s,
                                    u"@S1@$"_s,
                                    u"^.?$"_s,
@@ -1019,9 +1026,12 @@ void TstQueries::generatedLines_data()
 void TstQueries::generatedLines()
 {
     QFETCH(const QString, pattern);
-    const QStringList levels{u"1"_s, u"2"_s, u""_s, u"1 "_s, u"12"_s, u"2 SOUR"_s, u"2 SOUR @"_s};
-    const QStringList tags{u"FILE"_s, u"SOUR"_s, u""_s, u"SOUR @S1@"_s, u" FILE"_s, u"FILE "_s};
-    const QStringList values{u"@S1@"_s,          u"@S"_s, u""_s, u" "_s, u"@S1@ B"_s, u"a.jpg"_s,
+    const QStringList levels{u"1"_s,      u"2"_s,        u""_s,  u"1 "_s,     u"12"_s,
+                             u"2 SOUR"_s, u"2 SOUR @"_s, u"0"_s, u"0 @S7@"_s, u"٣"_s};
+    const QStringList tags{u"FILE"_s, u"SOUR"_s,      u""_s,      u"SOUR @S1@"_s,
+                           u"@S1@"_s, u"@S1@ SOUR"_s, u" FILE"_s, u"FILE "_s};
+    const QStringList values{u"@S1@"_s,          u"@S"_s,   u""_s,     u" "_s,      u"@S1@ B"_s,
+                             u"a.jpg"_s,         u"SOUR"_s, u"FILE"_s, u"SOUR\n"_s, u"XSOUR"_s,
                              u"file\n1 FILE a"_s};
 
     Document document;
@@ -1054,6 +1064,9 @@ void TstQueries::generatedLines()
             QCOMPARE(matcher.firstColumn(twi), twi->getColumnIndexMatchRx(rx));
         }
         QCOMPARE(linesOf(root->getTabTwiChildsMatchReg(rx)), lines);
+        if (rx.isValid() && rx.match(lineText(root)).hasMatch())
+            lines.prepend(lineText(root));
+        QCOMPARE(linesOf(document.gedcom.getTabTotalTwItemsMatch(rx)), lines);
     }
 }
 
