@@ -188,6 +188,18 @@ QList<QTreeWidgetItem *> allRows(QTreeWidget *tree)
     return rows;
 }
 
+/// A row that loads.
+Row loadRow(const QString &name, Shape shape, int lines, double target)
+{
+    return {name, shape, lines, target, [](const QString &input, const Timed &timed) {
+                Document document(input);
+                timed([&] {
+                    document.load();
+                    return 0;
+                });
+            }};
+}
+
 /// A row that saves, after \p before.
 Row saveRow(const QString &name, Shape shape, int lines, double target,
             const Operation &before = Nothing)
@@ -366,13 +378,6 @@ QList<Row> floorRows(int lines)
 
 QList<Row> programRows(int lines)
 {
-    const auto load = [](const QString &input, const Timed &timed) {
-        Document document(input);
-        timed([&] {
-            document.load();
-            return 0;
-        });
-    };
     const auto openJournal = [lines](const QString &input, const Timed &timed) {
         Q_UNUSED(input)
         Gedcom gedcom;
@@ -399,7 +404,7 @@ QList<Row> programRows(int lines)
     };
 
     QList<Row> rows{
-        {u"load"_s, Shape::Family, lines, 1.15, load},
+        loadRow(u"load"_s, Shape::Family, lines, 1.15),
         family(u"CONC folding, none"_s, 0.5, fold(), fold()),
         family(u"CONC folding, 5.5 % of the lines"_s, 0, fold()),
         saveRow(u"save, nothing to cut"_s, Shape::Family, lines, 1.1),
@@ -449,13 +454,6 @@ QList<Row> programRows(int lines)
 
 QList<Row> awkwardRows(int lines)
 {
-    const auto load = [](const QString &input, const Timed &timed) {
-        Document document(input);
-        timed([&] {
-            document.load();
-            return 0;
-        });
-    };
     const Operation expand = [](Document &document) {
         document.tree.expandAll();
         QCoreApplication::processEvents();
@@ -470,7 +468,7 @@ QList<Row> awkwardRows(int lines)
         return document.gedcom.unConc();
     };
     return {
-        {u"one record of 20 %: load"_s, Shape::OneRecord, lines / 5, 0, load},
+        loadRow(u"one record of 20 %: load"_s, Shape::OneRecord, lines / 5, 0),
         saveRow(u"one record of 20 %: save"_s, Shape::OneRecord, lines / 5, 0),
         saveRow(u"one record with 5 % long lines: save"_s, Shape::LongLines, lines / 20, 0),
         operationRow(u"2 % correspondences, as many media"_s, Shape::Linked, 8 * media, 0, link(),

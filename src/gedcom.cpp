@@ -209,14 +209,6 @@ void renewRows(TwItem *parent)
         parent->addChild(child);
 }
 
-/// The root of the record that \p twi stands in, null if none of the entries above it reads as one.
-TwItem *rootOf(TwItem *twi)
-{
-    while (twi && !twi->isRoot())
-        twi = twi->getParent();
-    return twi;
-}
-
 /// Cuts the lines of \p entries with their rows out of the tree. Returns what is to be told of
 /// each, nothing of a deleted one.
 QList<QStringList> splitTogether(QTreeWidget *tree, const QList<TwItem *> &entries)
@@ -281,10 +273,19 @@ T remembered(QHash<TwItem *, T> &known, TwItem *twi, const Find &find)
     return *it;
 }
 
+/// The entries with a column equal to \p text.
+QList<TwItem *> entriesWithColumn(const QString &text, const QList<TwItem *> &entries)
+{
+    QList<TwItem *> matches;
+    std::copy_if(
+        entries.cbegin(), entries.cend(), std::back_inserter(matches),
+        [&text](const TwItem *twi) { return twi->getColumnIndexEqualString(text, true) >= 0; });
+    return matches;
+}
+
 using EntryIndex = QHash<QString, QList<TwItem *>>;
 
-/// Finds the entries of a list with a column equal to a text, as Gedcom::getTabTwItemsMatch does,
-/// but walks the list only for a text that is no identifier.
+/// Finds what entriesWithColumn() does, but walks the list only for a text that is no identifier.
 class ColumnIndex
 {
 public:
@@ -304,13 +305,7 @@ public:
 
     [[nodiscard]] QList<TwItem *> find(const QString &text) const
     {
-        if (text.startsWith(u'@'))
-            return m_byId.value(text);
-        QList<TwItem *> matches;
-        std::copy_if(
-            m_entries.cbegin(), m_entries.cend(), std::back_inserter(matches),
-            [&text](const TwItem *twi) { return twi->getColumnIndexEqualString(text, true) >= 0; });
-        return matches;
+        return text.startsWith(u'@') ? m_byId.value(text) : entriesWithColumn(text, m_entries);
     }
 
 private:
@@ -745,12 +740,7 @@ QList<TwItem *> Gedcom::getTabTotalTwItemsMatch(const QRegularExpression &rx)
 
 QList<TwItem *> Gedcom::getTabTwItemsMatch(QString strToSearch, QList<TwItem *> &liste) const
 {
-    QList<TwItem *> matches;
-    for (TwItem *twi : std::as_const(liste)) {
-        if (twi->getColumnIndexEqualString(strToSearch, true) >= 0)
-            matches.append(twi);
-    }
-    return matches;
+    return entriesWithColumn(strToSearch, liste);
 }
 
 QStringList Gedcom::getCommonTag(QStringList tagOneList, QStringList tagTwoList)
@@ -777,7 +767,7 @@ int Gedcom::setSpaceNames()
 
     const auto spaceName = [this](TwItem *twi) -> bool {
         // The record does not matter: a repository's name is spaced like a person's.
-        if (!twi->text(LevelColumn).startsWith(u'1') || !lineText(twi).startsWith("1 NAME "_L1))
+        if (!lineBeginsWith(twi, u"1 NAME "))
             return false;
         const int col = twi->getColumnIndexContainsString(u"/"_s, true);
         const QString twiTextCol = col == -1 ? QString() : twi->text(col);
@@ -1437,6 +1427,7 @@ void Gedcom::filterSourceDateDiff()
 
     // The first date of an event or source, empty unless it ends in a year.
     const LineMatcher dateLine(m_rxDate);
+    const LineMatcher nameLine(m_rxName);
     const auto readDate = [&](TwItem *twi) -> QString {
         const TwItem *twiDate = firstChildMatching(twi, dateLine);
         return twiDate ? twiDate->text(colAnnee.firstColumn(twiDate)) : QString();
@@ -1507,13 +1498,8 @@ void Gedcom::filterSourceDateDiff()
             return;
         shown.insert(twiIndiRoot);
         twiIndiRoot->setTwiHidden(false);
-        // The person's name.
-        const QList<TwItem *> rootChilds = twiIndiRoot->getTabTwiChilds(true);
-        const auto name = std::find_if(rootChilds.begin(), rootChilds.end(), [this](TwItem *twi) {
-            return m_rxName.match(lineText(twi)).hasMatch();
-        });
-        if (name != rootChilds.end())
-            (*name)->setTwiHidden(false);
+        if (TwItem *name = firstChildMatching(twiIndiRoot, nameLine))
+            name->setTwiHidden(false);
     };
 
     const auto compareDates = [&](TwItem *twiEvtSour) {

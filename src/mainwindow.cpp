@@ -51,7 +51,7 @@ void pickTag(const QTreeWidget *tree, QLineEdit *field)
     // the line of its identifier.
     if (!twi || twi->getTag() == NoTag)
         return;
-    const QString fullTag = twi->getFullTag().join(u'.');
+    const QString fullTag = fullTagText(twi);
     field->setText(field->text().isEmpty() ? fullTag : field->text() + u';' + fullTag);
 }
 
@@ -222,24 +222,12 @@ void MainWindow::on_cbFiltreSensible_stateChanged(int)
 
 void MainWindow::on_cbSourceDateDiff_stateChanged(int arg1)
 {
-    if (arg1 == Qt::Unchecked) {
-        ui->leRecherche->clear();
-        twiUnhideAll();
-        return;
-    }
-    hideAll();
-    m_gedcom.filterSourceDateDiff();
+    showFiltered(arg1, &Gedcom::filterSourceDateDiff);
 }
 
 void MainWindow::on_cbSourceMultiUse_stateChanged(int arg1)
 {
-    if (arg1 == Qt::Unchecked) {
-        ui->leRecherche->clear();
-        twiUnhideAll();
-        return;
-    }
-    hideAll();
-    m_gedcom.filterSourceMultiUse();
+    showFiltered(arg1, &Gedcom::filterSourceMultiUse);
 }
 
 void MainWindow::on_pickSrcTag_clicked()
@@ -529,8 +517,13 @@ qsizetype MainWindow::reverseHide()
     return count;
 }
 
-void MainWindow::hideAll()
+void MainWindow::showFiltered(int state, void (Gedcom::*filter)())
 {
+    if (state == Qt::Unchecked) {
+        ui->leRecherche->clear();
+        twiUnhideAll();
+        return;
+    }
     const QList<TwItem *> tabTwItemsRoot = m_gedcom.getTabTwItemsRoot();
     for (TwItem *root : tabTwItemsRoot) {
         root->setTwiHidden(true);
@@ -538,6 +531,7 @@ void MainWindow::hideAll()
         for (TwItem *twi : tabTwi)
             twi->setTwiHidden(true);
     }
+    (m_gedcom.*filter)();
 }
 
 void MainWindow::extraireIni()

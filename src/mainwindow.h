@@ -63,8 +63,9 @@ private:
     /// to them, and hides the others. Returns the number of those that are not hidden, as entries
     /// outside the tree never are.
     qsizetype reverseHide();
-    /// Hides all live entries.
-    void hideAll();
+    /// For a filter's box that is checked now hides all live entries and calls the filter, which
+    /// shows what it finds; for an unchecked one shows all and empties leRecherche.
+    void showFiltered(int state, void (Gedcom::*filter)());
     /// Presets the form from the parameter file, one item a line.
     void extraireIni();
     /// Applies one "key=value" item to the form. A text that begins with no key has no effect.

@@ -41,27 +41,6 @@ bool isDigit(QChar c)
     return c >= u'0' && c <= u'9';
 }
 
-/// Whether lineText() begins with \p prefix. The first column tells most lines apart.
-bool lineBeginsWith(const TwItem *twi, QStringView prefix)
-{
-    for (int column = 0; column < twi->columnCount(); ++column) {
-        if (column > 0) {
-            if (!prefix.startsWith(u' '))
-                return false;
-            prefix = prefix.sliced(1);
-            if (prefix.isEmpty())
-                return true;
-        }
-        const QString text = twi->text(column);
-        if (text.size() >= prefix.size())
-            return text.startsWith(prefix);
-        if (!prefix.startsWith(text))
-            return false;
-        prefix = prefix.sliced(text.size());
-    }
-    return false;
-}
-
 bool isContinuation(const QString &tag)
 {
     return tag == "CONT"_L1 || tag == "CONC"_L1;
@@ -622,9 +601,7 @@ void TwItem::placeChild(int twiIndex, TwItem *twiChild)
 
 QList<TwItem *> TwItem::recordsWithStaleList()
 {
-    TwItem *root = isRoot() ? this : getParent();
-    while (root && !root->isRoot())
-        root = root->getParent();
+    TwItem *root = rootOf(this);
     QList<TwItem *> records;
     if (root && root != this)
         records.append(root);
@@ -741,6 +718,33 @@ QString lineText(const TwItem *twi)
 QString bareFileName(const QString &path)
 {
     return path.mid(std::max(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\')) + 1);
+}
+
+bool lineBeginsWith(const TwItem *twi, QStringView prefix)
+{
+    for (int column = 0; column < twi->columnCount(); ++column) {
+        if (column > 0) {
+            if (!prefix.startsWith(u' '))
+                return false;
+            prefix = prefix.sliced(1);
+            if (prefix.isEmpty())
+                return true;
+        }
+        const QString text = twi->text(column);
+        if (text.size() >= prefix.size())
+            return text.startsWith(prefix);
+        if (!prefix.startsWith(text))
+            return false;
+        prefix = prefix.sliced(text.size());
+    }
+    return false;
+}
+
+TwItem *rootOf(TwItem *twi)
+{
+    while (twi && !twi->isRoot())
+        twi = twi->getParent();
+    return twi;
 }
 
 qint64 childLevel(const TwItem *twi)

@@ -219,6 +219,12 @@ private:
 /// The line of the file that the entry stands for: its columns joined with one blank.
 [[nodiscard]] QString lineText(const TwItem *twi);
 
+/// Whether lineText() begins with \p prefix. The first column tells most lines apart.
+[[nodiscard]] bool lineBeginsWith(const TwItem *twi, QStringView prefix);
+
+/// The root of the record that \p twi stands in, null if none of the entries above it reads as one.
+[[nodiscard]] TwItem *rootOf(TwItem *twi);
+
 /// The file name at the end of a path, whose folders are ended by "/" or by a backslash.
 [[nodiscard]] QString bareFileName(const QString &path);
 

@@ -1,4 +1,5 @@
 #include "boxes.h"
+#include "currentfolder.h"
 #include "debuglistener.h"
 #include "document.h"
 #include "filedialogs.h"
@@ -184,24 +185,6 @@ const QStringList Family{
 const QString FamilyWww = linked(u"a.jpg"_s, u"http://a.fr/1"_s, u"9"_s);
 const QString FamilyNote =
     noted(u"INDI.BIRT"_s, u"2 NOTE Source : http://a.fr/1"_s, u"@S1@"_s, u"6"_s);
-
-/// The current folder of the process, until it goes.
-class CurrentFolder
-{
-public:
-    explicit CurrentFolder(const QString &path) : m_before(QDir::currentPath())
-    {
-        QDir::setCurrent(path);
-    }
-    ~CurrentFolder()
-    {
-        QDir::setCurrent(m_before);
-    }
-    Q_DISABLE_COPY_MOVE(CurrentFolder)
-
-private:
-    QString m_before;
-};
 
 constexpr QFile::Permissions ForReading =
     QFile::ReadOwner | QFile::ReadUser | QFile::ReadGroup | QFile::ReadOther;

@@ -1,4 +1,5 @@
 #include "boxes.h"
+#include "currentfolder.h"
 #include "document.h"
 #include "fenjournal.h"
 #include "mainwindow.h"
@@ -250,24 +251,6 @@ private:
     }
 
     const QProgressBar *m_bar;
-};
-
-/// The folder is the current one while this lives.
-class CurrentFolder
-{
-public:
-    explicit CurrentFolder(const QString &folder) : m_former(QDir::currentPath())
-    {
-        QDir::setCurrent(folder);
-    }
-    ~CurrentFolder()
-    {
-        QDir::setCurrent(m_former);
-    }
-    Q_DISABLE_COPY_MOVE(CurrentFolder)
-
-private:
-    QString m_former;
 };
 
 /// Something beside the executable that cannot be read as a file of the name, while it lives.

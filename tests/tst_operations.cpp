@@ -1,4 +1,5 @@
 #include "boxes.h"
+#include "currentfolder.h"
 #include "document.h"
 #include "testmain.h"
 #include "window.h"
@@ -8,7 +9,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
-#include <QScopeGuard>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -89,9 +89,7 @@ void TstOperations::cases()
         writeBytes(session.path(it.key()), it.value());
     }
     QVERIFY(QDir().mkdir(session.path(u"choix"_s)));
-    const QString former = QDir::currentPath();
-    QDir::setCurrent(session.folder());
-    const auto goBack = qScopeGuard([&former] { QDir::setCurrent(former); });
+    const CurrentFolder current(session.folder());
 
     session.window->show();
     const QByteArray before = readBytes(path + ".avant.ged"_L1);

@@ -1,4 +1,5 @@
 #include "boxes.h"
+#include "currentfolder.h"
 #include "document.h"
 #include "testmain.h"
 #include "window.h"
@@ -22,7 +23,7 @@ const QString Kept = QStringLiteral(TEST_DATA "/exemple/");
 class FamilySession : public Session
 {
 public:
-    FamilySession() : Session(readBytes(Samples + "PARAM.INI"_L1)), m_former(QDir::currentPath())
+    FamilySession() : Session(readBytes(Samples + "PARAM.INI"_L1)), m_current(folder())
     {
         QStringList names = medias();
         names.replaceInStrings(QRegularExpression(u"^"_s), u"medias/"_s);
@@ -31,23 +32,16 @@ public:
             QVERIFY(QDir(folder()).mkdir(sub));
         for (const QString &name : std::as_const(names))
             writeBytes(path(name), readBytes(Samples + name));
-        QDir::setCurrent(folder());
         window->show();
         open(path(u"famille.ged"_s));
     }
-    ~FamilySession()
-    {
-        QDir::setCurrent(m_former);
-    }
-    Q_DISABLE_COPY_MOVE(FamilySession)
-
     static QStringList medias()
     {
         return QDir(Samples + "medias"_L1).entryList(QDir::Files, QDir::Name);
     }
 
 private:
-    QString m_former;
+    CurrentFolder m_current;
 };
 
 } // namespace

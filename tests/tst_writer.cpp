@@ -1,4 +1,5 @@
 #include "boxes.h"
+#include "currentfolder.h"
 #include "document.h"
 #include "filedialogs.h"
 #include "markingtranslator.h"
@@ -130,25 +131,6 @@ QStringList listing(const QString &folder, const Archived &archived)
     entries.sort();
     return entries;
 }
-
-/// Makes the folder the current one while it lives, so that a user who may not enter the folders
-/// above can still work in it.
-class CurrentFolder
-{
-public:
-    explicit CurrentFolder(const QString &folder) : m_former(QDir::currentPath())
-    {
-        QDir::setCurrent(folder);
-    }
-    ~CurrentFolder()
-    {
-        QDir::setCurrent(m_former);
-    }
-    Q_DISABLE_COPY_MOVE(CurrentFolder)
-
-private:
-    QString m_former;
-};
 
 constexpr QFile::Permissions ForReading =
     QFile::ReadOwner | QFile::ReadUser | QFile::ReadGroup | QFile::ReadOther;
