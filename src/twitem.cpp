@@ -46,6 +46,17 @@ bool isContinuation(const QString &tag)
     return tag == "CONT"_L1 || tag == "CONC"_L1;
 }
 
+/// A string equal to \p text, one for all entries that have the same level or tag: a file has few
+/// of them, and what is shared needs no memory of its own and stays in the caches.
+QString sharedString(QStringView text)
+{
+    static std::array<QString, 256> known; // each at the place that its characters say
+    QString &found = known.at(qHash(text) % known.size());
+    if (found != text)
+        found = text.toString();
+    return found;
+}
+
 /// What is cut off a line.
 struct Rest
 {
@@ -197,17 +208,17 @@ QStringList TwItem::getValuesListFromLine(QString line) const
 
     // The level is one character and no more, and what follows it is dropped unseen: "12 NOTE x" is
     // a line of level 1 with an empty tag.
-    list.append(line.left(1));
+    list.append(sharedString(QStringView(line).first(1)));
     const QStringView rest = QStringView(line).mid(2);
     if (rest.isEmpty())
         return list;
 
     const qsizetype blank = rest.indexOf(u' ');
     if (blank == -1) {
-        list.append(rest.toString());
+        list.append(sharedString(rest));
         return list;
     }
-    list.append(rest.first(blank).toString());
+    list.append(sharedString(rest.first(blank)));
     const QStringView value = rest.sliced(blank + 1);
     if (!value.isEmpty())
         list.append(value.toString());
