@@ -55,6 +55,16 @@ void pickTag(const QTreeWidget *tree, QLineEdit *field)
     field->setText(field->text().isEmpty() ? fullTag : field->text() + u';' + fullTag);
 }
 
+/// Hides the rows of the records \p roots and all below them, or shows them but for the deleted.
+void setRecordsHidden(const QList<TwItem *> &roots, bool hide)
+{
+    // Last to first: the framework frees what it knows of hidden rows faster in this order.
+    for (auto it = roots.crbegin(); it != roots.crend(); ++it) {
+        (*it)->setTwiChildsHidden(hide);
+        (*it)->setTwiHidden(hide);
+    }
+}
+
 } // namespace
 
 MainWindow::MainWindow(QWidget *parent)
@@ -470,10 +480,7 @@ void MainWindow::eraseSettingsValues()
 
 void MainWindow::twiUnhideAll()
 {
-    const QList<TwItem *> tabTotalTwItems = m_gedcom.getTabTotalTwItems();
-    // Last to first: the framework frees what it knows of hidden rows faster in this order.
-    for (auto it = tabTotalTwItems.crbegin(); it != tabTotalTwItems.crend(); ++it)
-        (*it)->setTwiHidden(false);
+    setRecordsHidden(m_gedcom.getTabTwItemsRoot(), false);
 }
 
 qsizetype MainWindow::reverseHide()
@@ -524,13 +531,7 @@ void MainWindow::showFiltered(int state, void (Gedcom::*filter)())
         twiUnhideAll();
         return;
     }
-    const QList<TwItem *> tabTwItemsRoot = m_gedcom.getTabTwItemsRoot();
-    for (TwItem *root : tabTwItemsRoot) {
-        root->setTwiHidden(true);
-        const QList<TwItem *> tabTwi = root->getTabTwiChilds(false); // deleted ones are hidden
-        for (TwItem *twi : tabTwi)
-            twi->setTwiHidden(true);
-    }
+    setRecordsHidden(m_gedcom.getTabTwItemsRoot(), true);
     (m_gedcom.*filter)();
 }
 

@@ -10,6 +10,8 @@
 
 #include <array>
 
+class QTreeWidget;
+
 // The columns of an entry. A section node has its label and the number of its records instead.
 inline constexpr int LevelColumn = 0;
 inline constexpr int TagColumn = 1; // or the identifier of a record
@@ -109,6 +111,10 @@ public:
     /// Hides or shows the row. A deleted entry is never shown again.
     void setTwiHidden(bool hide);
 
+    /// Does what setTwiHidden() does for all descendants in the tree, which is faster than to look
+    /// for the row of each.
+    void setTwiChildsHidden(bool hide);
+
     /// Marks the entry as deleted, for good, and hides its row; with \p del false only hides it.
     /// False, with nothing changed, if it is marked already.
     bool setDelete(bool del);
@@ -167,6 +173,7 @@ private:
     /// The entries above whose list no longer is what the tree holds, once a child has been placed
     /// here: normally the root.
     [[nodiscard]] QList<TwItem *> recordsWithStaleList();
+    void setRowsHidden(QTreeWidget *tree, const QModelIndex &index, bool hide);
     void regenerateRootChilds(TwItem *twiRoot);
     void listChilds(TwItem *twiRoot, TwItem *currentTwi);
     void setIco(const QIcon &ico);
