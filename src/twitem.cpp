@@ -498,13 +498,7 @@ bool TwItem::isTagMatch(QStringList fullTagsList)
 
 QList<TwItem *> TwItem::getTabTwiChildsMatchReg(QRegularExpression rx)
 {
-    QList<TwItem *> matches;
-    const LineMatcher matcher(rx);
-    for (TwItem *twi : std::as_const(m_tabTwiChilds)) {
-        if (!twi->m_toDelete && matcher.matches(twi))
-            matches.append(twi);
-    }
-    return matches;
+    return childsMatching(this, LineMatcher(rx));
 }
 
 void TwItem::getChildsListFromFullTag(QStringList fullTag, QList<TwItem *> *listTwiMatch,
@@ -667,7 +661,39 @@ void TwItem::setIco(const QIcon &ico)
     setIcon(LevelColumn, ico);
 }
 
-LineMatcher::LineMatcher(const QRegularExpression &rx) : m_rx(rx)
+NumberedForm::NumberedForm(const QRegularExpression &rx)
+{
+    if (rx.patternOptions() != QRegularExpression::NoPatternOption)
+        return;
+    static const QRegularExpression form(uR"(^\^([0-9A-Z@ ]+)\[0-9\]\+([A-Z@ ]+)\$$)"_s);
+    const QRegularExpressionMatch match = form.match(rx.pattern());
+    m_begin = match.captured(1);
+    m_end = match.captured(2);
+}
+
+bool NumberedForm::isEmpty() const
+{
+    return m_begin.isEmpty();
+}
+
+QString NumberedForm::end() const
+{
+    return m_end;
+}
+
+bool NumberedForm::matches(QStringView text) const
+{
+    // "$" also matches in front of a final line feed.
+    if (text.endsWith(u'\n'))
+        text.chop(1);
+    const qsizetype digits = text.size() - m_begin.size() - m_end.size();
+    if (digits < 1 || !text.startsWith(m_begin) || !text.endsWith(m_end))
+        return false;
+    text = text.sliced(m_begin.size(), digits);
+    return std::all_of(text.begin(), text.end(), isDigit);
+}
+
+LineMatcher::LineMatcher(const QRegularExpression &rx) : m_rx(rx), m_record(rx)
 {
     const QString pattern = rx.pattern();
     if (rx.patternOptions() != QRegularExpression::NoPatternOption || !pattern.startsWith(u'^'))
@@ -681,9 +707,7 @@ LineMatcher::LineMatcher(const QRegularExpression &rx) : m_rx(rx)
     });
     if (plain)
         m_prefix = prefix.toString();
-    // "^0 @S[0-9]+@ SOUR$", as the program has them for records, and no freer form.
-    static const QRegularExpression record(uR"(^\^0 @[A-Z]\[0-9\]\+@ ([A-Z]+)\$$)"_s);
-    m_recordTag = record.match(pattern).captured(1);
+    m_recordTag = m_record.end().section(u' ', -1);
 }
 
 bool LineMatcher::matches(const TwItem *twi) const
@@ -695,16 +719,26 @@ bool LineMatcher::matches(const TwItem *twi) const
         return !level.isEmpty() && isDigit(level.front())
             && lineBeginsWith(twi, level.front() + m_prefix);
     }
-    if (!m_recordTag.isEmpty()) {
-        // "$" also matches in front of a final line feed.
+    if (!m_record.isEmpty()) {
         const QString last = twi->text(twi->columnCount() - 1);
         if (!last.endsWith(m_recordTag) && !last.endsWith(u'\n'))
             return false;
+        return m_record.matches(lineText(twi));
     }
     return m_rx.isValid() && m_rx.match(lineText(twi)).hasMatch(); // an invalid one would warn
 }
 
-ColumnMatcher::ColumnMatcher(const QRegularExpression &rx) : m_rx(rx) { }
+QList<TwItem *> childsMatching(TwItem *twi, const LineMatcher &matcher)
+{
+    QList<TwItem *> matches;
+    const QList<TwItem *> tabTwi = twi->getTabTwiChilds(false);
+    std::copy_if(
+        tabTwi.begin(), tabTwi.end(), std::back_inserter(matches),
+        [&matcher](TwItem *child) { return !child->isToDelete() && matcher.matches(child); });
+    return matches;
+}
+
+ColumnMatcher::ColumnMatcher(const QRegularExpression &rx) : m_rx(rx), m_id(rx) { }
 
 int ColumnMatcher::firstColumn(const TwItem *twi)
 {
@@ -719,6 +753,8 @@ int ColumnMatcher::firstColumn(const TwItem *twi)
 
 bool ColumnMatcher::matches(const QString &text)
 {
+    if (!m_id.isEmpty())
+        return m_id.matches(text);
     if (text.isEmpty() || text.size() > MaxKnownSize)
         return m_rx.match(text).hasMatch();
     Known &known = m_known.at(qHash(text) % m_known.size());

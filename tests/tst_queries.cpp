@@ -1012,6 +1012,12 @@ void TstQueries::generatedLines_data()
                                    u"^0 @S[0-9]+@ SOUR$"_s,
                                    u"^0 @S[0-9]+@ FILE$"_s,
                                    u"^0 @S[0-9]+@ S[A-Z]+$"_s,
+                                   u"^@S[0-9]+@$"_s,
+                                   u"^@S[0-9]+$"_s,
+                                   u"^@S[0-9]+@"_s,
+                                   u"^@S[0-9]*@$"_s,
+                                   u"^@S[0-9]+@@$"_s,
+                                   u"^@S1[0-9]+@$"_s,
                                    u"FILE"_s,
                                    u"@S1@$"_s,
                                    u"^.?$"_s,
@@ -1030,9 +1036,11 @@ void TstQueries::generatedLines()
                              u"2 SOUR"_s, u"2 SOUR @"_s, u"0"_s, u"0 @S7@"_s, u"٣"_s};
     const QStringList tags{u"FILE"_s, u"SOUR"_s,      u""_s,      u"SOUR @S1@"_s,
                            u"@S1@"_s, u"@S1@ SOUR"_s, u" FILE"_s, u"FILE "_s};
-    const QStringList values{u"@S1@"_s,          u"@S"_s,   u""_s,     u" "_s,      u"@S1@ B"_s,
-                             u"a.jpg"_s,         u"SOUR"_s, u"FILE"_s, u"SOUR\n"_s, u"XSOUR"_s,
-                             u"file\n1 FILE a"_s};
+    const QStringList values{
+        u"@S1@"_s,           u"@S"_s,     u""_s,       u" "_s,        u"@S1@ B"_s,
+        u"a.jpg"_s,          u"SOUR"_s,   u"FILE"_s,   u"SOUR\n"_s,   u"XSOUR"_s,
+        u"file\n1 FILE a"_s, u"@S12@"_s,  u"@S1@\n"_s, u"@S1@\n\n"_s, u"@S@"_s,
+        u"@S1@2@"_s,         u"@S1a2@"_s, u" @S1@"_s,  u"@S٣@"_s};
 
     Document document;
     QVERIFY(document.load({u"0 @S1@ SOUR"_s, u"1 TITL x"_s}));
