@@ -27,6 +27,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -247,8 +248,9 @@ TwItem *insertEntry(TwItem *parent, const QString &text, int index = -1)
 QList<TwItem *> childsMatching(const QList<TwItem *> &roots, const QRegularExpression &rx)
 {
     QList<TwItem *> matches;
+    const LineMatcher matcher(rx);
     for (TwItem *root : roots)
-        matches += root->getTabTwiChildsMatchReg(rx);
+        matches += childsMatching(root, matcher);
     return matches;
 }
 
@@ -261,16 +263,6 @@ TwItem *firstChildMatching(TwItem *twi, const LineMatcher &matcher)
         return !child->isToDelete() && matcher.matches(child);
     });
     return match == tabTwi.end() ? nullptr : *match;
-}
-
-/// What \p find says of \p twi, which is asked once for each entry.
-template <typename T, typename Find>
-T remembered(QHash<TwItem *, T> &known, TwItem *twi, const Find &find)
-{
-    auto it = known.find(twi);
-    if (it == known.end())
-        it = known.insert(twi, find(twi));
-    return *it;
 }
 
 /// The entries with a column equal to \p text.
@@ -289,8 +281,14 @@ using EntryIndex = QHash<QString, QList<TwItem *>>;
 class ColumnIndex
 {
 public:
-    explicit ColumnIndex(const QList<TwItem *> &entries) : m_entries(entries)
+    explicit ColumnIndex(const QList<TwItem *> &entries = {})
     {
+        append(entries);
+    }
+
+    void append(const QList<TwItem *> &entries)
+    {
+        m_entries += entries;
         for (TwItem *twi : entries) {
             for (int column = 0; column < twi->columnCount(); ++column) {
                 const QString text = twi->text(column);
@@ -313,18 +311,17 @@ private:
     EntryIndex m_byId;
 };
 
-/// The source records by each identifier that their line text contains, in the order of the list. A
-/// text "@S1@S2@" contains two.
-EntryIndex indexBySourceId(const QList<TwItem *> &roots)
+/// Each identifier of the form \p id that the line text contains. A text "@S1@S2@" contains two.
+QStringList idsIn(const TwItem *twi, const NumberedForm &id)
 {
-    static const QRegularExpression rxId(uR"(@S[0-9]+(?=@))"_s);
-    EntryIndex index;
-    for (TwItem *root : roots) {
-        QRegularExpressionMatchIterator it = rxId.globalMatch(lineText(root));
-        while (it.hasNext())
-            index[it.next().captured() + u'@'].append(root);
+    QStringList ids;
+    const QStringList pieces = lineText(twi).split(u'@');
+    for (qsizetype i = 1; i < pieces.size() - 1; ++i) {
+        const QString text = u'@' + pieces.at(i) + u'@';
+        if (id.matches(text))
+            ids.append(text);
     }
-    return index;
+    return ids;
 }
 
 /// The entries by the file name at the end of each of their columns, in the order of the list. An
@@ -1389,61 +1386,114 @@ void Gedcom::filterSourceDateDiff()
     const QList<TwItem *> listTwiRootSour = getTabTwItemsRootMatch(m_rxIdSour, true, false);
     const QList<TwItem *> listTwiRootIndi = getTabTwItemsRootMatch(m_rxIdIndi, true, false);
     const QList<TwItem *> listTwiRootFam = getTabTwItemsRootMatch(m_rxIdFam, true, false);
-    const QList<TwItem *> listTwiIndiAndFam =
-        childsMatching(listTwiRootIndi + listTwiRootFam, m_rx2Sour);
-    int count = 0;
-    int pbcount = 0;
-    const QBrush b(Qt::red, Qt::SolidPattern);
 
-    const PausedLayout pausedLayout(m_treeWidget);
-    m_progress->setVisible(true);
-    m_progress->setRange(0, int(listTwiIndiAndFam.size()));
-    QCoreApplication::processEvents();
-
-    // What is found once is known until an event starts a run, which can change entries.
-    struct Period
-    {
-        QString evtDate;
-        int evtStartDate = 0;
-        int evtEndDate = 0; // 0: there is none to be compared
-    };
-    struct Known
-    {
-        EntryIndex sources;
-        ColumnIndex indis;
-        QHash<TwItem *, Period> periods; // by event
-        QHash<TwItem *, QString> sourceDates;
-        QHash<TwItem *, TwItem *> husbandLinks; // by family
-    };
-    const auto lookAfresh = [&]() -> Known {
-        return {indexBySourceId(listTwiRootSour), ColumnIndex(listTwiRootIndi), {}, {}, {}};
-    };
-    Known known = lookAfresh();
-    QSet<TwItem *> shown; // since the last events, which can hide rows again
-
+    const LineMatcher dateLine(m_rxDate);
+    const LineMatcher nameLine(m_rxName);
     // Where no column matches, text(-1) is empty.
     ColumnMatcher colAnnee(m_rxAnnee);
     ColumnMatcher colIdSour(m_rxColIdSour);
-
     // The first date of an event or source, empty unless it ends in a year.
-    const LineMatcher dateLine(m_rxDate);
-    const LineMatcher nameLine(m_rxName);
     const auto readDate = [&](TwItem *twi) -> QString {
         const TwItem *twiDate = firstChildMatching(twi, dateLine);
         return twiDate ? twiDate->text(colAnnee.firstColumn(twiDate)) : QString();
     };
 
+    const NumberedForm sourceId(m_rxColIdSour);
+    // By the identifiers in its line. The first one that is not deleted counts, whatever its date.
+    const auto readSourceDates = [&]() -> QHash<QString, std::optional<int>> {
+        QHash<QString, std::optional<int>> sourDates;
+        for (TwItem *source : listTwiRootSour) {
+            if (source->isToDelete())
+                continue;
+            // Unlike the event's date, this one is read as a whole: with a day or a month it is 0,
+            // and so disagrees.
+            const QString date = readDate(source);
+            const auto sourDate = date.isEmpty() ? std::nullopt : std::optional(date.toInt());
+            const QStringList ids = idsIn(source, sourceId);
+            for (const QString &id : ids) {
+                if (!sourDates.contains(id))
+                    sourDates.insert(id, sourDate);
+            }
+        }
+        return sourDates;
+    };
+
+    struct Period
+    {
+        TwItem *event = nullptr;
+        QString evtDate;
+        int evtStartDate = 0;
+        int evtEndDate = 0; // 0: there is none to be compared
+    };
     const auto readPeriod = [&](TwItem *event) -> Period {
         const QString evtDate = readDate(event);
         if (evtDate.startsWith("FROM "_L1)) {
             const QRegularExpressionMatch years = m_rxCatchAnnees.match(evtDate);
             if (years.lastCapturedIndex() == 2)
-                return {evtDate, years.captured(1).toInt(), years.captured(2).toInt()};
+                return {event, evtDate, years.captured(1).toInt(), years.captured(2).toInt()};
         }
         // A year without a blank in front of it is passed over.
         const QRegularExpressionMatch year = m_rxCatchAnnee.match(evtDate);
         const int annee = year.captured(1).toInt();
-        return {evtDate, annee, annee};
+        return {event, evtDate, annee, annee};
+    };
+
+    struct Comparison
+    {
+        bool disagrees = false;
+        QString evtDate;
+        int sourDate = 0;
+    };
+    // What has been read, until an event starts a run, which can change entries.
+    struct Known
+    {
+        QHash<QString, std::optional<int>> sourDates;
+        Period period; // of the event read last: its citations follow each other
+        QList<Comparison> comparisons; // one for each of listTwiIndiAndFam
+        QHash<TwItem *, TwItem *> husbandLinks; // by family
+        std::optional<ColumnIndex> indis; // seldom needed
+    };
+    Known known;
+    const auto compareDates = [&](TwItem *twiEvtSour) -> Comparison {
+        TwItem *event = twiEvtSour->getParent();
+        if (event != known.period.event)
+            known.period = readPeriod(event);
+        const Period &period = known.period;
+        if (period.evtEndDate == 0)
+            return {};
+        const QString idSour = twiEvtSour->text(colIdSour.firstColumn(twiEvtSour));
+        const std::optional<int> sourDate = known.sourDates.value(idSour);
+        if (!sourDate)
+            return {};
+        const bool disagrees = *sourDate < period.evtStartDate || *sourDate > period.evtEndDate;
+        return {disagrees, period.evtDate, *sourDate};
+    };
+    const auto compareAll = [&](const QList<TwItem *> &citations) {
+        for (TwItem *twiEvtSour : citations)
+            known.comparisons.append(compareDates(twiEvtSour));
+    };
+
+    // Citations are compared as they are found, record by record: the entries of a large file are
+    // too many for the caches, and each one read again later would be as slow as the first time.
+    QList<TwItem *> listTwiIndiAndFam;
+    known.sourDates = readSourceDates();
+    const LineMatcher sourLine(m_rx2Sour);
+    for (TwItem *root : listTwiRootIndi + listTwiRootFam) {
+        const QList<TwItem *> citations = childsMatching(root, sourLine);
+        listTwiIndiAndFam += citations;
+        compareAll(citations);
+    }
+
+    QSet<TwItem *> shown; // since the last events, which can hide rows again
+    qsizetype journalSize = m_journal->size(); // a run that changes entries adds to it
+    const auto lookAfresh = [&] {
+        shown.clear();
+        if (m_journal->size() == journalSize)
+            return;
+        journalSize = m_journal->size();
+        known = {};
+        known.sourDates = readSourceDates();
+        compareAll(listTwiIndiAndFam);
     };
 
     // Where a family's disagreement is shown, since a reader of the tree looks for people.
@@ -1455,7 +1505,9 @@ void Gedcom::filterSourceDateDiff()
         if (husb == famChilds.end())
             return nullptr;
         const QString idHusb = (*husb)->text((*husb)->getColumnIndexContainsString(u"@I"_s, true));
-        TwItem *husband = known.indis.find(idHusb).value(0);
+        if (!known.indis)
+            known.indis.emplace(listTwiRootIndi);
+        TwItem *husband = known.indis->find(idHusb).value(0);
         if (!husband)
             return nullptr;
         const QList<TwItem *> indiChilds = husband->getTabTwiChilds(true);
@@ -1470,20 +1522,23 @@ void Gedcom::filterSourceDateDiff()
         const int indexColFam = root->getColumnIndexMatchRx(m_rxColIdFam);
         if (indexColFam == -1)
             return nullptr;
-        return remembered(known.husbandLinks, root, [&](TwItem *family) {
-            return findHusbandLink(family, family->text(indexColFam));
-        });
+        auto link = known.husbandLinks.find(root);
+        if (link == known.husbandLinks.end())
+            link = known.husbandLinks.insert(root, findHusbandLink(root, root->text(indexColFam)));
+        return *link;
     };
 
-    const auto flag = [&](TwItem *twiEvtSour, const QString &evtDate, int sourDate) {
+    int count = 0;
+    const QBrush b(Qt::red, Qt::SolidPattern);
+    const auto flag = [&](TwItem *twiEvtSour, const Comparison &comparison) {
         ++count;
         TwItem *root = rootOf(twiEvtSour);
         if (TwItem *link = root ? husbandLink(root) : nullptr)
             twiEvtSour = link;
         twiEvtSour->setBackground(LevelColumn, b);
-        twiEvtSour->setToolTip(
-            LevelColumn,
-            tr("Date évènement : %1\r\nDate source : %2").arg(evtDate, QString::number(sourDate)));
+        twiEvtSour->setToolTip(LevelColumn,
+                               tr("Date évènement : %1\r\nDate source : %2")
+                                   .arg(comparison.evtDate, QString::number(comparison.sourDate)));
         twiEvtSour->setTwiHidden(false);
 
         TwItem *twiIndiRoot = twiEvtSour->getParent();
@@ -1502,34 +1557,18 @@ void Gedcom::filterSourceDateDiff()
             name->setTwiHidden(false);
     };
 
-    const auto compareDates = [&](TwItem *twiEvtSour) {
-        const Period period = remembered(known.periods, twiEvtSour->getParent(), readPeriod);
-        if (period.evtEndDate == 0)
-            return;
-        const QString idSour = twiEvtSour->text(colIdSour.firstColumn(twiEvtSour));
-        const QList<TwItem *> sources = known.sources.value(idSour);
-        const auto source = std::find_if(sources.begin(), sources.end(),
-                                         [](TwItem *twi) { return !twi->isToDelete(); });
-        if (source == sources.end())
-            return;
-        const QString date = remembered(known.sourceDates, *source, readDate);
-        if (date.isEmpty())
-            return;
-        // Unlike the event's date, this one is read as a whole: with a day or a month it is 0, and
-        // so disagrees.
-        const int sourDate = date.toInt();
-        if (sourDate < period.evtStartDate || sourDate > period.evtEndDate)
-            flag(twiEvtSour, period.evtDate, sourDate);
-    };
-
-    for (TwItem *twiEvtSour : listTwiIndiAndFam) {
-        const qsizetype journalSize = m_journal->size(); // a run that changes entries adds to it
-        if (showProgress(m_progress, ++pbcount)) {
-            shown.clear();
-            if (m_journal->size() != journalSize)
-                known = lookAfresh();
-        }
-        compareDates(twiEvtSour);
+    const PausedLayout pausedLayout(m_treeWidget);
+    m_progress->setVisible(true);
+    m_progress->setRange(0, int(listTwiIndiAndFam.size()));
+    QCoreApplication::processEvents();
+    lookAfresh();
+    int pbcount = 0;
+    for (qsizetype i = 0; i < listTwiIndiAndFam.size(); ++i) {
+        if (showProgress(m_progress, ++pbcount))
+            lookAfresh();
+        const Comparison &comparison = known.comparisons.at(i);
+        if (comparison.disagrees)
+            flag(listTwiIndiAndFam.at(i), comparison);
     }
 
     m_progress->setVisible(false);
@@ -1541,30 +1580,47 @@ void Gedcom::filterSourceMultiUse()
     m_status->showMessage(tr("Recherche des sources utilisées plusieurs fois"), 0);
     const QList<TwItem *> listTwiRootSour = getTabTwItemsRootMatch(m_rxIdSour, true, false);
     const QList<TwItem *> listTwiRootIndi = getTabTwItemsRootMatch(m_rxIdIndi, true, false);
-    const QList<TwItem *> listTwiSourIndi = childsMatching(listTwiRootIndi, m_rx2Sour);
-    const QBrush b(Qt::red, Qt::SolidPattern);
-    int occuCount = 0;
-    int pbcount = 0;
 
-    const PausedLayout pausedLayout(m_treeWidget);
-    m_progress->setVisible(true);
-    m_progress->setRange(0, int(listTwiRootSour.size()));
-    QCoreApplication::processEvents();
-
-    ColumnIndex citations(listTwiSourIndi);
-    QHash<TwItem *, TwItem *> dates; // until an event starts a run, which can change entries
-    QSet<TwItem *> shown; // records, since the last events, which can hide rows again
-
+    // What has been read, until an event starts a run, which can change entries.
+    ColumnIndex citations;
+    QHash<TwItem *, QStringList> dates; // by event the columns of its first date
     const LineMatcher dateLine(m_rxDate);
-    const auto sameDate = [&](TwItem *indiSourA, TwItem *indiSourB) -> bool {
-        const auto findDate = [&](TwItem *event) { return firstChildMatching(event, dateLine); };
-        const TwItem *indiSourADate = remembered(dates, indiSourA, findDate);
-        const TwItem *indiSourBDate = remembered(dates, indiSourB, findDate);
-        return indiSourADate && indiSourBDate
-            && (indiSourADate == indiSourBDate
-                || indiSourADate->getTwiValuesList() == indiSourBDate->getTwiValuesList());
+    const auto readDate = [&](TwItem *event) -> QStringList {
+        const TwItem *date = firstChildMatching(event, dateLine);
+        return date ? date->getTwiValuesList() : QStringList();
+    };
+    const auto readCitations = [&](const QList<TwItem *> &found) {
+        citations.append(found);
+        for (TwItem *citation : found) {
+            TwItem *event = citation->getParent();
+            if (!dates.contains(event))
+                dates.insert(event, readDate(event));
+        }
     };
 
+    // Record by record, for the reason told in filterSourceDateDiff().
+    QList<TwItem *> listTwiSourIndi;
+    const LineMatcher sourLine(m_rx2Sour);
+    for (TwItem *root : listTwiRootIndi) {
+        const QList<TwItem *> found = childsMatching(root, sourLine);
+        listTwiSourIndi += found;
+        readCitations(found);
+    }
+
+    QSet<TwItem *> shown; // records, since the last events, which can hide rows again
+    qsizetype journalSize = m_journal->size(); // a run that changes entries adds to it
+    const auto lookAfresh = [&] {
+        shown.clear();
+        if (m_journal->size() == journalSize)
+            return;
+        journalSize = m_journal->size();
+        citations = ColumnIndex();
+        dates.clear();
+        readCitations(listTwiSourIndi);
+    };
+
+    const QBrush b(Qt::red, Qt::SolidPattern);
+    int occuCount = 0;
     const auto flag = [&](TwItem *event) {
         event->setBackground(LevelColumn, b);
         event->setTwiHidden(false);
@@ -1576,23 +1632,29 @@ void Gedcom::filterSourceMultiUse()
         showRows(root->getTabTwiChilds(false)); // the whole record
     };
 
+    const PausedLayout pausedLayout(m_treeWidget);
+    m_progress->setVisible(true);
+    m_progress->setRange(0, int(listTwiRootSour.size()));
+    QCoreApplication::processEvents();
+    lookAfresh();
+    int pbcount = 0;
     // The last source of the file is left out.
     for (qsizetype iSour = 0; iSour < listTwiRootSour.size() - 1; ++iSour) {
-        const qsizetype journalSize = m_journal->size(); // a run that changes entries adds to it
-        if (showProgress(m_progress, ++pbcount)) {
-            shown.clear();
-            if (m_journal->size() != journalSize) {
-                citations = ColumnIndex(listTwiSourIndi);
-                dates.clear();
-            }
-        }
+        if (showProgress(m_progress, ++pbcount))
+            lookAfresh();
         const QString curSourId = listTwiRootSour.at(iSour)->text(TagColumn);
         const QList<TwItem *> IndiSourDuplicated = citations.find(curSourId);
+        if (IndiSourDuplicated.size() < 2)
+            continue;
+        TwItem *indiSourA = IndiSourDuplicated.constFirst()->getParent();
+        const QStringList indiSourADate = dates.value(indiSourA);
+        if (indiSourADate.isEmpty())
+            continue;
         // The first one with each of the others, which are not compared among themselves.
         for (qsizetype i = 1; i < IndiSourDuplicated.size(); ++i) {
-            TwItem *indiSourA = IndiSourDuplicated.constFirst()->getParent();
             TwItem *indiSourB = IndiSourDuplicated.at(i)->getParent();
-            if (!sameDate(indiSourA, indiSourB))
+            const QStringList indiSourBDate = dates.value(indiSourB);
+            if (indiSourADate != indiSourBDate)
                 continue;
             ++occuCount;
             flag(indiSourA);
