@@ -433,6 +433,7 @@ private slots:
     void familyChangedInTheMidst();
     void personsComeBeforeFamilies();
     void recordLosesItsRootInTheMidst();
+    void changedAndHiddenTwice();
     void rowsHiddenInTheMidst();
     void generatedDocuments_data();
     void generatedDocuments();
@@ -933,6 +934,15 @@ void TstDatefilter::replacedTexts_data()
                     u"+2 DATE 12 MAR 1805"_s, u"*2 SOUR @S9@ @S1@ | 12 MAR 1805 | 1840"_s}
             + s1,
         1);
+    row("another id in a column of the citation, which comes first",
+        QStringList{u" 0 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/"_s, u" 1 BIRT"_s,
+                    u" 2 DATE 12 MAR 1805"_s, u" 2 @S3@ @S1@"_s}
+            + s1 + source(3, u"1850"_s),
+        {u"2"_s, u"2 SOUR"_s, u"ERREUR"_s},
+        QStringList{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u"+1 BIRT"_s,
+                    u"+2 DATE 12 MAR 1805"_s, u"*2 SOUR @S3@ @S1@ | 12 MAR 1805 | 1850"_s}
+            + s1 + source(3, u"1850"_s),
+        1);
     row("event that reads as a root",
         birth + QStringList{u" 2 NOTE a/b/"_s, u" 2 NOTE c/d/"_s} + s1,
         {u"1"_s, u"0"_s, u"INDI.BIRT"_s},
@@ -1261,6 +1271,9 @@ void TstDatefilter::documentChangedInTheMidst_data()
     QTest::newRow("line of each source, which holds the id of one then")
         << QStringList{u"SOUR"_s, u"SOUR @S1@"_s, u"SOUR"_s} << u" | 12 MAR 1805 | 1840"_s
         << u" | 12 MAR 1805 | 1840"_s;
+    QTest::newRow("line of each source, which holds two more ids that share a sign then")
+        << QStringList{u"SOUR"_s, u"SOUR @S7@S1@"_s, u"SOUR"_s} << u" | 12 MAR 1805 | 1840"_s
+        << u" | 12 MAR 1805 | 1840"_s;
     QTest::newRow("date of the event deleted") << QStringList{u"INDI.BIRT.DATE"_s} << none << none;
     QTest::newRow("dates of the sources deleted") << QStringList{u"SOUR.DATE"_s} << none << none;
     QTest::newRow("sources and citations deleted") << QStringList{u"SOUR"_s} << none << none;
@@ -1398,6 +1411,31 @@ void TstDatefilter::recordLosesItsRootInTheMidst()
     expected.replaceInStrings(u"+0 @I"_s, u"+9 @I"_s);
     QCOMPARE(review.pictures(), withToolTips(expected));
     QCOMPARE(review.status(), concluded(100));
+}
+
+void TstDatefilter::changedAndHiddenTwice()
+{
+    // Source 1 disagrees from the 100th citation on, and agrees again from the 200th on.
+    Review review(citedInTurn(250));
+    review.hideAll();
+    atNextMove(&review.progress, [&] {
+        change(&review.gedcom, {u"1805"_s, u"1806"_s, u"SOUR.DATE"_s});
+        review.hideAll();
+        atNextMove(&review.progress, [&] {
+            change(&review.gedcom, {u"1806"_s, u"1805"_s, u"SOUR.DATE"_s});
+            review.hideAll();
+        });
+    });
+    review.gedcom.filterSourceDateDiff();
+
+    QStringList expected = birth(true, {u"+2 DATE 12 MAR 1805"_s});
+    for (int i = 1; i <= 250; ++i)
+        expected += i % 2 == 1          ? u"*2 SOUR @S2@ | 12 MAR 1805 | 1840"_s
+                  : i >= 100 && i < 200 ? u"*2 SOUR @S1@ | 12 MAR 1805 | 1806"_s
+                                        : u"+2 SOUR @S1@"_s;
+    expected += source(2, u"1840"_s) + source(1, u"1805"_s) + source(2, u"1850"_s);
+    QCOMPARE(review.pictures(), withToolTips(expected));
+    QCOMPARE(review.status(), concluded(125 + 50));
 }
 
 void TstDatefilter::rowsHiddenInTheMidst()

@@ -269,6 +269,7 @@ private slots:
     void eventsBeforeTheLoop();
     void documentChangedInTheMidst_data();
     void documentChangedInTheMidst();
+    void changedAndHiddenTwice();
     void rowsHiddenInTheMidst();
     void generatedDocuments_data();
     void generatedDocuments();
@@ -508,6 +509,17 @@ void TstMultiuse::replacedTexts_data()
         twoEvents(hidden, date, date, u"1 BIRT"_s, u"1 SOUR @S1@"_s) + s12, 0);
     row("id in the tag column", twoEvents(hidden, date, date, u"1 BIRT"_s, u"2 SOURX"_s) + s12,
         {u"SOURX"_s, u"SOUR @S1@"_s, u"SOURX"_s}, twoEvents(hidden, date, date) + s12, 0);
+    row("id in two columns, which make one citation",
+        twoEvents(hidden, date, u"2 DATE"_s, u"1 BIRT"_s, u"2 @S1@ @S1@"_s) + s12,
+        {u"2"_s, u"2 SOUR"_s, u"ERREUR"_s},
+        twoEvents(hidden, date, u"2 DATE"_s, u"1 BIRT"_s, u"2 SOUR @S1@ @S1@"_s) + s12, 0);
+    row("sources whose id stands in the level column, so that a tag is looked for",
+        born(1, false) + born(2, false, 7)
+            + QStringList{u" 0 SOUR"_s, u" 1 TITL x"_s, u" 0 SOUR"_s, u" 1 TITL x"_s},
+        {u"0"_s, u"0 @S1@"_s, u"SOUR"_s},
+        born(1, true) + born(2, true, 7)
+            + QStringList{u" 0 @S1@ SOUR"_s, u" 1 TITL x"_s, u" 0 @S1@ SOUR"_s, u" 1 TITL x"_s},
+        1);
     row("person that reads as none", twoEvents(hidden, date, date) + s12,
         {u"0"_s, u"9"_s, u"INDI"_s},
         QStringList{u" 9 @I1@ INDI"_s} + twoEvents(hidden, date, date).mid(1) + s12, 0);
@@ -835,6 +847,35 @@ void TstMultiuse::documentChangedInTheMidst()
     QCOMPARE(red, early + late);
     QCOMPARE(shown, early + late);
     QCOMPARE(review.status(), concluded(count));
+}
+
+void TstMultiuse::changedAndHiddenTwice()
+{
+    // Sources 100 and 200 are cited for dates that differ, are equal from the 100th source on, and
+    // differ again from the 200th on; sources 1, 150 and 201 for dates that stay equal.
+    QStringList lines{u" 0 @I1@ INDI"_s,     u" 1 BIRT"_s,        u" 2 DATE 12 MAR 1805"_s,
+                      u" 2 SOUR @S100@"_s,   u" 2 SOUR @S200@"_s, u" 1 CHR"_s,
+                      u" 2 DATE ABT 1805"_s, u" 2 SOUR @S100@"_s, u" 2 SOUR @S200@"_s};
+    const QStringList cited{u"2 DATE 1700"_s, u"2 SOUR @S1@"_s, u"2 SOUR @S150@"_s,
+                            u"2 SOUR @S201@"_s};
+    Review review(lines + person(2, false, cited) + person(3, false, cited) + sources(1, 202));
+    review.hideAll();
+    atNextMove(&review.progress, [&] {
+        change(&review.gedcom, {u"ABT"_s, u"12 MAR"_s, u"DATE"_s});
+        review.hideAll();
+        atNextMove(&review.progress, [&] {
+            change(&review.gedcom, {u"12 MAR"_s, u"ABT"_s, u"INDI.BIRT.DATE"_s});
+            review.hideAll();
+        });
+    });
+    review.gedcom.filterSourceMultiUse();
+    lines[1] = u"#1 BIRT"_s;
+    lines[2] = u" 2 DATE ABT 1805"_s;
+    lines[5] = u"#1 CHR"_s;
+    lines[6] = u" 2 DATE 12 MAR 1805"_s;
+    QCOMPARE(review.pictures(),
+             lines + person(2, true, cited) + person(3, true, cited) + sources(1, 202));
+    QCOMPARE(review.status(), concluded(4));
 }
 
 void TstMultiuse::rowsHiddenInTheMidst()

@@ -180,6 +180,7 @@ private slots:
     void afterARun_data();
     void afterARun();
     void severalRuns();
+    void belowADeletedLine();
     void rowsOfACut();
     void savedUnderAFilter_data();
     void savedUnderAFilter();
@@ -673,6 +674,21 @@ void TstReview::severalRuns()
     QCOMPARE(form.status(), u"Recherche terminée. 0 occurences dédoublées."_s);
     QCOMPARE(form.red(), BothRed);
     QCOMPARE(form.tips(), Tips);
+}
+
+void TstReview::belowADeletedLine()
+{
+    QStringList lines{u"0 HEAD"_s,      u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NOTE un texte c"_s,
+                      u"2 CONC oupé"_s, u"3 DATE 1900"_s};
+    const Form form(lines);
+    form.apply({}); // which folds the continuation, and deletes it with that
+    lines.replace(3, u"1 NOTE un texte coupé"_s);
+    for (const QString &box : {DateDiff, MultiUse}) {
+        form.toggle(box);
+        QCOMPARE(form.rows(), marked(lines, Nothing));
+        form.toggle(box);
+        QCOMPARE(form.rows(), marked(lines, Everything, u"5"_s));
+    }
 }
 
 void TstReview::rowsOfACut()
