@@ -665,7 +665,8 @@ NumberedForm::NumberedForm(const QRegularExpression &rx)
 {
     if (rx.patternOptions() != QRegularExpression::NoPatternOption)
         return;
-    static const QRegularExpression form(uR"(^\^([0-9A-Z@ ]+)\[0-9\]\+([A-Z@ ]+)\$$)"_s);
+    // To the very end: a pattern pasted with its line feed asks for one.
+    static const QRegularExpression form(uR"(^\^([0-9A-Z@ ]+)\[0-9\]\+([A-Z@ ]+)\$\z)"_s);
     const QRegularExpressionMatch match = form.match(rx.pattern());
     m_begin = match.captured(1);
     m_end = match.captured(2);

@@ -1013,6 +1013,8 @@ void TstQueries::generatedLines_data()
                                    u"^0 @S[0-9]+@ FILE$"_s,
                                    u"^0 @S[0-9]+@ S[A-Z]+$"_s,
                                    u"^@S[0-9]+@$"_s,
+                                   u"^@S[0-9]+@$\n"_s,
+                                   u"^0 @S[0-9]+@ SOUR$\n"_s,
                                    u"^@S[0-9]+$"_s,
                                    u"^@S[0-9]+@"_s,
                                    u"^@S[0-9]*@$"_s,
