@@ -244,14 +244,26 @@ TwItem *insertEntry(TwItem *parent, const QString &text, int index = -1)
     return twi;
 }
 
-/// The live entries of the records \p roots whose line text matches \p rx.
-QList<TwItem *> childsMatching(const QList<TwItem *> &roots, const QRegularExpression &rx)
+/// The live entries of the records \p roots whose line text matches \p rx. \p read gets those of
+/// each record as they are found: the entries of a large file are too many for the caches, and each
+/// one read again later would be as slow as the first time.
+template <typename Read>
+QList<TwItem *> childsMatching(const QList<TwItem *> &roots, const QRegularExpression &rx,
+                               const Read &read)
 {
     QList<TwItem *> matches;
     const LineMatcher matcher(rx);
-    for (TwItem *root : roots)
-        matches += childsMatching(root, matcher);
+    for (TwItem *root : roots) {
+        const QList<TwItem *> found = childsMatching(root, matcher);
+        matches += found;
+        read(found);
+    }
     return matches;
+}
+
+QList<TwItem *> childsMatching(const QList<TwItem *> &roots, const QRegularExpression &rx)
+{
+    return childsMatching(roots, rx, [](const QList<TwItem *> &) {});
 }
 
 /// The first of the live entries in the child list of \p twi whose line text matches, null if none
@@ -1473,16 +1485,9 @@ void Gedcom::filterSourceDateDiff()
             known.comparisons.append(compareDates(twiEvtSour));
     };
 
-    // Citations are compared as they are found, record by record: the entries of a large file are
-    // too many for the caches, and each one read again later would be as slow as the first time.
-    QList<TwItem *> listTwiIndiAndFam;
     known.sourDates = readSourceDates();
-    const LineMatcher sourLine(m_rx2Sour);
-    for (TwItem *root : listTwiRootIndi + listTwiRootFam) {
-        const QList<TwItem *> citations = childsMatching(root, sourLine);
-        listTwiIndiAndFam += citations;
-        compareAll(citations);
-    }
+    const QList<TwItem *> listTwiIndiAndFam =
+        childsMatching(listTwiRootIndi + listTwiRootFam, m_rx2Sour, compareAll);
 
     QSet<TwItem *> shown; // since the last events, which can hide rows again
     qsizetype journalSize = m_journal->size(); // a run that changes entries adds to it
@@ -1598,14 +1603,8 @@ void Gedcom::filterSourceMultiUse()
         }
     };
 
-    // Record by record, for the reason told in filterSourceDateDiff().
-    QList<TwItem *> listTwiSourIndi;
-    const LineMatcher sourLine(m_rx2Sour);
-    for (TwItem *root : listTwiRootIndi) {
-        const QList<TwItem *> found = childsMatching(root, sourLine);
-        listTwiSourIndi += found;
-        readCitations(found);
-    }
+    const QList<TwItem *> listTwiSourIndi =
+        childsMatching(listTwiRootIndi, m_rx2Sour, readCitations);
 
     QSet<TwItem *> shown; // records, since the last events, which can hide rows again
     qsizetype journalSize = m_journal->size(); // a run that changes entries adds to it
