@@ -54,6 +54,13 @@ bool showProgress(QProgressBar *bar, qsizetype done)
     return showProgress(bar, done, done);
 }
 
+/// Whether \p journal has grown since it had \p size characters, which becomes its present size. A
+/// run that changes entries adds to it.
+bool hasGrown(const QString &journal, qsizetype *size)
+{
+    return std::exchange(*size, journal.size()) != journal.size();
+}
+
 void showCritical(const QString &title, const QString &text)
 {
     QMessageBox::critical(nullptr, title, text, QMessageBox::Ok);
@@ -261,6 +268,7 @@ QList<TwItem *> childsMatching(const QList<TwItem *> &roots, const QRegularExpre
     return matches;
 }
 
+/// The same where nothing is read of them yet.
 QList<TwItem *> childsMatching(const QList<TwItem *> &roots, const QRegularExpression &rx)
 {
     return childsMatching(roots, rx, [](const QList<TwItem *> &) {});
@@ -1296,8 +1304,8 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     for (const QString &line : std::as_const(linesFileUrl)) {
         linkMedia(line);
         ++countProgress;
-        const qsizetype journalSize = m_journal->size(); // a run that changes entries adds to it
-        if (showProgress(m_progress, countProgress) && m_journal->size() != journalSize) {
+        qsizetype journalSize = m_journal->size(); // with what this run has told
+        if (showProgress(m_progress, countProgress) && hasGrown(*m_journal, &journalSize)) {
             objeFilesByName = indexByFileName(listTwiObjeFile);
             sourObjes = ColumnIndex(listTwiSourObje);
             citations = ColumnIndex(listTwiIndiAndFam);
@@ -1490,12 +1498,11 @@ void Gedcom::filterSourceDateDiff()
         childsMatching(listTwiRootIndi + listTwiRootFam, m_rx2Sour, compareAll);
 
     QSet<TwItem *> shown; // since the last events, which can hide rows again
-    qsizetype journalSize = m_journal->size(); // a run that changes entries adds to it
+    qsizetype journalSize = m_journal->size();
     const auto lookAfresh = [&] {
         shown.clear();
-        if (m_journal->size() == journalSize)
+        if (!hasGrown(*m_journal, &journalSize))
             return;
-        journalSize = m_journal->size();
         known = {};
         known.sourDates = readSourceDates();
         compareAll(listTwiIndiAndFam);
@@ -1607,12 +1614,11 @@ void Gedcom::filterSourceMultiUse()
         childsMatching(listTwiRootIndi, m_rx2Sour, readCitations);
 
     QSet<TwItem *> shown; // records, since the last events, which can hide rows again
-    qsizetype journalSize = m_journal->size(); // a run that changes entries adds to it
+    qsizetype journalSize = m_journal->size();
     const auto lookAfresh = [&] {
         shown.clear();
-        if (m_journal->size() == journalSize)
+        if (!hasGrown(*m_journal, &journalSize))
             return;
-        journalSize = m_journal->size();
         citations = ColumnIndex();
         dates.clear();
         readCitations(listTwiSourIndi);

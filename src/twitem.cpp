@@ -677,9 +677,9 @@ bool NumberedForm::isEmpty() const
     return m_begin.isEmpty();
 }
 
-QString NumberedForm::end() const
+QString NumberedForm::begin() const
 {
-    return m_end;
+    return m_begin;
 }
 
 bool NumberedForm::matches(QStringView text) const
@@ -708,7 +708,6 @@ LineMatcher::LineMatcher(const QRegularExpression &rx) : m_rx(rx), m_record(rx)
     });
     if (plain)
         m_prefix = prefix.toString();
-    m_recordTag = m_record.end().section(u' ', -1);
 }
 
 bool LineMatcher::matches(const TwItem *twi) const
@@ -720,12 +719,8 @@ bool LineMatcher::matches(const TwItem *twi) const
         return !level.isEmpty() && isDigit(level.front())
             && lineBeginsWith(twi, level.front() + m_prefix);
     }
-    if (!m_record.isEmpty()) {
-        const QString last = twi->text(twi->columnCount() - 1);
-        if (!last.endsWith(m_recordTag) && !last.endsWith(u'\n'))
-            return false;
-        return m_record.matches(lineText(twi));
-    }
+    if (!m_record.isEmpty())
+        return lineBeginsWith(twi, m_record.begin()) && m_record.matches(lineText(twi));
     return m_rx.isValid() && m_rx.match(lineText(twi)).hasMatch(); // an invalid one would warn
 }
 

@@ -193,8 +193,8 @@ public:
 
     [[nodiscard]] bool isEmpty() const;
 
-    /// What a text that matches ends in, but for a final line feed.
-    [[nodiscard]] QString end() const;
+    /// What a text that matches begins with.
+    [[nodiscard]] QString begin() const;
 
     /// Whether the expression matches \p text.
     [[nodiscard]] bool matches(QStringView text) const;
@@ -219,7 +219,6 @@ private:
     QString m_prefix; // what the line must begin with, if the expression asks for nothing else
     bool m_beginsWithDigit = false; // and any digit in front of it
     NumberedForm m_record;
-    QString m_recordTag; // what the line of such a record must end with
 };
 
 /// The live entries in the child list of \p twi whose line text matches.
