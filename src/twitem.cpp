@@ -4,7 +4,6 @@
 #include <QIcon>
 #include <QSet>
 #include <QTreeWidget>
-#include <QVarLengthArray>
 
 #include <algorithm>
 #include <array>
@@ -18,33 +17,9 @@ namespace {
 constexpr int MaxKnownSize = 4; // characters of a level or tag; few texts are as short
 constexpr int MaxTextSize = MaxLineSize - 2; // less the two blanks between three columns
 
-// Compiled once: a million entries that each built their own would take minutes and gigabytes.
-const QRegularExpression &tagExpression()
-{
-    static const QRegularExpression rx(u"^_?[A-Z]{3,6}$"_s);
-    return rx;
-}
-
-/// The same answer as m_rxTag, without the price of the expression engine at every line.
-bool isTag(QStringView text)
-{
-    // "$" also matches in front of a final line feed.
-    if (text.endsWith(u'\n'))
-        text.chop(1);
-    if (text.startsWith(u'_'))
-        text = text.sliced(1);
-    return text.size() >= 3 && text.size() <= 6
-        && std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'A' && c <= u'Z'; });
-}
-
 bool isDigit(QChar c)
 {
     return c >= u'0' && c <= u'9';
-}
-
-bool isContinuation(const QString &tag)
-{
-    return tag == "CONT"_L1 || tag == "CONC"_L1;
 }
 
 /// A string equal to \p text, one for all entries that have the same level or tag: a file has few
@@ -759,67 +734,11 @@ bool ColumnMatcher::matches(const QString &text)
     return known.matches;
 }
 
-QString lineText(const TwItem *twi)
-{
-    QVarLengthArray<QString, 3> columns;
-    qsizetype size = 0;
-    for (int column = 0; column < twi->columnCount(); ++column) {
-        columns.append(twi->text(column));
-        size += columns.last().size() + 1;
-    }
-    QString line;
-    line.reserve(size);
-    for (const QString &column : std::as_const(columns)) {
-        if (&column != columns.constData())
-            line += u' ';
-        line += column;
-    }
-    return line;
-}
-
-QString bareFileName(const QString &path)
-{
-    return path.mid(std::max(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\')) + 1);
-}
-
-bool lineBeginsWith(const TwItem *twi, QStringView prefix)
-{
-    for (int column = 0; column < twi->columnCount(); ++column) {
-        if (column > 0) {
-            if (!prefix.startsWith(u' '))
-                return false;
-            prefix = prefix.sliced(1);
-            if (prefix.isEmpty())
-                return true;
-        }
-        const QString text = twi->text(column);
-        if (text.size() >= prefix.size())
-            return text.startsWith(prefix);
-        if (!prefix.startsWith(text))
-            return false;
-        prefix = prefix.sliced(text.size());
-    }
-    return false;
-}
-
 TwItem *rootOf(TwItem *twi)
 {
     while (twi && !twi->isRoot())
         twi = twi->getParent();
     return twi;
-}
-
-qint64 childLevel(const TwItem *twi)
-{
-    return qint64(twi->text(LevelColumn).toInt()) + 1;
-}
-
-qsizetype lineSize(const TwItem *twi)
-{
-    qsizetype size = twi->columnCount() - 1;
-    for (int column = 0; column < twi->columnCount(); ++column)
-        size += twi->text(column).size();
-    return size;
 }
 
 QString fullTagText(TwItem *twi)

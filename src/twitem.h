@@ -1,6 +1,8 @@
 #ifndef TWITEM_H
 #define TWITEM_H
 
+#include "gedcomline.h"
+
 #include <QCoreApplication>
 #include <QList>
 #include <QRegularExpression>
@@ -12,15 +14,8 @@
 
 class QTreeWidget;
 
-// The columns of an entry. A section node has its label and the number of its records instead.
-inline constexpr int LevelColumn = 0;
-inline constexpr int TagColumn = 1; // or the identifier of a record
-inline constexpr int ValueColumn = 2;
-
 /// What getTag() gives for an entry without a tag.
 inline constexpr QLatin1StringView NoTag{"ERREUR"};
-
-inline constexpr int MaxLineSize = 255; // characters of a GEDCOM line, its end not counted
 
 /// One line of a GEDCOM file, and at once one row of the tree. The columns are the line: the level
 /// (one character), the tag or the identifier, the value; there is no other copy of the text.
@@ -247,24 +242,8 @@ private:
     std::array<Known, 256> m_known; // short texts, each at the place that its characters say
 };
 
-/// The line of the file that the entry stands for: its columns joined with one blank.
-[[nodiscard]] QString lineText(const TwItem *twi);
-
-/// Whether lineText() begins with \p prefix. The first column tells most lines apart.
-[[nodiscard]] bool lineBeginsWith(const TwItem *twi, QStringView prefix);
-
 /// The root of the record that \p twi stands in, null if none of the entries above it reads as one.
 [[nodiscard]] TwItem *rootOf(TwItem *twi);
-
-/// The file name at the end of a path, whose folders are ended by "/" or by a backslash.
-[[nodiscard]] QString bareFileName(const QString &path);
-
-/// The level of a child of \p twi: one more than its column 0 says, which a replacement can have
-/// made the greatest number there is.
-[[nodiscard]] qint64 childLevel(const TwItem *twi);
-
-/// The number of characters of lineText(), without building it.
-[[nodiscard]] qsizetype lineSize(const TwItem *twi);
 
 /// The full tag joined with ".".
 [[nodiscard]] QString fullTagText(TwItem *twi);
