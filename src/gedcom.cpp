@@ -1,5 +1,6 @@
 #include "gedcom.h"
 
+#include "journaltext.h"
 #include "twitem.h"
 
 #include <QApplication>

@@ -2,6 +2,7 @@
 
 #include "fenapropos.h"
 #include "fenjournal.h"
+#include "journaltext.h"
 #include "twitem.h"
 #include "ui_mainwindow.h"
 

@@ -1,5 +1,7 @@
 #include "twitem.h"
 
+#include "journaltext.h"
+
 #include <QHash>
 #include <QIcon>
 #include <QSet>
@@ -82,13 +84,6 @@ TwItem *cutOff(TwItem *twi)
     else if (rest)
         twi->insertTabChild(0, rest);
     return rest;
-}
-
-/// How the journal tells of a cut. \p concText quotes the new entry.
-QString cutLog(const QString &concText, TwItem *twiOri)
-{
-    return TwItem::tr("Ajout de la balise %1 complétant la balise %2%3")
-        .arg(concText, entryText(twiOri), lineReference(twiOri));
 }
 
 /// The entries of \p list, each followed by those that \p followers has for it.
@@ -739,24 +734,4 @@ TwItem *rootOf(TwItem *twi)
     while (twi && !twi->isRoot())
         twi = twi->getParent();
     return twi;
-}
-
-QString fullTagText(TwItem *twi)
-{
-    return twi->getFullTag().join(u'.');
-}
-
-QString entryText(TwItem *twi)
-{
-    return fullTagText(twi) + u' ' + lineText(twi);
-}
-
-QString lineReference(const TwItem *twi)
-{
-    return " (l."_L1 + twi->getNumLineGedFile() + u')';
-}
-
-QString deletionLog(TwItem *twi)
-{
-    return TwItem::tr("Suppression de l'entrée : %1%2").arg(entryText(twi), lineReference(twi));
 }

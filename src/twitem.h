@@ -245,16 +245,4 @@ private:
 /// The root of the record that \p twi stands in, null if none of the entries above it reads as one.
 [[nodiscard]] TwItem *rootOf(TwItem *twi);
 
-/// The full tag joined with ".".
-[[nodiscard]] QString fullTagText(TwItem *twi);
-
-/// How the journal quotes an entry: the full tag joined with ".", a blank, the line text.
-[[nodiscard]] QString entryText(TwItem *twi);
-
-/// How the journal refers to the loaded file: " (l.12)".
-[[nodiscard]] QString lineReference(const TwItem *twi);
-
-/// How the journal tells of a deletion, with the entry and its line.
-[[nodiscard]] QString deletionLog(TwItem *twi);
-
 #endif // TWITEM_H

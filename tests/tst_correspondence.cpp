@@ -10,6 +10,7 @@
 #include "window.h"
 
 #include "gedcom.h"
+#include "journaltext.h"
 #include "twitem.h"
 
 #include <QDir>

@@ -4,6 +4,7 @@
 #include "testmain.h"
 
 #include "gedcom.h"
+#include "journaltext.h"
 #include "twitem.h"
 
 #include <QLoggingCategory>

@@ -1,0 +1,30 @@
+#include "journaltext.h"
+
+#include "twitem.h"
+
+using namespace Qt::StringLiterals;
+
+QString fullTagText(TwItem *twi)
+{
+    return twi->getFullTag().join(u'.');
+}
+
+QString entryText(TwItem *twi)
+{
+    return fullTagText(twi) + u' ' + lineText(twi);
+}
+
+QString lineReference(const TwItem *twi)
+{
+    return " (l."_L1 + twi->getNumLineGedFile() + u')';
+}
+
+QString deletionLog(TwItem *twi)
+{
+    return TwItem::tr("Suppression de l'entrée : %1%2").arg(entryText(twi), lineReference(twi));
+}
+QString cutLog(const QString &concText, TwItem *twiOri)
+{
+    return TwItem::tr("Ajout de la balise %1 complétant la balise %2%3")
+        .arg(concText, entryText(twiOri), lineReference(twiOri));
+}
