@@ -1,6 +1,7 @@
 #include "gedcom.h"
 
 #include "journaltext.h"
+#include "matching.h"
 #include "twitem.h"
 
 #include <QApplication>
@@ -65,29 +66,6 @@ bool hasGrown(const QString &journal, qsizetype *size)
 void showCritical(const QString &title, const QString &text)
 {
     QMessageBox::critical(nullptr, title, text, QMessageBox::Ok);
-}
-
-/// Whether \p tag is the tag of \p twi, or its full tag joined with ".". A "*" means nothing here.
-bool hasTag(TwItem *twi, const QString &tag)
-{
-    const QString ownTag = twi->getTag();
-    if (tag == ownTag)
-        return true;
-    // A full tag ends in the entry's own tag, or is empty: most entries need no walk to the root.
-    if (!tag.isEmpty() && !tag.endsWith(ownTag))
-        return false;
-    return tag == fullTagText(twi);
-}
-
-/// The first column that \p rxUrl matches, or -1. Every web address holds "http", which is found
-/// much faster than the expression.
-int urlColumn(TwItem *twi, const QRegularExpression &rxUrl)
-{
-    for (int column = 0; column < twi->columnCount(); ++column) {
-        if (twi->text(column).contains("http"_L1))
-            return twi->getColumnIndexMatchRx(rxUrl);
-    }
-    return -1;
 }
 
 /// Keeps the tree widget from laying out and painting its rows while it lives.
@@ -250,112 +228,6 @@ TwItem *insertEntry(TwItem *parent, const QString &text, int index = -1)
     twi->setTwiValuesFromStr(QString::number(childLevel(parent)) + text, twi);
     parent->insertTabChild(index, twi);
     return twi;
-}
-
-/// The live entries of the records \p roots whose line text matches \p rx. \p read gets those of
-/// each record as they are found: the entries of a large file are too many for the caches, and each
-/// one read again later would be as slow as the first time.
-template <typename Read>
-QList<TwItem *> childsMatching(const QList<TwItem *> &roots, const QRegularExpression &rx,
-                               const Read &read)
-{
-    QList<TwItem *> matches;
-    const LineMatcher matcher(rx);
-    for (TwItem *root : roots) {
-        const QList<TwItem *> found = childsMatching(root, matcher);
-        matches += found;
-        read(found);
-    }
-    return matches;
-}
-
-/// The same where nothing is read of them yet.
-QList<TwItem *> childsMatching(const QList<TwItem *> &roots, const QRegularExpression &rx)
-{
-    return childsMatching(roots, rx, [](const QList<TwItem *> &) {});
-}
-
-/// The first of the live entries in the child list of \p twi whose line text matches, null if none
-/// does.
-TwItem *firstChildMatching(TwItem *twi, const LineMatcher &matcher)
-{
-    const QList<TwItem *> tabTwi = twi->getTabTwiChilds(false);
-    const auto match = std::find_if(tabTwi.begin(), tabTwi.end(), [&matcher](TwItem *child) {
-        return !child->isToDelete() && matcher.matches(child);
-    });
-    return match == tabTwi.end() ? nullptr : *match;
-}
-
-/// The entries with a column equal to \p text.
-QList<TwItem *> entriesWithColumn(const QString &text, const QList<TwItem *> &entries)
-{
-    QList<TwItem *> matches;
-    std::copy_if(
-        entries.cbegin(), entries.cend(), std::back_inserter(matches),
-        [&text](const TwItem *twi) { return twi->getColumnIndexEqualString(text, true) >= 0; });
-    return matches;
-}
-
-using EntryIndex = QHash<QString, QList<TwItem *>>;
-
-/// Finds what entriesWithColumn() does, but walks the list only for a text that is no identifier.
-class ColumnIndex
-{
-public:
-    explicit ColumnIndex(const QList<TwItem *> &entries = {})
-    {
-        append(entries);
-    }
-
-    void append(const QList<TwItem *> &entries)
-    {
-        m_entries += entries;
-        for (TwItem *twi : entries) {
-            for (int column = 0; column < twi->columnCount(); ++column) {
-                const QString text = twi->text(column);
-                if (!text.startsWith(u'@'))
-                    continue; // levels and tags are the same all over, and not looked for
-                QList<TwItem *> &found = m_byId[text];
-                if (found.isEmpty() || found.constLast() != twi)
-                    found.append(twi);
-            }
-        }
-    }
-
-    [[nodiscard]] QList<TwItem *> find(const QString &text) const
-    {
-        return text.startsWith(u'@') ? m_byId.value(text) : entriesWithColumn(text, m_entries);
-    }
-
-private:
-    QList<TwItem *> m_entries;
-    EntryIndex m_byId;
-};
-
-/// Each identifier of the form \p id that the line text contains. A text "@S1@S2@" contains two.
-QStringList idsIn(const TwItem *twi, const NumberedForm &id)
-{
-    QStringList ids;
-    const QStringList pieces = lineText(twi).split(u'@');
-    for (qsizetype i = 1; i < pieces.size() - 1; ++i) {
-        const QString text = u'@' + pieces.at(i) + u'@';
-        if (id.matches(text))
-            ids.append(text);
-    }
-    return ids;
-}
-
-/// The entries by the file name at the end of each of their columns, in the order of the list. An
-/// entry that holds a file name is among those found for it; whether one found does hold it, only
-/// TwItem::getAbsolutFileName can tell, which looks at one column.
-EntryIndex indexByFileName(const QList<TwItem *> &entries)
-{
-    EntryIndex index;
-    for (TwItem *twi : entries) {
-        for (int column = 0; column < twi->columnCount(); ++column)
-            index[bareFileName(twi->text(column))].append(twi);
-    }
-    return index;
 }
 
 /// What a correspondence line names.
@@ -1075,7 +947,7 @@ int Gedcom::setMediaFilePath(QString newPath)
     const PausedLayout pausedLayout(m_treeWidget);
     m_status->showMessage(tr("Modification des chemins médias en cours..."), 0);
     const QList<TwItem *> tabTwItemsObjeFile =
-        childsMatching(getTabTwItemsRootMatch(m_rxIdObje, true, false), m_rx1File);
+        recordChildsMatching(getTabTwItemsRootMatch(m_rxIdObje, true, false), m_rx1File);
     addToJournal(tr("%1 entrées OBJE.FILE trouvées.").arg(tabTwItemsObjeFile.size()), u"INFO"_s);
     m_progress->setRange(0, int(tabTwItemsObjeFile.size()));
 
@@ -1169,10 +1041,10 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     const QList<TwItem *> listTwiRootSour = getTabTwItemsRootMatch(m_rxIdSour, true, false);
     const QList<TwItem *> listTwiRootIndi = getTabTwItemsRootMatch(m_rxIdIndi, true, false);
     const QList<TwItem *> listTwiRootFam = getTabTwItemsRootMatch(m_rxIdFam, true, false);
-    const QList<TwItem *> listTwiObjeFile = childsMatching(listTwiRootObje, m_rx1File);
-    const QList<TwItem *> listTwiSourObje = childsMatching(listTwiRootSour, m_rx1Obje);
+    const QList<TwItem *> listTwiObjeFile = recordChildsMatching(listTwiRootObje, m_rx1File);
+    const QList<TwItem *> listTwiSourObje = recordChildsMatching(listTwiRootSour, m_rx1Obje);
     const QList<TwItem *> listTwiIndiAndFam =
-        childsMatching(listTwiRootIndi + listTwiRootFam, m_rx2Sour);
+        recordChildsMatching(listTwiRootIndi + listTwiRootFam, m_rx2Sour);
 
     QStringList linesFileUrl;
     if (!readCorrespondences(csvFiles, splitStr, &linesFileUrl))
@@ -1495,8 +1367,14 @@ void Gedcom::filterSourceDateDiff()
     };
 
     known.sourDates = readSourceDates();
-    const QList<TwItem *> listTwiIndiAndFam =
-        childsMatching(listTwiRootIndi + listTwiRootFam, m_rx2Sour, compareAll);
+    // Compared record by record, while the entries are still in the caches.
+    QList<TwItem *> listTwiIndiAndFam;
+    const LineMatcher citation(m_rx2Sour);
+    for (TwItem *root : listTwiRootIndi + listTwiRootFam) {
+        const QList<TwItem *> found = childsMatching(root, citation);
+        compareAll(found);
+        listTwiIndiAndFam += found;
+    }
 
     QSet<TwItem *> shown; // since the last events, which can hide rows again
     qsizetype journalSize = m_journal->size();
@@ -1611,8 +1489,14 @@ void Gedcom::filterSourceMultiUse()
         }
     };
 
-    const QList<TwItem *> listTwiSourIndi =
-        childsMatching(listTwiRootIndi, m_rx2Sour, readCitations);
+    // Read record by record, while the entries are still in the caches.
+    QList<TwItem *> listTwiSourIndi;
+    const LineMatcher citationLine(m_rx2Sour);
+    for (TwItem *root : listTwiRootIndi) {
+        const QList<TwItem *> found = childsMatching(root, citationLine);
+        readCitations(found);
+        listTwiSourIndi += found;
+    }
 
     QSet<TwItem *> shown; // records, since the last events, which can hide rows again
     qsizetype journalSize = m_journal->size();

@@ -3,6 +3,7 @@
 #include "fenapropos.h"
 #include "fenjournal.h"
 #include "journaltext.h"
+#include "matching.h"
 #include "twitem.h"
 #include "ui_mainwindow.h"
 

@@ -1,6 +1,7 @@
 #include "twitem.h"
 
 #include "journaltext.h"
+#include "matching.h"
 
 #include <QHash>
 #include <QIcon>
@@ -16,13 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int MaxKnownSize = 4; // characters of a level or tag; few texts are as short
 constexpr int MaxTextSize = MaxLineSize - 2; // less the two blanks between three columns
-
-bool isDigit(QChar c)
-{
-    return c >= u'0' && c <= u'9';
-}
 
 /// A string equal to \p text, one for all entries that have the same level or tag: a file has few
 /// of them, and what is shared needs no memory of its own and stays in the caches.
@@ -629,104 +624,6 @@ void TwItem::listChilds(TwItem *twiRoot, TwItem *currentTwi)
 void TwItem::setIco(const QIcon &ico)
 {
     setIcon(LevelColumn, ico);
-}
-
-NumberedForm::NumberedForm(const QRegularExpression &rx)
-{
-    if (rx.patternOptions() != QRegularExpression::NoPatternOption)
-        return;
-    // To the very end: a pattern pasted with its line feed asks for one.
-    static const QRegularExpression form(uR"(^\^([0-9A-Z@ ]+)\[0-9\]\+([A-Z@ ]+)\$\z)"_s);
-    const QRegularExpressionMatch match = form.match(rx.pattern());
-    m_begin = match.captured(1);
-    m_end = match.captured(2);
-}
-
-bool NumberedForm::isEmpty() const
-{
-    return m_begin.isEmpty();
-}
-
-QString NumberedForm::begin() const
-{
-    return m_begin;
-}
-
-bool NumberedForm::matches(QStringView text) const
-{
-    // "$" also matches in front of a final line feed.
-    if (text.endsWith(u'\n'))
-        text.chop(1);
-    const qsizetype digits = text.size() - m_begin.size() - m_end.size();
-    if (digits < 1 || !text.startsWith(m_begin) || !text.endsWith(m_end))
-        return false;
-    text = text.sliced(m_begin.size(), digits);
-    return std::all_of(text.begin(), text.end(), isDigit);
-}
-
-LineMatcher::LineMatcher(const QRegularExpression &rx) : m_rx(rx), m_record(rx)
-{
-    const QString pattern = rx.pattern();
-    if (rx.patternOptions() != QRegularExpression::NoPatternOption || !pattern.startsWith(u'^'))
-        return;
-    QStringView prefix = QStringView(pattern).sliced(1);
-    m_beginsWithDigit = prefix.startsWith("[0-9]"_L1);
-    if (m_beginsWithDigit)
-        prefix = prefix.sliced(5);
-    const bool plain = std::all_of(prefix.begin(), prefix.end(), [](QChar c) {
-        return isDigit(c) || (c >= u'A' && c <= u'Z') || c == u' ' || c == u'@';
-    });
-    if (plain)
-        m_prefix = prefix.toString();
-}
-
-bool LineMatcher::matches(const TwItem *twi) const
-{
-    if (!m_prefix.isEmpty()) {
-        if (!m_beginsWithDigit)
-            return lineBeginsWith(twi, m_prefix);
-        const QString level = twi->text(LevelColumn);
-        return !level.isEmpty() && isDigit(level.front())
-            && lineBeginsWith(twi, level.front() + m_prefix);
-    }
-    if (!m_record.isEmpty())
-        return lineBeginsWith(twi, m_record.begin()) && m_record.matches(lineText(twi));
-    return m_rx.isValid() && m_rx.match(lineText(twi)).hasMatch(); // an invalid one would warn
-}
-
-QList<TwItem *> childsMatching(TwItem *twi, const LineMatcher &matcher)
-{
-    QList<TwItem *> matches;
-    const QList<TwItem *> tabTwi = twi->getTabTwiChilds(false);
-    std::copy_if(
-        tabTwi.begin(), tabTwi.end(), std::back_inserter(matches),
-        [&matcher](TwItem *child) { return !child->isToDelete() && matcher.matches(child); });
-    return matches;
-}
-
-ColumnMatcher::ColumnMatcher(const QRegularExpression &rx) : m_rx(rx), m_id(rx) { }
-
-int ColumnMatcher::firstColumn(const TwItem *twi)
-{
-    if (!m_rx.isValid())
-        return -1; // matches nothing, and would warn at every try
-    for (int column = 0; column < twi->columnCount(); ++column) {
-        if (matches(twi->text(column)))
-            return column;
-    }
-    return -1;
-}
-
-bool ColumnMatcher::matches(const QString &text)
-{
-    if (!m_id.isEmpty())
-        return m_id.matches(text);
-    if (text.isEmpty() || text.size() > MaxKnownSize)
-        return m_rx.match(text).hasMatch();
-    Known &known = m_known.at(qHash(text) % m_known.size());
-    if (known.text != text)
-        known = {text, m_rx.match(text).hasMatch()};
-    return known.matches;
 }
 
 TwItem *rootOf(TwItem *twi)

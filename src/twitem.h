@@ -179,69 +179,6 @@ private:
     int m_numLineGedFile = -1;
 };
 
-/// What stands around the digits that an identifier ends in, for an expression of the form
-/// "^@S[0-9]+@$", which is then tried without the expression engine. Empty for any other.
-class NumberedForm
-{
-public:
-    explicit NumberedForm(const QRegularExpression &rx);
-
-    [[nodiscard]] bool isEmpty() const;
-
-    /// What a text that matches begins with.
-    [[nodiscard]] QString begin() const;
-
-    /// Whether the expression matches \p text.
-    [[nodiscard]] bool matches(QStringView text) const;
-
-private:
-    QString m_begin;
-    QString m_end;
-};
-
-/// Tries one expression on the line texts of many entries. The forms that the program has for lines
-/// go without the expression engine, or reach it for few entries, with the same outcome.
-class LineMatcher
-{
-public:
-    explicit LineMatcher(const QRegularExpression &rx);
-
-    /// Whether lineText() matches.
-    [[nodiscard]] bool matches(const TwItem *twi) const;
-
-private:
-    QRegularExpression m_rx;
-    QString m_prefix; // what the line must begin with, if the expression asks for nothing else
-    bool m_beginsWithDigit = false; // and any digit in front of it
-    NumberedForm m_record;
-};
-
-/// The live entries in the child list of \p twi whose line text matches.
-[[nodiscard]] QList<TwItem *> childsMatching(TwItem *twi, const LineMatcher &matcher);
-
-/// Tries one expression on the columns of many entries, with the outcome of
-/// TwItem::getColumnIndexMatchRx. A file has few levels and tags: most of them are tried once.
-class ColumnMatcher
-{
-public:
-    explicit ColumnMatcher(const QRegularExpression &rx);
-
-    /// The first column of \p twi that matches, or -1.
-    [[nodiscard]] int firstColumn(const TwItem *twi);
-
-private:
-    [[nodiscard]] bool matches(const QString &text);
-
-    struct Known
-    {
-        QString text;
-        bool matches = false;
-    };
-    QRegularExpression m_rx;
-    NumberedForm m_id;
-    std::array<Known, 256> m_known; // short texts, each at the place that its characters say
-};
-
 /// The root of the record that \p twi stands in, null if none of the entries above it reads as one.
 [[nodiscard]] TwItem *rootOf(TwItem *twi);
 

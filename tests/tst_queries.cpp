@@ -1,4 +1,5 @@
 #include "document.h"
+#include "matching.h"
 #include "testmain.h"
 #include "twitem.h"
 

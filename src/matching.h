@@ -1,0 +1,127 @@
+#ifndef MATCHING_H
+#define MATCHING_H
+
+// Finding entries by pattern, tag, identifier or column, one expression or text tried on many of
+// them. The forms that the program itself uses are found without the expression engine.
+
+#include <QHash>
+#include <QList>
+#include <QRegularExpression>
+#include <QString>
+#include <QStringList>
+#include <QStringView>
+
+#include <array>
+
+class QTreeWidgetItem;
+class TwItem;
+
+/// A pattern whose only variable part are the digits of a number, tried without the expression
+/// engine: "^@S[0-9]+@$", the identifier of a source, matches "@S12@"; "^0 @I[0-9]+@ INDI$", the
+/// first line of a person, matches "0 @I7@ INDI". Empty for an expression of any other form.
+class NumberedForm
+{
+public:
+    explicit NumberedForm(const QRegularExpression &rx);
+
+    [[nodiscard]] bool isEmpty() const;
+
+    /// What a text that matches begins with.
+    [[nodiscard]] QString begin() const;
+
+    /// Whether the expression matches \p text.
+    [[nodiscard]] bool matches(QStringView text) const;
+
+private:
+    QString m_begin;
+    QString m_end;
+};
+
+/// Tries one expression on the line texts of many entries. The forms that the program has for lines
+/// do without the expression engine, or reach it for few entries, with the same outcome:
+/// "^1 FILE ", a beginning; "^[0-9] DATE", a beginning at any level; and those of NumberedForm.
+class LineMatcher
+{
+public:
+    explicit LineMatcher(const QRegularExpression &rx);
+
+    /// Whether lineText() matches.
+    [[nodiscard]] bool matches(const QTreeWidgetItem *row) const;
+
+private:
+    QRegularExpression m_rx;
+    QString m_prefix; // what the line must begin with, if the expression asks for nothing else
+    bool m_beginsWithDigit = false; // and any digit in front of it
+    NumberedForm m_record;
+};
+
+/// Tries one expression on the columns of many entries, with the outcome of
+/// TwItem::getColumnIndexMatchRx. A file has few levels and tags, "1" or "DATE": each is tried
+/// once. An identifier, "^@S[0-9]+@$", does without the expression engine.
+class ColumnMatcher
+{
+public:
+    explicit ColumnMatcher(const QRegularExpression &rx);
+
+    /// The first column of \p row that matches, or -1.
+    [[nodiscard]] int firstColumn(const QTreeWidgetItem *row);
+
+private:
+    [[nodiscard]] bool matches(const QString &text);
+
+    struct Tried
+    {
+        QString text;
+        bool matches = false;
+    };
+    QRegularExpression m_rx;
+    NumberedForm m_id;
+    std::array<Tried, 256> m_tried; // short texts, each at the place that its characters say
+};
+
+using EntryIndex = QHash<QString, QList<TwItem *>>;
+
+/// Finds what entriesWithColumn() does, but walks the list only for a text that is no identifier.
+class ColumnIndex
+{
+public:
+    explicit ColumnIndex(const QList<TwItem *> &entries = {});
+
+    void append(const QList<TwItem *> &entries);
+    [[nodiscard]] QList<TwItem *> find(const QString &text) const;
+
+private:
+    QList<TwItem *> m_entries;
+    EntryIndex m_byId;
+};
+
+/// Whether \p tag is the tag of \p twi, or its full tag joined with ".". "*" is no wildcard here.
+[[nodiscard]] bool hasTag(TwItem *twi, const QString &tag);
+
+/// The first column that \p rxUrl, a form of web addresses, matches, or -1. Every one of them holds
+/// "http", which is found much faster than the expression.
+[[nodiscard]] int urlColumn(TwItem *twi, const QRegularExpression &rxUrl);
+
+/// The live entries in the child list of \p twi whose line text matches.
+[[nodiscard]] QList<TwItem *> childsMatching(TwItem *twi, const LineMatcher &matcher);
+
+/// The first of childsMatching(), null if there is none.
+[[nodiscard]] TwItem *firstChildMatching(TwItem *twi, const LineMatcher &matcher);
+
+/// childsMatching() of each of the records \p roots, one after the other.
+[[nodiscard]] QList<TwItem *> recordChildsMatching(const QList<TwItem *> &roots,
+                                                   const QRegularExpression &rx);
+
+/// The entries with a column equal to \p text.
+[[nodiscard]] QList<TwItem *> entriesWithColumn(const QString &text,
+                                                const QList<TwItem *> &entries);
+
+/// The entries by the file name at the end of each of their columns, in the order of the list. An
+/// entry that holds a file name is among those found for it; whether one found does hold it, only
+/// TwItem::getAbsolutFileName can tell, which looks at one column.
+[[nodiscard]] EntryIndex indexByFileName(const QList<TwItem *> &entries);
+
+/// Each identifier of the form \p id that the line text contains. A text "@S1@S2@" contains two.
+[[nodiscard]] QStringList idsIn(const QTreeWidgetItem *row, const NumberedForm &id);
+
+#endif // MATCHING_H
