@@ -2,6 +2,7 @@
 
 #include "journaltext.h"
 #include "matching.h"
+#include "treerows.h"
 #include "twitem.h"
 
 #include <QApplication>
@@ -9,23 +10,17 @@
 #include <QDate>
 #include <QDebug>
 #include <QDir>
-#include <QEvent>
 #include <QFile>
 #include <QHash>
-#include <QHeaderView>
 #include <QIcon>
-#include <QItemSelectionModel>
 #include <QMap>
 #include <QMessageBox>
-#include <QPoint>
 #include <QProgressBar>
-#include <QScrollBar>
 #include <QSet>
 #include <QStatusBar>
 #include <QTextStream>
 #include <QTime>
 #include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
 
 #include <algorithm>
 #include <iterator>
@@ -68,134 +63,6 @@ void showCritical(const QString &title, const QString &text)
     QMessageBox::critical(nullptr, title, text, QMessageBox::Ok);
 }
 
-/// Keeps the tree widget from laying out and painting its rows while it lives.
-///
-/// Each hidden row asks for a new layout of all rows on screen, expanded ones counted, each changed
-/// row for its place among them, and each layout for a paint: with 20,000 expanded rows a fold of
-/// 67,000 lines took 86 s. One layout at the end serves all. Only where the tree is resized
-/// meanwhile, it is painted at once.
-class PausedLayout : public QObject
-{
-public:
-    explicit PausedLayout(QTreeWidget *tree) : m_tree(tree), m_updates(tree->updatesEnabled())
-    {
-        m_tree->setUpdatesEnabled(false);
-        m_tree->installEventFilter(this);
-        m_tree->header()->installEventFilter(this);
-        demandLayout();
-    }
-
-    ~PausedLayout() override
-    {
-        m_tree->setUpdatesEnabled(m_updates);
-    }
-
-    Q_DISABLE_COPY_MOVE(PausedLayout)
-
-    /// Holds back the timers of the tree and of its header, those of the layout and of the widths
-    /// of the columns among them; but not behind a dialog, where they would fire without end.
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (watched == m_tree && event->type() == QEvent::Resize)
-            QMetaObject::invokeMethod(
-                this, [this] { paintOnce(); }, Qt::QueuedConnection);
-        return event->type() == QEvent::Timer && !QApplication::activeModalWidget();
-    }
-
-private:
-    /// While a layout is due, the view does not look for the place of a changed row. To hide a row
-    /// is to ask for one, even where it changes nothing.
-    void demandLayout()
-    {
-        if (QTreeWidgetItem *row = m_tree->topLevelItem(0))
-            row->setHidden(row->isHidden());
-    }
-
-    void paintOnce()
-    {
-        m_tree->setUpdatesEnabled(m_updates);
-        m_tree->repaint();
-        m_tree->setUpdatesEnabled(false);
-        demandLayout();
-    }
-
-    QTreeWidget *m_tree;
-    bool m_updates;
-};
-
-/// Takes all rows out of the tree widget while it lives, and puts them back as they were.
-///
-/// At every insertion in front of another row the framework walks its table of hidden, expanded and
-/// current rows, which does not shrink when rows are shown again: 26,000 cuts beside 80,000 hidden
-/// rows took 9 s. To take all rows out and back is a few tenths of a second for a million. No event
-/// may be processed meanwhile: it would find an empty tree.
-class DetachedRows
-{
-public:
-    explicit DetachedRows(QTreeWidget *tree)
-        : m_tree(tree),
-          m_current(tree->currentItem()),
-          m_currentColumn(tree->currentColumn()),
-          m_currentSelected(m_current && m_current->isSelected()),
-          m_scrolled(tree->horizontalScrollBar()->value(), tree->verticalScrollBar()->value())
-    {
-        for (QTreeWidgetItemIterator it(m_tree); *it; ++it) {
-            if ((*it)->isHidden())
-                m_hidden.append(*it);
-            if ((*it)->isExpanded())
-                m_expanded.append(*it);
-        }
-        // The view would keep what it knows of rows that are gone.
-        for (QTreeWidgetItem *row : std::as_const(m_hidden))
-            row->setHidden(false);
-        m_tree->collapseAll();
-        m_rows = m_tree->invisibleRootItem()->takeChildren();
-    }
-
-    ~DetachedRows()
-    {
-        m_tree->addTopLevelItems(m_rows);
-        for (QTreeWidgetItem *row : std::as_const(m_hidden))
-            row->setHidden(true);
-        for (QTreeWidgetItem *row : std::as_const(m_expanded))
-            row->setExpanded(true);
-        if (m_current) {
-            const bool autoScroll = m_tree->hasAutoScroll();
-            m_tree->setAutoScroll(false); // which would also expand what hides the current row
-            m_tree->setCurrentItem(m_current, m_currentColumn,
-                                   m_currentSelected ? QItemSelectionModel::ClearAndSelect
-                                                           | QItemSelectionModel::Rows
-                                                     : QItemSelectionModel::NoUpdate);
-            m_tree->setAutoScroll(autoScroll);
-        }
-        m_tree->doItemsLayout(); // before it the scroll bars have no range
-        m_tree->horizontalScrollBar()->setValue(m_scrolled.x());
-        m_tree->verticalScrollBar()->setValue(m_scrolled.y());
-    }
-
-    Q_DISABLE_COPY_MOVE(DetachedRows)
-
-private:
-    QTreeWidget *m_tree;
-    QTreeWidgetItem *m_current;
-    int m_currentColumn;
-    bool m_currentSelected; // a row that is not current cannot be selected in this tree
-    QPoint m_scrolled;
-    QList<QTreeWidgetItem *> m_hidden;
-    QList<QTreeWidgetItem *> m_expanded;
-    QList<QTreeWidgetItem *> m_rows;
-};
-
-/// Hangs the children of an entry that is out of the view under it anew. The framework remembers
-/// the row of each; once an insertion has moved them, it would search for every one of them, which
-/// is quadratic in a note of 200,000 lines.
-void renewRows(TwItem *parent)
-{
-    const QList<QTreeWidgetItem *> children = parent->takeChildren();
-    for (QTreeWidgetItem *child : children)
-        parent->addChild(child);
-}
-
 /// Cuts the lines of \p entries with their rows out of the tree. Returns what is to be told of
 /// each, nothing of a deleted one.
 QList<QStringList> splitTogether(QTreeWidget *tree, const QList<TwItem *> &entries)
@@ -211,13 +78,6 @@ QList<QStringList> splitTogether(QTreeWidget *tree, const QList<TwItem *> &entri
     for (TwItem *parent : std::as_const(parents))
         renewRows(parent);
     return splitLists;
-}
-
-/// Shows the rows of \p entries, but for the deleted ones.
-void showRows(const QList<TwItem *> &entries)
-{
-    for (TwItem *twi : entries)
-        twi->setTwiHidden(false);
 }
 
 /// Inserts a new entry among the children of \p parent, at their end for the index -1. \p text is

@@ -4,6 +4,7 @@
 #include "fenjournal.h"
 #include "journaltext.h"
 #include "matching.h"
+#include "treerows.h"
 #include "twitem.h"
 #include "ui_mainwindow.h"
 
@@ -55,16 +56,6 @@ void pickTag(const QTreeWidget *tree, QLineEdit *field)
         return;
     const QString fullTag = fullTagText(twi);
     field->setText(field->text().isEmpty() ? fullTag : field->text() + u';' + fullTag);
-}
-
-/// Hides the rows of the records \p roots and all below them, or shows them but for the deleted.
-void setRecordsHidden(const QList<TwItem *> &roots, bool hide)
-{
-    // Last to first: the framework frees what it knows of hidden rows faster in this order.
-    for (auto it = roots.crbegin(); it != roots.crend(); ++it) {
-        (*it)->setTwiChildsHidden(hide);
-        (*it)->setTwiHidden(hide);
-    }
 }
 
 } // namespace

@@ -280,12 +280,6 @@ void TwItem::setTwiHidden(bool hide)
         setHidden(hide);
 }
 
-void TwItem::setTwiChildsHidden(bool hide)
-{
-    if (QTreeWidget *tree = treeWidget()) // a record below a submitter stands in none
-        setRowsHidden(tree, tree->indexFromItem(this), hide);
-}
-
 bool TwItem::setDelete(bool del)
 {
     if (m_toDelete)
@@ -592,18 +586,6 @@ QList<TwItem *> TwItem::recordsWithStaleList()
     if (head != this && head != root)
         records.append(head);
     return records;
-}
-
-void TwItem::setRowsHidden(QTreeWidget *tree, const QModelIndex &index, bool hide)
-{
-    // Last to first, which is the faster order to show rows.
-    for (int row = childCount() - 1; row >= 0; --row) {
-        auto *twi = static_cast<TwItem *>(child(row));
-        if (twi->childCount() > 0)
-            twi->setRowsHidden(tree, tree->model()->index(row, 0, index), hide);
-        if (hide || !twi->m_toDelete)
-            tree->setRowHidden(row, index, hide);
-    }
 }
 
 void TwItem::regenerateRootChilds(TwItem *twiRoot)

@@ -106,10 +106,6 @@ public:
     /// Hides or shows the row. A deleted entry is never shown again.
     void setTwiHidden(bool hide);
 
-    /// Does what setTwiHidden() does for all descendants in the tree, which is faster than to look
-    /// for the row of each.
-    void setTwiChildsHidden(bool hide);
-
     /// Marks the entry as deleted, for good, and hides its row; with \p del false only hides it.
     /// False, with nothing changed, if it is marked already.
     bool setDelete(bool del);
@@ -168,7 +164,6 @@ private:
     /// The entries above whose list no longer is what the tree holds, once a child has been placed
     /// here: normally the root.
     [[nodiscard]] QList<TwItem *> recordsWithStaleList();
-    void setRowsHidden(QTreeWidget *tree, const QModelIndex &index, bool hide);
     void regenerateRootChilds(TwItem *twiRoot);
     void listChilds(TwItem *twiRoot, TwItem *currentTwi);
     void setIco(const QIcon &ico);
