@@ -63,23 +63,6 @@ void showCritical(const QString &title, const QString &text)
     QMessageBox::critical(nullptr, title, text, QMessageBox::Ok);
 }
 
-/// Cuts the lines of \p entries with their rows out of the tree. Returns what is to be told of
-/// each, nothing of a deleted one.
-QList<QStringList> splitTogether(QTreeWidget *tree, const QList<TwItem *> &entries)
-{
-    const DetachedRows detachedRows(tree);
-    const QList<QStringList> splitLists = TwItem::splitAllOverSized(entries);
-    QSet<TwItem *> parents;
-    for (TwItem *twi : entries) {
-        parents.insert(twi); // the rest stands below the line or beside it
-        if (TwItem *parent = twi->getParent())
-            parents.insert(parent);
-    }
-    for (TwItem *parent : std::as_const(parents))
-        renewRows(parent);
-    return splitLists;
-}
-
 /// Inserts a new entry among the children of \p parent, at their end for the index -1. \p text is
 /// its line without the level: a blank, the tag, a blank, the value.
 TwItem *insertEntry(TwItem *parent, const QString &text, int index = -1)
@@ -391,6 +374,40 @@ int Gedcom::unConc()
     return count;
 }
 
+namespace {
+
+/// Whether the lists of the records, made anew at each cut of one of \p tooBigs, are together
+/// longer than twice the document of \p size entries. All lines are then cut before the first is
+/// logged.
+bool mustCutAtOnce(const QList<TwItem *> &tooBigs, qsizetype size)
+{
+    qsizetype listed = 0;
+    for (TwItem *twi : tooBigs) {
+        if (TwItem *root = rootOf(twi))
+            listed += root->getTabTwiChilds(false).size();
+    }
+    return listed > 2 * size;
+}
+
+/// Cuts the lines of \p entries with their rows out of the tree. Returns what is to be logged of
+/// each, nothing of a deleted one.
+QList<QStringList> splitDetached(QTreeWidget *tree, const QList<TwItem *> &entries)
+{
+    const DetachedRows detachedRows(tree);
+    const QList<QStringList> splitLists = TwItem::splitAllOverSized(entries);
+    QSet<TwItem *> parents;
+    for (TwItem *twi : entries) {
+        parents.insert(twi); // the rest stands below the line or beside it
+        if (TwItem *parent = twi->getParent())
+            parents.insert(parent);
+    }
+    for (TwItem *parent : std::as_const(parents))
+        renewRows(parent);
+    return splitLists;
+}
+
+} // namespace
+
 int Gedcom::checkOversized()
 {
     qDebug() << "ON checkOversized";
@@ -410,30 +427,22 @@ int Gedcom::checkOversized()
     const qsizetype tooBigs = tabTotalTooBigs.size();
     int splited = 0;
     if (!tabTotalTooBigs.isEmpty()) {
-        index = 0;
         m_progress->setRange(0, int(tooBigs) - 1);
         m_status->showMessage(
             tr("Déconcaténation de %1 balises > 255 caractères en cours...").arg(tooBigs), 0);
         addToJournal(tr("%1 balises > 255 caractères détectées, déconcaténation...").arg(tooBigs),
                      u"INFO"_s);
-        // Each cut makes the list of its record anew. Where these lists together are longer than
-        // twice the document, all cuts come first and then what is told of them: no event may come
-        // while the rows are out of the tree.
-        qsizetype relisted = 0;
-        for (TwItem *twi : std::as_const(tabTotalTooBigs)) {
-            if (TwItem *root = rootOf(twi))
-                relisted += root->getTabTwiChilds(false).size();
-        }
-        QList<QStringList> splitLists;
-        if (relisted > 2 * tabTotalTwItems.size())
-            splitLists = splitTogether(m_treeWidget, tabTotalTooBigs);
-        for (TwItem *twi : std::as_const(tabTotalTooBigs)) {
-            QStringList splitList;
-            if (!splitLists.isEmpty())
-                splitList = splitLists.at(index);
-            else if (!twi->isToDelete()) // an event may have deleted it: its rest would be written
-                splitList = twi->splitTagOverSized(twi, {});
-            for (const QString &log : std::as_const(splitList))
+        const bool atOnce = mustCutAtOnce(tabTotalTooBigs, tabTotalTwItems.size());
+        const QList<QStringList> splitLists =
+            atOnce ? splitDetached(m_treeWidget, tabTotalTooBigs) : QList<QStringList>();
+        const auto split = [](TwItem *twi) -> QStringList {
+            // An event may have deleted it since the scan: its rest would be written.
+            return twi->isToDelete() ? QStringList() : twi->splitTagOverSized(twi, {});
+        };
+        for (index = 0; index < int(tooBigs);) {
+            const QStringList splitList =
+                atOnce ? splitLists.at(index) : split(tabTotalTooBigs.at(index));
+            for (const QString &log : splitList)
                 addToJournal(log, u"INFO"_s);
             splited += int(splitList.size());
             ++index;

@@ -7,10 +7,13 @@
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QScrollBar>
+#include <QSignalBlocker>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
 
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,6 +28,33 @@ void setChildsHidden(TwItem *twi, QTreeWidget *tree, const QModelIndex &index, b
         if (hide || !child->isToDelete())
             tree->setRowHidden(row, index, hide);
     }
+}
+
+/// Inserts rows in front of others by adding them behind the last one and sorting.
+///
+/// Qt walks all hidden, expanded and current rows of the tree at each insertion in front of a row,
+/// and its table of them does not shrink. Sorting looks at the siblings alone. It goes by the texts
+/// of a column, so those of the levels give way to two that put the rows behind the new ones.
+void insertWithoutWalkingHiddenRows(QTreeWidgetItem *parent, int index,
+                                    const QList<QTreeWidgetItem *> &rows)
+{
+    const int behind = parent->childCount();
+    parent->addChildren(rows);
+
+    const QString level = rows.constFirst()->text(LevelColumn);
+    QList<std::pair<QTreeWidgetItem *, QString>> replaced;
+    const QSignalBlocker nobodySees(parent->treeWidget()->model());
+    for (int i = 0; i < behind; ++i) {
+        QTreeWidgetItem *row = parent->child(i);
+        const QString text = i < index ? level : level + u'+';
+        if (row->text(LevelColumn) == text)
+            continue;
+        replaced.append({row, row->text(LevelColumn)});
+        row->setText(LevelColumn, text);
+    }
+    parent->sortChildren(LevelColumn, Qt::AscendingOrder); // which is stable
+    for (const auto &[row, text] : std::as_const(replaced))
+        row->setText(LevelColumn, text);
 }
 
 } // namespace
@@ -105,6 +135,15 @@ DetachedRows::~DetachedRows()
     m_tree->doItemsLayout(); // before it the scroll bars have no range
     m_tree->horizontalScrollBar()->setValue(m_scrolled.x());
     m_tree->verticalScrollBar()->setValue(m_scrolled.y());
+}
+
+void insertRows(QTreeWidgetItem *parent, int index, const QList<QTreeWidgetItem *> &rows)
+{
+    const int behind = parent->childCount() - index;
+    if (behind == 0 || !parent->treeWidget())
+        parent->insertChildren(index, rows);
+    else
+        insertWithoutWalkingHiddenRows(parent, index, rows);
 }
 
 void renewRows(QTreeWidgetItem *parent)

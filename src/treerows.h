@@ -61,6 +61,9 @@ private:
     QList<QTreeWidgetItem *> m_rows;
 };
 
+/// Inserts \p rows among the children of \p parent, the first of them at \p index.
+void insertRows(QTreeWidgetItem *parent, int index, const QList<QTreeWidgetItem *> &rows);
+
 /// Re-adds the children, which resets the row numbers that Qt caches: once an insertion has moved
 /// them it would search for every one, which is quadratic in a note of 200,000 lines. \p parent
 /// must be out of the view.

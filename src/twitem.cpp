@@ -2,11 +2,10 @@
 
 #include "journaltext.h"
 #include "matching.h"
+#include "treerows.h"
 
-#include <QHash>
 #include <QIcon>
 #include <QSet>
-#include <QTreeWidget>
 
 #include <algorithm>
 #include <array>
@@ -28,72 +27,6 @@ QString sharedString(QStringView text)
     if (found != text)
         found = text.toString();
     return found;
-}
-
-/// What is cut off a line.
-struct Rest
-{
-    TwItem *twi = nullptr; // a new CONC entry that has no place yet
-    bool isBehind = false; // behind the line, else in front of the line's children
-};
-
-/// Shortens the line of \p twi, a child of \p parent, to the greatest size and returns the rest,
-/// which may still be too long. None, with nothing changed, if the line fits or cannot be cut.
-Rest takeRest(TwItem *twi, TwItem *parent)
-{
-    const QString value = twi->text(ValueColumn);
-    if (value.isEmpty() || lineSize(twi) <= MaxLineSize)
-        return {};
-
-    // Not negative: a level and tag of over 253 characters leave no room for any of the value.
-    qsizetype lenghtColText = std::max<qsizetype>(0, MaxTextSize - twi->text(LevelColumn).size()
-                                                         - twi->text(TagColumn).size());
-    // A line that ends in a blank would lose it in other programs; only this one is looked at.
-    if (lenghtColText > 0 && value.at(lenghtColText - 1) == u' ')
-        --lenghtColText;
-    twi->setText(ValueColumn, value.left(lenghtColText));
-
-    // The rest of a continuation stands behind it, that of another line in front of its children.
-    // Read only now: what is left of a value can itself have the form of a tag.
-    const bool continuation = isContinuation(twi->getTag());
-    // A continuation at the top of its record stays whole: its rest would stand beside the record,
-    // in no list, and never reach the file. A section node lists none of its children.
-    if (continuation && (!parent || parent->getTabTwiChilds(false).isEmpty())) {
-        twi->setText(ValueColumn, value);
-        return {};
-    }
-
-    auto *twiConc = new TwItem(-1);
-    QString line = continuation ? twi->text(LevelColumn) : QString::number(childLevel(twi));
-    line.append(" CONC "_L1).append(QStringView(value).mid(lenghtColText));
-    twi->setTwiValuesFromStr(line, twiConc);
-    return {twiConc, continuation};
-}
-
-/// Puts what is cut off the line of \p twi into its place. Null if nothing is.
-TwItem *cutOff(TwItem *twi)
-{
-    const auto [rest, isBehind] = takeRest(twi, twi->getParent());
-    if (rest && isBehind)
-        twi->getParent()->insertTabChild(twi->getThisTwiIndexParent(twi) + 1, rest);
-    else if (rest)
-        twi->insertTabChild(0, rest);
-    return rest;
-}
-
-/// The entries of \p list, each followed by those that \p followers has for it.
-template <typename Item>
-QList<Item *> interleaved(const QList<Item *> &list,
-                          const QHash<const QTreeWidgetItem *, QList<TwItem *>> &followers)
-{
-    QList<Item *> all;
-    for (Item *item : list) {
-        all.append(item);
-        const auto found = followers.constFind(item);
-        if (found != followers.constEnd())
-            std::copy(found->begin(), found->end(), std::back_inserter(all));
-    }
-    return all;
 }
 
 } // namespace
@@ -251,10 +184,8 @@ bool TwItem::insertStrAtIndex(QString strToInsert, QString strToMatch, int twiCo
 
 void TwItem::insertTabChild(int twiIndex, TwItem *twiChild)
 {
-    placeChild(twiIndex, twiChild);
-    const QList<TwItem *> stale = recordsWithStaleList();
-    for (TwItem *record : stale)
-        regenerateRootChilds(record);
+    placeChilds(twiIndex, {twiChild});
+    renewLists(recordsAbove());
 }
 
 QStringList TwItem::delChilds()
@@ -267,11 +198,6 @@ QStringList TwItem::delChilds()
         logs.append(twi->delChilds());
     }
     return logs;
-}
-
-bool TwItem::operator<(const QTreeWidgetItem &other) const
-{
-    return m_sortRank < static_cast<const TwItem &>(other).m_sortRank;
 }
 
 void TwItem::setTwiHidden(bool hide)
@@ -325,99 +251,123 @@ int TwItem::setEntryTwItems(QStringList listEntryValues, int currentLineGedFile)
     return currentLineGedFile;
 }
 
+namespace {
+
+/// What is cut off one line, and where it goes.
+struct Cut
+{
+    TwItem *parent = nullptr; // null if nothing is cut off
+    int index = 0;
+    QList<TwItem *> pieces; // new entries, in the order of the text
+    QString firstLine; // that of the first piece while it still held all of the text
+};
+
+/// The characters of the value that stay on a line of \p size characters for it. A line that ends
+/// in a blank would lose it in other programs; only this one blank is looked at.
+qsizetype sizeOfPiece(QStringView value, qsizetype size)
+{
+    return size > 0 && value.at(size - 1) == u' ' ? size - 1 : size;
+}
+
+/// Shares out the value of \p twiConc, a CONC entry, over as many new ones as it needs behind it.
+QList<TwItem *> shareOut(TwItem *twiConc)
+{
+    QList<TwItem *> pieces{twiConc};
+    const QString level = twiConc->text(LevelColumn);
+    const QString value = twiConc->text(ValueColumn);
+    const qsizetype size = MaxTextSize - level.size() - twiConc->text(TagColumn).size();
+    for (QStringView rest = value; rest.size() > size;) {
+        const qsizetype piece = sizeOfPiece(rest, size);
+        pieces.constLast()->setText(ValueColumn, rest.first(piece).toString());
+        rest = rest.sliced(piece);
+        pieces.append(new TwItem(-1));
+        pieces.constLast()->setText(LevelColumn, level);
+        pieces.constLast()->setText(TagColumn, twiConc->text(TagColumn));
+        if (rest.size() <= size)
+            pieces.constLast()->setText(ValueColumn, rest.toString());
+    }
+    return pieces;
+}
+
+/// Shortens the line of \p twi to the greatest size. Nothing is changed if the line fits or cannot
+/// be cut.
+Cut cutOff(TwItem *twi)
+{
+    const QString value = twi->text(ValueColumn);
+    if (value.isEmpty() || lineSize(twi) <= MaxLineSize)
+        return {};
+
+    // Not negative: a level and tag of over 253 characters leave no room for any of the value.
+    const qsizetype lenghtColText =
+        sizeOfPiece(value, std::max<qsizetype>(0, MaxTextSize - twi->text(LevelColumn).size()
+                                                      - twi->text(TagColumn).size()));
+    twi->setText(ValueColumn, value.left(lenghtColText));
+
+    // The rest of a continuation stands behind it, that of another line in front of its children.
+    // Read only now: what is left of a value can itself have the form of a tag.
+    const bool continuation = isContinuation(twi->getTag());
+    TwItem *parent = continuation ? twi->getParent() : twi;
+    // A continuation at the top of its record stays whole: its rest would stand beside the record,
+    // in no list, and never reach the file. A section node lists none of its children.
+    if (continuation && (!parent || parent->getTabTwiChilds(false).isEmpty())) {
+        twi->setText(ValueColumn, value);
+        return {};
+    }
+
+    auto *twiConc = new TwItem(-1);
+    QString line = continuation ? twi->text(LevelColumn) : QString::number(childLevel(twi));
+    line.append(" CONC "_L1).append(QStringView(value).mid(lenghtColText));
+    twi->setTwiValuesFromStr(line, twiConc);
+    Cut cut{parent,
+            continuation ? parent->getThisTwiIndexParent(twi) + 1 : 0,
+            {twiConc},
+            lineText(twiConc)};
+    if (isContinuation(twiConc->getTag())) // not behind level 9: "10 CONC" reads as level 1, no tag
+        cut.pieces = shareOut(twiConc);
+    return cut;
+}
+
+/// Cuts the line of \p twi and lets \p place put the new entries into their place. Returns what is
+/// logged of it: nothing if it is not cut, and of several cuts the first alone.
+template <typename Place>
+QStringList cutLine(TwItem *twi, const Place &place)
+{
+    const Cut cut = cutOff(twi);
+    if (!cut.parent)
+        return {};
+    place(cut.parent, cut.index, cut.pieces);
+    const QString concText = fullTagText(cut.pieces.constFirst()) + u' ' + cut.firstLine;
+    const QStringList log{cutLog(concText, twi)};
+    cutLine(cut.pieces.constLast(), place); // only one that is no CONC is still too long
+    return log;
+}
+
+} // namespace
+
 QStringList TwItem::splitTagOverSized(TwItem *twiOri, QStringList splitList)
 {
-    TwItem *twiConc = cutOff(twiOri);
-    if (!twiConc)
-        return splitList;
-    splitList.append(cutLog(entryText(twiConc), twiOri));
-    // The journal tells and counts the first cut alone.
-    while (twiConc)
-        twiConc = cutOff(twiConc);
-    return splitList;
+    return splitList
+         + cutLine(twiOri, [](TwItem *parent, int index, const QList<TwItem *> &pieces) {
+               parent->placeChilds(index, pieces);
+               renewLists(parent->recordsAbove());
+           });
 }
 
 QList<QStringList> TwItem::splitAllOverSized(const QList<TwItem *> &entries)
 {
     QList<QStringList> splitLists;
-    QSet<TwItem *> stale;
-    const auto renewStale = [&stale] {
-        for (TwItem *record : std::as_const(stale))
-            record->regenerateRootChilds(record);
-        stale.clear();
+    QSet<TwItem *> outdated; // records whose list is no longer what the tree holds
+    const auto place = [&outdated](TwItem *parent, int index, const QList<TwItem *> &pieces) {
+        // A record takes a child into its list at the index of the tree, whatever stands there.
+        if (outdated.remove(parent))
+            parent->regenerateRootChilds(parent);
+        parent->placeChilds(index, pieces);
+        const QList<TwItem *> records = parent->recordsAbove();
+        outdated.unite({records.begin(), records.end()});
     };
-    const auto hasContinuationTag = [](const TwItem *twi) {
-        return isContinuation(twi->text(TagColumn));
-    };
-    // Whether a cut cannot change the tag of the line, as a very short rest of the value behind a
-    // very long tag column could, and the new lines have a level of one character.
-    const auto isPlain = [&](const TwItem *twi) {
-        const QString level = twi->text(LevelColumn);
-        return level.size() == 1 && level != "0"_L1 && (level != "9"_L1 || hasContinuationTag(twi))
-            && twi->text(TagColumn).size() < MaxTextSize / 2;
-    };
-    const auto listsItsChilds = [](const TwItem *parent, const QTreeWidgetItem *last) -> bool {
-        const int size =
-            int(std::min<qsizetype>(parent->childCount(), parent->m_tabTwiChilds.size()));
-        for (int i = 0; i < size && parent->child(i) == parent->m_tabTwiChilds.at(i); ++i) {
-            if (parent->child(i) == last)
-                return true;
-        }
-        return false;
-    };
-
-    for (auto it = entries.cbegin(); it != entries.cend();) {
-        TwItem *parent = (*it)->getParent();
-        const bool continuation = hasContinuationTag(*it);
-        // The list of a whole record takes continuations at an index of the tree: it must be what
-        // it would be had each line been cut by itself, so those are kept apart from other lines.
-        const bool isRecord = parent && (*it)->recordsWithStaleList().contains(parent);
-        auto end = std::find_if_not(it, entries.cend(), [&](TwItem *twi) {
-            return parent && twi->getParent() == parent && isPlain(twi)
-                && (!isRecord || hasContinuationTag(twi) == continuation);
-        });
-        if (isRecord && continuation && stale.contains(parent))
-            renewStale();
-        if (it == end
-            || (std::any_of(it, end, hasContinuationTag)
-                && !listsItsChilds(parent, *std::prev(end)))) {
-            renewStale();
-            end = std::max(end, it + 1);
-            for (; it != end; ++it)
-                splitLists.append((*it)->m_toDelete ? QStringList()
-                                                    : (*it)->splitTagOverSized(*it, {}));
-            continue;
-        }
-
-        // A run of siblings: their rests are put into place together.
-        const QString concPath = (parent->getFullTag() << u"CONC"_s).join(u'.') + u' ';
-        QHash<const QTreeWidgetItem *, QList<TwItem *>> followers;
-        for (; it != end; ++it) {
-            TwItem *twi = *it;
-            QStringList splitList;
-            auto [rest, isBehind] = twi->m_toDelete ? Rest{} : takeRest(twi, parent);
-            if (rest && isBehind) {
-                splitList.append(cutLog(concPath + lineText(rest), twi));
-                for (; rest; rest = takeRest(rest, parent).twi)
-                    followers[twi].append(rest);
-            } else if (rest) {
-                twi->placeChild(0, rest);
-                splitList.append(cutLog(entryText(rest), twi));
-                for (int index = 1; (rest = takeRest(rest, twi).twi); ++index)
-                    twi->placeChild(index, rest);
-                const QList<TwItem *> records = twi->recordsWithStaleList();
-                stale.unite({records.begin(), records.end()});
-            }
-            splitLists.append(splitList);
-        }
-        if (!followers.isEmpty()) {
-            parent->addChildren(interleaved(parent->takeChildren(), followers));
-            parent->m_tabTwiChilds = interleaved(parent->m_tabTwiChilds, followers);
-            const QList<TwItem *> records = parent->recordsWithStaleList();
-            stale.unite({records.begin(), records.end()});
-        }
-    }
-    renewStale();
+    for (TwItem *twi : entries)
+        splitLists.append(twi->m_toDelete ? QStringList() : cutLine(twi, place));
+    renewLists(outdated.values());
     return splitLists;
 }
 
@@ -549,28 +499,19 @@ QString TwItem::getAbsolutFileName(QString FileName) const
     return column == -1 ? QString() : bareFileName(text(column));
 }
 
-void TwItem::placeChild(int twiIndex, TwItem *twiChild)
+void TwItem::placeChilds(int twiIndex, const QList<TwItem *> &twiChilds)
 {
     if (twiIndex < 0 || twiIndex > childCount())
         twiIndex = childCount();
-    if (twiIndex < childCount() && treeWidget()) {
-        // For an insertion in front of a row the framework walks all hidden, expanded and current
-        // rows of the tree; behind the last one and then sorted, it looks at the siblings alone.
-        for (int i = twiIndex; i < childCount(); ++i)
-            static_cast<TwItem *>(child(i))->m_sortRank = 1;
-        addChild(twiChild);
-        sortChildren(LevelColumn, Qt::AscendingOrder);
-        for (int i = twiIndex; i < childCount(); ++i)
-            static_cast<TwItem *>(child(i))->m_sortRank = 0;
-    } else {
-        insertChild(twiIndex, twiChild);
-    }
+    insertRows(this, twiIndex, {twiChilds.begin(), twiChilds.end()});
     // At a root the index of the tree is wanted although the list holds all descendants: the new
     // entry lands in file order only while the children before it have no children of their own.
-    m_tabTwiChilds.insert(std::min<qsizetype>(twiIndex, m_tabTwiChilds.size()), twiChild);
+    twiIndex = int(std::min<qsizetype>(twiIndex, m_tabTwiChilds.size()));
+    m_tabTwiChilds.insert(twiIndex, twiChilds.size(), nullptr);
+    std::copy(twiChilds.begin(), twiChilds.end(), m_tabTwiChilds.begin() + twiIndex);
 }
 
-QList<TwItem *> TwItem::recordsWithStaleList()
+QList<TwItem *> TwItem::recordsAbove()
 {
     TwItem *root = rootOf(this);
     QList<TwItem *> records;
@@ -586,6 +527,12 @@ QList<TwItem *> TwItem::recordsWithStaleList()
     if (head != this && head != root)
         records.append(head);
     return records;
+}
+
+void TwItem::renewLists(const QList<TwItem *> &records)
+{
+    for (TwItem *record : records)
+        record->regenerateRootChilds(record);
 }
 
 void TwItem::regenerateRootChilds(TwItem *twiRoot)

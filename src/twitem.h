@@ -12,8 +12,6 @@
 
 #include <array>
 
-class QTreeWidget;
-
 /// What getTag() gives for an entry without a tag.
 inline constexpr QLatin1StringView NoTag{"ERREUR"};
 
@@ -99,10 +97,6 @@ public:
     /// before. Leaves this entry alone.
     QStringList delChilds();
 
-    /// The order of siblings while one more is put among them; at any other time all are equal, so
-    /// that a sort changes nothing.
-    bool operator<(const QTreeWidgetItem &other) const override;
-
     /// Hides or shows the row. A deleted entry is never shown again.
     void setTwiHidden(bool hide);
 
@@ -123,9 +117,9 @@ public:
     /// unchanged if the line cannot be cut.
     QStringList splitTagOverSized(TwItem *twiOri, QStringList splitList);
 
-    /// Does what splitTagOverSized() does for each of \p entries that is not deleted, siblings that
-    /// follow each other together. Returns the journal texts of each. The entries must be out of
-    /// the view, which would look for each row.
+    /// Does what splitTagOverSized() does for each of \p entries that is not deleted, with the list
+    /// of a record made anew once for all. Returns the journal texts of each. Meant for entries
+    /// that are out of the view, where an insertion costs nothing but itself.
     static QList<QStringList> splitAllOverSized(const QList<TwItem *> &entries);
 
     /// Whether one of the tag patterns names this entry: by its tag, or by its full tag, in which a
@@ -158,19 +152,18 @@ public:
     [[nodiscard]] QString getAbsolutFileName(QString FileName) const;
 
 private:
-    /// Inserts the child into the tree and into the list of this entry; the lists above are stale
-    /// then.
-    void placeChild(int twiIndex, TwItem *twiChild);
-    /// The entries above whose list no longer is what the tree holds, once a child has been placed
-    /// here: normally the root.
-    [[nodiscard]] QList<TwItem *> recordsWithStaleList();
+    /// Inserts the children, the first of them at the index, into the tree and into the list of
+    /// this entry. The lists of recordsAbove() then have to be renewed.
+    void placeChilds(int twiIndex, const QList<TwItem *> &twiChilds);
+    /// The entries above whose list holds what stands below this one: normally the root.
+    [[nodiscard]] QList<TwItem *> recordsAbove();
+    static void renewLists(const QList<TwItem *> &records);
     void regenerateRootChilds(TwItem *twiRoot);
     void listChilds(TwItem *twiRoot, TwItem *currentTwi);
     void setIco(const QIcon &ico);
 
     QList<TwItem *> m_tabTwiChilds;
     bool m_toDelete = false;
-    quint8 m_sortRank = 0; // while a child is put into its place, 1 behind it
     int m_numLineGedFile = -1;
 };
 
