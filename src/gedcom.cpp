@@ -159,6 +159,39 @@ void Gedcom::addToJournal(QString log, QString level)
         QTime::currentTime().toString(u"hh:mm:ss.zzz"_s) + " - "_L1 + levelWord + log + "\r\n"_L1;
 }
 
+namespace {
+
+/// Gives the section nodes, in their declared order, their labels and icons.
+void labelSections(const QList<TwItem *> &sections)
+{
+    const struct
+    {
+        QString label;
+        QString icon;
+    } labels[] = {
+        {Gedcom::tr("en-tête"), u"head"_s}, {Gedcom::tr("personnes"), u"indi"_s},
+        {Gedcom::tr("familles"), u"fam"_s}, {Gedcom::tr("sources"), u"sour"_s},
+        {Gedcom::tr("médias"), u"obje"_s},  {Gedcom::tr("dépots"), u"repo"_s},
+        {Gedcom::tr("notes"), u"chan"_s},   {Gedcom::tr("infos"), u"chan"_s},
+    };
+    for (qsizetype i = 0; i < sections.size(); ++i) {
+        sections.at(i)->setText(LevelColumn, labels[i].label);
+        sections.at(i)->setIcon(LevelColumn, QIcon(":/icones/"_L1 + labels[i].icon + ".png"_L1));
+    }
+}
+
+/// The number of lines from the beginning of the stream, which is there again afterwards.
+int countLines(QTextStream *in)
+{
+    int count = 0;
+    for (QString line; !in->atEnd(); ++count)
+        in->readLineInto(&line);
+    in->seek(0);
+    return count;
+}
+
+} // namespace
+
 bool Gedcom::genererVectorGed(QString pathFileGed, QTreeWidget *tw, QProgressBar *pb,
                               QStatusBar *sb)
 {
@@ -174,25 +207,8 @@ bool Gedcom::genererVectorGed(QString pathFileGed, QTreeWidget *tw, QProgressBar
     m_treeWidget = tw;
     m_progress = pb;
     m_status = sb;
-    // The section nodes of the tree, in its order.
-    const QList<TwItem *> sections{twiHeader, twiIndi, twiFam, twiSour, twiObje, twiRepo, twiNote};
-    if (m_tabTwItemRoot.isEmpty()) {
-        const struct
-        {
-            TwItem *twi;
-            QString label;
-            QString icon;
-        } labels[] = {
-            {twiHeader, tr("en-tête"), u"head"_s}, {twiIndi, tr("personnes"), u"indi"_s},
-            {twiFam, tr("familles"), u"fam"_s},    {twiSour, tr("sources"), u"sour"_s},
-            {twiObje, tr("médias"), u"obje"_s},    {twiRepo, tr("dépots"), u"repo"_s},
-            {twiNote, tr("notes"), u"chan"_s},     {twiSubm, tr("infos"), u"chan"_s},
-        };
-        for (const auto &section : labels) {
-            section.twi->setText(LevelColumn, section.label);
-            section.twi->setIcon(LevelColumn, QIcon(":/icones/"_L1 + section.icon + ".png"_L1));
-        }
-    }
+    if (m_tabTwItemRoot.isEmpty())
+        labelSections({twiHeader, twiIndi, twiFam, twiSour, twiObje, twiRepo, twiNote, twiSubm});
     // The tree is not cleared: after a refused load its old records stay on screen, and are no
     // longer written.
     m_tabTwItemRoot.clear();
@@ -201,11 +217,7 @@ bool Gedcom::genererVectorGed(QString pathFileGed, QTreeWidget *tw, QProgressBar
 
     QTextStream in(&fileGed);
     in.setEncoding(QStringConverter::System);
-    int count = 0;
-    for (QString stringTampon; !in.atEnd(); ++count)
-        in.readLineInto(&stringTampon);
-    in.seek(0);
-
+    const int count = countLines(&in);
     m_progress->setVisible(true);
     m_progress->setRange(0, count);
     int fileIndex = 0;
@@ -226,7 +238,7 @@ bool Gedcom::genererVectorGed(QString pathFileGed, QTreeWidget *tw, QProgressBar
     m_progress->reset();
     in.reset();
     fileGed.close();
-    for (TwItem *section : sections)
+    for (TwItem *section : {twiHeader, twiIndi, twiFam, twiSour, twiObje, twiRepo, twiNote})
         section->setText(TagColumn, QString::number(section->childCount()));
     if (twiNote->childCount() == 0)
         twiNote->setHidden(true);
@@ -246,6 +258,55 @@ QString Gedcom::getJournal() const
     return *m_journal;
 }
 
+namespace {
+
+/// The name of the archive copy of a file: the present time in front of its own. A path without a
+/// slash is its own file name.
+QString archiveName(const QString &pathFileGed)
+{
+    QString fileName = pathFileGed.mid(pathFileGed.lastIndexOf(u'/') + 1);
+    fileName.prepend(QTime::currentTime().toString(Qt::TextDate) + u'.');
+    return fileName.replace(u':', u'.');
+}
+
+/// Makes the archive directory of today beside a file and returns its path. Where it cannot be
+/// made, the journal that goes into it cannot be opened, and that is reported.
+QString makeArchiveDirectory(const QString &pathFileGed)
+{
+    const qsizetype lastSlash = pathFileGed.lastIndexOf(u'/');
+    QString archPath = pathFileGed;
+    // Of a path without a slash the last character goes, since -1 counts from the end.
+    archPath.remove(lastSlash, archPath.size() - lastSlash);
+    for (const QString &folder : {u"ARCH"_s, QDate::currentDate().toString(u"yyyy.MM.dd"_s)}) {
+        archPath += u'/' + folder;
+        if (!QDir(archPath).exists())
+            QDir().mkdir(archPath);
+    }
+    return archPath;
+}
+
+/// Writes the lines that \p linesOf gives for each of \p pieces, then \p end, to an open file and
+/// closes it. Events are processed at every hundredth piece.
+template <typename Piece, typename LinesOf>
+void writeLines(QFile *file, const QList<Piece> &pieces, const LinesOf &linesOf, const char *end,
+                QProgressBar *bar)
+{
+    QTextStream out(file);
+    out.setEncoding(QStringConverter::System);
+    bar->setRange(0, int(pieces.size()));
+    for (qsizetype i = 0; i < pieces.size(); ++i) {
+        const QStringList lines = linesOf(pieces.at(i));
+        for (const QString &line : lines)
+            out << line << Qt::endl;
+        showProgress(bar, i);
+    }
+    out << end;
+    out.reset(); // the stream is flushed as its file closes
+    file->close();
+}
+
+} // namespace
+
 bool Gedcom::writeGedFile(QString pathFileGed)
 {
     // The parameter file can ask for a save before there is a document.
@@ -256,73 +317,43 @@ bool Gedcom::writeGedFile(QString pathFileGed)
     checkOversized();
     m_status->showMessage(tr("Sauvegarde du fichier %1").arg(pathFileGed), 0);
 
-    // A path without a slash is its own file name, and loses its last character as a directory.
-    const qsizetype lastSlash = pathFileGed.lastIndexOf(u'/');
-    QString fileName = pathFileGed;
-    fileName.remove(0, lastSlash + 1);
-    fileName.prepend(QTime::currentTime().toString(Qt::TextDate) + u'.');
-    fileName.replace(u':', u'.');
-
-    QString archPath = pathFileGed;
-    archPath.remove(lastSlash, archPath.size() - lastSlash);
-    archPath += "/ARCH"_L1;
-    if (!QDir(archPath).exists())
-        QDir().mkdir(archPath);
-    archPath += u'/' + QDate::currentDate().toString(u"yyyy.MM.dd"_s);
-    if (!QDir(archPath).exists())
-        QDir().mkdir(archPath);
-    // Neither the directories nor the copy are checked: a new file has nothing to be archived, and
-    // a directory that is missing shows when the journal is opened below.
+    // The copy is not checked: a new file has nothing to be archived.
+    QString fileName = archiveName(pathFileGed);
+    const QString archPath = makeArchiveDirectory(pathFileGed);
     QFile::copy(pathFileGed, archPath + u'/' + fileName);
     addToJournal(tr("Fichier %1 copié sous %2/%3").arg(pathFileGed, archPath, fileName), u"INFO"_s);
 
-    QFile fileGed(pathFileGed);
-    if (!fileGed.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        addToJournal(tr("Erreur d'écriture du fichier %1").arg(pathFileGed), u"ERROR"_s);
-        showCritical(tr("Erreur d'écriture"),
-                     tr("Modification non prise en compte, vérifier l'accès au fichier %1")
-                         .arg(pathFileGed));
+    const auto open = [this](QFile *file, const QString &log, const QString &title) -> bool {
+        if (file->open(QIODevice::WriteOnly | QIODevice::Text))
+            return true;
+        addToJournal(log, u"ERROR"_s);
+        showCritical(title, tr("Modification non prise en compte, vérifier l'accès au fichier %1")
+                                .arg(file->fileName()));
         return false;
-    }
-    QTextStream out(&fileGed);
-    out.setEncoding(QStringConverter::System);
-    const QList<TwItem *> tabTwItemRoot = getTabTwItemsRoot();
+    };
+    QFile fileGed(pathFileGed);
+    if (!open(&fileGed, tr("Erreur d'écriture du fichier %1").arg(pathFileGed),
+              tr("Erreur d'écriture")))
+        return false;
     m_progress->setVisible(true);
-    m_progress->setRange(0, int(tabTwItemRoot.size()));
-    for (qsizetype i = 0; i < tabTwItemRoot.size(); ++i) {
-        const QStringList listEntryValue = tabTwItemRoot.at(i)->getGedEntryList();
-        for (const QString &line : listEntryValue)
-            out << line << Qt::endl;
-        showProgress(m_progress, i);
-    }
-    out << "0 TRLR\n";
-    out.reset(); // the stream is flushed as its file closes
-    fileGed.close();
+    writeLines(
+        &fileGed, getTabTwItemsRoot(), [](TwItem *root) { return root->getGedEntryList(); },
+        "0 TRLR\n", m_progress);
     const QString saved = tr("Fichier %1 sauvegardé.").arg(pathFileGed);
     addToJournal(saved, u"INFO"_s);
     m_status->showMessage(saved, 0);
 
     fileName.prepend("journal."_L1);
-    const QString journalPath = archPath + u'/' + fileName;
-    QFile fileJournal(journalPath);
+    QFile fileJournal(archPath + u'/' + fileName);
+    const QString journalPath = fileJournal.fileName();
     m_status->showMessage(tr("Sauvegarde du journal %1").arg(journalPath), 0);
-    if (!fileJournal.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        addToJournal(tr("Erreur d'écriture du fichier journal %1").arg(journalPath), u"ERROR"_s);
-        showCritical(tr("Erreur d'écriture du journal"),
-                     tr("Modification non prise en compte, vérifier l'accès au fichier %1")
-                         .arg(journalPath));
+    if (!open(&fileJournal, tr("Erreur d'écriture du fichier journal %1").arg(journalPath),
+              tr("Erreur d'écriture du journal")))
         return false;
-    }
-    QTextStream outJournal(&fileJournal);
-    outJournal.setEncoding(QStringConverter::System);
     const QStringList journal = m_journal->split("\r\n"_L1);
-    m_progress->setRange(0, int(journal.size()));
-    for (qsizetype i = 0; i < journal.size(); ++i) {
-        outJournal << journal.at(i) << Qt::endl;
-        showProgress(m_progress, i);
-    }
-    outJournal.reset();
-    fileJournal.close();
+    writeLines(
+        &fileJournal, journal, [](const QString &line) { return QStringList{line}; }, "",
+        m_progress);
     m_status->showMessage(tr("Fichier journal %1 sauvegardé.").arg(journalPath), 0);
     m_progress->setVisible(false);
     qDebug() << "OFF writeGedFile";
@@ -1442,38 +1473,35 @@ bool Gedcom::createNewTwiEntry(QStringList listEntryValues)
     m_currentLineGedFile = tempCountLine;
     m_tabTwItemRoot.append(twiRoot);
 
-    const auto sectionOf = [this](const QString &text) -> TwItem * {
-        if (text == "HEAD"_L1)
-            return twiHeader;
-        if (text == "INDI"_L1)
-            return twiIndi;
-        if (text == "FAM"_L1)
-            return twiFam;
-        if (text == "SOUR"_L1)
-            return twiSour;
-        if (text == "OBJE"_L1)
-            return twiObje;
-        if (text == "REPO"_L1)
-            return twiRepo;
-        // A note may have its text on the same line, and is then cut off in the same column.
-        if (text.startsWith("NOTE"_L1))
-            return twiNote;
-        if (text.startsWith("SUBM"_L1))
-            return twiSubm;
-        return nullptr;
-    };
-    if (twiRoot->isRoot()) {
-        for (int column = TagColumn; column < twiRoot->columnCount(); ++column) {
-            if (TwItem *section = sectionOf(twiRoot->text(column))) {
-                section->addChild(twiRoot);
-                return true;
-            }
-        }
+    if (TwItem *section = sectionOf(twiRoot)) {
+        section->addChild(twiRoot);
+        return true;
     }
     addToJournal(tr("Entrée non reconnue :"), u"INFO"_s);
     addToJournal(listEntryValues.join("\r\n"_L1), u"NONE"_s);
     m_treeWidget->addTopLevelItem(twiRoot);
     return true;
+}
+
+TwItem *Gedcom::sectionOf(TwItem *twiRoot) const
+{
+    const std::pair<QLatin1StringView, TwItem *> kinds[] = {
+        {"HEAD"_L1, twiHeader}, {"INDI"_L1, twiIndi}, {"FAM"_L1, twiFam},
+        {"SOUR"_L1, twiSour},   {"OBJE"_L1, twiObje}, {"REPO"_L1, twiRepo},
+    };
+    for (int column = TagColumn; twiRoot->isRoot() && column < twiRoot->columnCount(); ++column) {
+        const QString text = twiRoot->text(column);
+        for (const auto &[kind, section] : kinds) {
+            if (text == kind)
+                return section;
+        }
+        // These may have a text on the same line, which is then in the same column.
+        if (text.startsWith("NOTE"_L1))
+            return twiNote;
+        if (text.startsWith("SUBM"_L1))
+            return twiSubm;
+    }
+    return nullptr;
 }
 
 void Gedcom::generateTwiHeaders(QTreeWidget *tw)

@@ -152,6 +152,8 @@ public:
 
 private:
     bool createNewTwiEntry(QStringList listEntryValues);
+    /// The section node of a record, null for one of unknown kind.
+    [[nodiscard]] TwItem *sectionOf(TwItem *twiRoot) const;
     void generateTwiHeaders(QTreeWidget *tw);
     bool readCorrespondences(const QStringList &csvFiles, const QString &splitStr,
                              QStringList *linesFileUrl);
