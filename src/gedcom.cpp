@@ -368,17 +368,12 @@ int Gedcom::unConc()
     const qsizetype size = tabTotalTwItems.size();
     m_progress->setRange(0, int(size) - 1);
 
-    const auto quote = [](TwItem *twi) -> QString {
-        return fullTagText(twi) + u' ' + twi->text(ValueColumn) + lineReference(twi);
-    };
-    const auto foldInto = [&](TwItem *twiTarget, TwItem *twiConc) -> bool {
+    const auto foldInto = [this](TwItem *twiTarget, TwItem *twiConc) -> bool {
         // A run that an event has started in the middle of this one may have folded it already.
         if (twiConc->getTag() != "CONC"_L1 || twiConc->isToDelete())
             return false;
         twiTarget->setText(ValueColumn, twiTarget->text(ValueColumn) + twiConc->text(ValueColumn));
-        addToJournal(
-            tr("Balise '%1 concaténée dans la balise %2").arg(quote(twiConc), quote(twiTarget)),
-            u"INFO"_s);
+        addToJournal(foldLog(twiConc, twiTarget), u"INFO"_s);
         twiConc->setDelete(true);
         return true;
     };
@@ -601,6 +596,29 @@ int Gedcom::setSpaceNames()
     return edited;
 }
 
+namespace {
+
+/// Whether the entry or one of its \p children holds a value. The entry is searched for a part of a
+/// column, its children for a whole column.
+bool holdsText(const TwItem *twi, const QList<TwItem *> &children, const QString &text)
+{
+    return twi->getColumnIndexContainsString(text, true) >= 0
+        || std::any_of(children.begin(), children.end(), [&text](const TwItem *child) {
+               return child->getColumnIndexEqualString(text, true) >= 0;
+           });
+}
+
+/// Whether \p rx matches a column of the entry or of one of its \p children.
+bool holdsMatch(const TwItem *twi, const QList<TwItem *> &children, const QRegularExpression &rx)
+{
+    return twi->getColumnIndexMatchRx(rx) >= 0
+        || std::any_of(children.begin(), children.end(), [&rx](const TwItem *child) {
+               return child->getColumnIndexMatchRx(rx) >= 0;
+           });
+}
+
+} // namespace
+
 int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, bool contains, bool rx,
                        QString containValue)
 {
@@ -611,20 +629,6 @@ int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, boo
     m_progress->setRange(0, int(tabTotalTwItems.size()));
     const QRegularExpression rxContains(rx ? containValue : QString());
 
-    // The entry is searched for a part of a column, its children for a whole column.
-    const auto hasValue = [&](const TwItem *twi, const QList<TwItem *> &children) -> bool {
-        if (rx) {
-            return twi->getColumnIndexMatchRx(rxContains) >= 0
-                || std::any_of(children.begin(), children.end(), [&](const TwItem *child) {
-                       return child->getColumnIndexMatchRx(rxContains) >= 0;
-                   });
-        }
-        return twi->getColumnIndexContainsString(containValue, true) >= 0
-            || std::any_of(children.begin(), children.end(), [&](const TwItem *child) {
-                   return child->getColumnIndexEqualString(containValue, true) >= 0;
-               });
-    };
-
     int count = 0;
     const auto deleteEntry = [&](TwItem *twi) {
         if (!twi->isTagMatch(tagsToDel))
@@ -634,7 +638,9 @@ int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, boo
         const QList<TwItem *> children = twi->getTabTwiChilds(true);
         if (noChilds && !children.isEmpty())
             return;
-        if (contains && !hasValue(twi, children))
+        if (contains
+            && !(rx ? holdsMatch(twi, children, rxContains)
+                    : holdsText(twi, children, containValue)))
             return;
 
         if (!children.isEmpty()) {
@@ -664,6 +670,55 @@ int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, boo
     return count;
 }
 
+namespace {
+
+/// The path of a destination, its "*" taken from the source where that has a component.
+QStringList resolved(QStringList tagDestList, const QStringList &tagOneList)
+{
+    for (qsizetype i = 0; i < std::min(tagOneList.size(), tagDestList.size()); ++i) {
+        if (tagDestList.at(i) == "*"_L1)
+            tagDestList[i] = tagOneList.at(i);
+    }
+    return tagDestList;
+}
+
+/// The entry that takes the value of \p twiOriMatch, if it is there already below \p twiCommunOri;
+/// for \p duplicates, entries at one path, the second of them.
+TwItem *presentDestination(TwItem *twiOriMatch, const QStringList &tagTwoList, TwItem *twiCommunOri,
+                           bool duplicates)
+{
+    QList<TwItem *> listTwiDestMatch;
+    twiCommunOri->getChildsListFromFullTag(tagTwoList, &listTwiDestMatch, twiCommunOri);
+    if (duplicates)
+        return listTwiDestMatch.value(1);
+    TwItem *twiDestMatch = listTwiDestMatch.value(0);
+    if (!twiDestMatch || twiDestMatch == twiOriMatch)
+        return nullptr;
+    qDebug() << "twi dest existant : " << twiDestMatch->getFullTag();
+    return twiDestMatch;
+}
+
+/// Makes the entry at the path below \p twiCommunOri and logs it. Only the last component is ever
+/// made: null if the tags above it are not there.
+TwItem *createDestination(Gedcom *gedcom, QStringList tagDestToCreate, TwItem *twiCommunOri)
+{
+    const QString tagDest = tagDestToCreate.takeLast();
+    QList<TwItem *> tabTwItemParentDest;
+    twiCommunOri->getChildsListFromFullTag(tagDestToCreate, &tabTwItemParentDest, twiCommunOri);
+    if (tabTwItemParentDest.isEmpty())
+        return nullptr;
+
+    TwItem *twiParent = tabTwItemParentDest.constFirst();
+    TwItem *twiDestMatch = insertEntry(twiParent, u' ' + tagDest);
+    gedcom->addToJournal(
+        Gedcom::tr("Création de l'entrée : %1 fille de la balise %2%3")
+            .arg(entryText(twiDestMatch), entryText(twiParent), lineReference(twiParent)),
+        u"INFO"_s);
+    return twiDestMatch;
+}
+
+} // namespace
+
 int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool deleteTagOri,
                            bool mvOriContent, bool createDestTag)
 {
@@ -678,55 +733,28 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
     int delCount = 0;
     int createCount = 0;
 
-    // Only the last component of a path is ever created: the tags above it must be there.
-    const auto createDestination = [&](const QStringList &tagTwoList,
-                                       TwItem *twiCommunOri) -> TwItem * {
-        QStringList tagDestToCreate = tagTwoList;
-        const QString tagDest = tagDestToCreate.takeLast();
-        QList<TwItem *> tabTwItemParentDest;
-        twiCommunOri->getChildsListFromFullTag(tagDestToCreate, &tabTwItemParentDest, twiCommunOri);
-        if (tabTwItemParentDest.isEmpty())
-            return nullptr;
-
-        TwItem *twiParent = tabTwItemParentDest.constFirst();
-        TwItem *twiDestMatch = insertEntry(twiParent, u' ' + tagDest);
-        addToJournal(
-            tr("Création de l'entrée : %1 fille de la balise %2%3")
-                .arg(entryText(twiDestMatch), entryText(twiParent), lineReference(twiParent)),
-            u"INFO"_s);
-        ++createCount;
-        return twiDestMatch;
-    };
-
     const auto findDestination = [&](TwItem *twiOriMatch,
                                      const QStringList &tagDestList) -> TwItem * {
         const QStringList tagOneList = twiOriMatch->getFullTag();
-        QStringList tagTwoList = tagDestList;
-        for (qsizetype i = 0; i < std::min(tagOneList.size(), tagTwoList.size()); ++i) {
-            if (tagTwoList.at(i) == "*"_L1)
-                tagTwoList[i] = tagOneList.at(i);
-        }
+        const QStringList tagTwoList = resolved(tagDestList, tagOneList);
         // The destination is looked for only in the branch that both have in common, so that a
         // value stays inside its own event. There may be none: the agreeing positions of INDI.BIRT
         // .DATE and INDI.DEAT.DATE are the full tag of no entry.
         const QStringList tagCommonList = getCommonTag(tagOneList, tagDestList);
         TwItem *twiCommunOri = twiOriMatch->getItemParentFromFullTag(tagCommonList, twiOriMatch);
-        const bool samePath = tagOneList == tagTwoList;
-        if (twiCommunOri && samePath)
+        const bool duplicates = tagOneList == tagTwoList;
+        if (twiCommunOri && duplicates)
             twiCommunOri = twiCommunOri->getParent(); // the duplicates are siblings of the source
         if (!twiCommunOri)
             return nullptr;
 
-        QList<TwItem *> listTwiDestMatch;
-        twiCommunOri->getChildsListFromFullTag(tagTwoList, &listTwiDestMatch, twiCommunOri);
-        if (samePath && listTwiDestMatch.size() > 1)
-            return listTwiDestMatch.at(1);
-        if (!samePath && !listTwiDestMatch.isEmpty()
-            && listTwiDestMatch.constFirst() != twiOriMatch) {
-            qDebug() << "twi dest existant : " << listTwiDestMatch.constFirst()->getFullTag();
-            return listTwiDestMatch.constFirst();
-        }
-        return createDestTag ? createDestination(tagTwoList, twiCommunOri) : nullptr;
+        if (TwItem *twi = presentDestination(twiOriMatch, tagTwoList, twiCommunOri, duplicates))
+            return twi;
+        TwItem *created =
+            createDestTag ? createDestination(this, tagTwoList, twiCommunOri) : nullptr;
+        if (created)
+            ++createCount;
+        return created;
     };
 
     const auto movePair = [&](TwItem *twiOriMatch, const QStringList &tagDestList) {
@@ -752,9 +780,9 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
     };
 
     int progressCount = 0;
+    // A source without a partner at its place is passed over.
+    const qsizetype pairs = std::min(listFullTagOri.size(), listFullTagsDest.size());
     for (TwItem *twItemRoot : tabTwItemsRoot) {
-        // A source without a partner at its place is passed over.
-        const qsizetype pairs = std::min(listFullTagOri.size(), listFullTagsDest.size());
         for (qsizetype tagsIndex = 0; tagsIndex < pairs; ++tagsIndex) {
             // Taken once: what the pairs below change does not change the list.
             QList<TwItem *> listTwiOriMatch;

@@ -23,6 +23,16 @@ QString deletionLog(TwItem *twi)
 {
     return TwItem::tr("Suppression de l'entrée : %1%2").arg(entryText(twi), lineReference(twi));
 }
+
+QString foldLog(TwItem *twiConc, TwItem *twiTarget)
+{
+    const auto quote = [](TwItem *twi) -> QString {
+        return fullTagText(twi) + u' ' + twi->text(ValueColumn) + lineReference(twi);
+    };
+    return TwItem::tr("Balise '%1 concaténée dans la balise %2")
+        .arg(quote(twiConc), quote(twiTarget));
+}
+
 QString cutLog(const QString &concText, TwItem *twiOri)
 {
     return TwItem::tr("Ajout de la balise %1 complétant la balise %2%3")

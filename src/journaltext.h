@@ -19,6 +19,10 @@ class TwItem;
 /// The line that logs a deletion, with the entry and its line reference.
 [[nodiscard]] QString deletionLog(TwItem *twi);
 
+/// The line that logs a fold of \p twiConc into \p twiTarget, whose value has grown already. The
+/// quote mark in front of the first has no partner.
+[[nodiscard]] QString foldLog(TwItem *twiConc, TwItem *twiTarget);
+
 /// The line that logs a cut. \p concText quotes the new entry as entryText() does.
 [[nodiscard]] QString cutLog(const QString &concText, TwItem *twiOri);
 
