@@ -543,6 +543,22 @@ QStringList Gedcom::getCommonTag(QStringList tagOneList, QStringList tagTwoList)
     return common;
 }
 
+namespace {
+
+/// The column of a name of level 1 whose first slash lacks a blank in front of it, -1 if the entry
+/// is none. The record does not matter: a repository's name is spaced like a person's.
+int unspacedColumn(const TwItem *twi)
+{
+    if (!lineBeginsWith(twi, u"1 NAME "))
+        return -1;
+    const int col = twi->getColumnIndexContainsString(u"/"_s, true);
+    const QString text = col == -1 ? QString() : twi->text(col);
+    const qsizetype slashIndex = text.indexOf(u'/');
+    return slashIndex > 0 && text.at(slashIndex - 1) != u' ' ? col : -1;
+}
+
+} // namespace
+
 int Gedcom::setSpaceNames()
 {
     qDebug() << "ON setSpaceNames";
@@ -551,15 +567,10 @@ int Gedcom::setSpaceNames()
     m_progress->setRange(0, int(tabTotalTwItems.size()));
 
     const auto spaceName = [this](TwItem *twi) -> bool {
-        // The record does not matter: a repository's name is spaced like a person's.
-        if (!lineBeginsWith(twi, u"1 NAME "))
+        const int col = unspacedColumn(twi);
+        if (col == -1)
             return false;
-        const int col = twi->getColumnIndexContainsString(u"/"_s, true);
-        const QString twiTextCol = col == -1 ? QString() : twi->text(col);
-        const qsizetype slashIndex = twiTextCol.indexOf(u'/');
-        if (slashIndex <= 0 || twiTextCol.at(slashIndex - 1) == u' ')
-            return false;
-
+        const QString twiTextCol = twi->text(col);
         if (!m_rxName.match(twiTextCol).hasMatch()) {
             const QString line = lineText(twi);
             addToJournal(tr("Pas de correspondance pour \"/\" pour l'entrée %1%2")
@@ -570,9 +581,7 @@ int Gedcom::setSpaceNames()
         }
         if (!twi->insertStrAtIndex(u" "_s, u"/"_s, col, true))
             return false;
-        addToJournal(tr("Modification de %1 %2 en %3%4")
-                         .arg(fullTagText(twi), twiTextCol, twi->text(col), lineReference(twi)),
-                     u"INFO"_s);
+        addToJournal(editLog(twi, twiTextCol, twi->text(col)), u"INFO"_s);
         return true;
     };
 
@@ -805,6 +814,58 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
     return delCount;
 }
 
+namespace {
+
+/// Finds a text in the first column of an entry that holds it, and says what becomes of that
+/// column.
+class Replacer
+{
+public:
+    struct Edit
+    {
+        int column = -1; // -1: nothing is found
+        QString before;
+        QString after;
+    };
+
+    Replacer(const QString &strOri, const QString &strDest, bool sensitive, bool regex)
+        : m_strOri(strOri),
+          m_strDest(strDest),
+          m_regex(regex),
+          m_cs(sensitive ? Qt::CaseSensitive : Qt::CaseInsensitive),
+          m_re(strOri, sensitive ? QRegularExpression::NoPatternOption
+                                 : QRegularExpression::CaseInsensitiveOption),
+          m_matcher(m_re)
+    {
+    }
+
+    [[nodiscard]] Edit edit(const TwItem *twi)
+    {
+        const int column =
+            m_regex ? m_matcher.firstColumn(twi)
+                    : twi->getColumnIndexContainsString(m_strOri, m_cs == Qt::CaseSensitive);
+        if (column != -1) {
+            const QString before = twi->text(column);
+            // A regular expression finds a text, and that text is replaced wherever it stands.
+            const QString found = m_regex ? m_re.match(before).captured(0) : m_strOri;
+            return {column, before, QString(before).replace(found, m_strDest, m_cs)};
+        }
+        if (m_regex && m_strOri == "^$"_L1 && twi->columnCount() <= ValueColumn)
+            return {ValueColumn, {}, m_strDest}; // the way to give a value where there is none
+        return {};
+    }
+
+private:
+    QString m_strOri;
+    QString m_strDest;
+    bool m_regex;
+    Qt::CaseSensitivity m_cs;
+    QRegularExpression m_re;
+    ColumnMatcher m_matcher;
+};
+
+} // namespace
+
 int Gedcom::searchAndReplace(QString strOri, QString strDest, QString tags, const bool sensitive,
                              const bool regex)
 {
@@ -812,9 +873,6 @@ int Gedcom::searchAndReplace(QString strOri, QString strDest, QString tags, cons
     const PausedLayout pausedLayout(m_treeWidget);
     m_status->showMessage(tr("Remplacement de texte en cours..."), 0);
     const QStringList tagList = tags.split(u';');
-    const Qt::CaseSensitivity cs = sensitive ? Qt::CaseSensitive : Qt::CaseInsensitive;
-    const QRegularExpression re(strOri, sensitive ? QRegularExpression::NoPatternOption
-                                                  : QRegularExpression::CaseInsensitiveOption);
     const QList<TwItem *> tabTotalTwItems = getTabTotalTwItems();
     m_progress->setRange(0, int(tabTotalTwItems.size()));
 
@@ -825,39 +883,24 @@ int Gedcom::searchAndReplace(QString strOri, QString strDest, QString tags, cons
                    return hasTag(twi, tag);
                });
     };
-    ColumnMatcher matcher(re);
-    const auto replace = [&](TwItem *twi) -> bool {
+    Replacer replacer(strOri, strDest, sensitive, regex);
+    int count = 0;
+    const auto replaceIn = [&](TwItem *twi) {
         if (!isSelected(twi))
-            return false;
-
-        int indexColTextMatch =
-            regex ? matcher.firstColumn(twi) : twi->getColumnIndexContainsString(strOri, sensitive);
-        QString oldTextCol;
-        QString newTextCol;
-        if (indexColTextMatch != -1) {
-            oldTextCol = twi->text(indexColTextMatch);
-            // A regular expression finds the text, and that text is replaced wherever it stands.
-            const QString found = regex ? re.match(oldTextCol).captured(0) : strOri;
-            newTextCol = QString(oldTextCol).replace(found, strDest, cs);
-        } else if (regex && strOri == "^$"_L1 && twi->columnCount() <= ValueColumn) {
-            indexColTextMatch = ValueColumn;
-            newTextCol = strDest;
-        } else {
-            return false;
-        }
-
+            return;
+        const Replacer::Edit edit = replacer.edit(twi);
+        if (edit.column == -1)
+            return;
         addToJournal(tr("Remplacement de '%1 %2' par '%3'%4")
-                         .arg(fullTagText(twi), oldTextCol, newTextCol, lineReference(twi)),
+                         .arg(fullTagText(twi), edit.before, edit.after, lineReference(twi)),
                      u"INFO"_s);
-        twi->setText(indexColTextMatch, newTextCol);
-        return true;
+        twi->setText(edit.column, edit.after);
+        ++count;
     };
 
-    int count = 0;
     int progressCount = 0;
     for (TwItem *twi : tabTotalTwItems) {
-        if (replace(twi))
-            ++count;
+        replaceIn(twi);
         ++progressCount;
         showProgress(m_progress, progressCount, progressCount, EditProgressPeriod);
     }
@@ -889,15 +932,12 @@ int Gedcom::setMediaFilePath(QString newPath)
         // backslashes alone is taken for a file name.
         const qsizetype slashIndex = twiTextCol.lastIndexOf(u'/');
         twiObjeFile->setText(col, (newPath + twiTextCol.mid(slashIndex + 1)).trimmed());
-        addToJournal(tr("Modification de %1 %2 en %3%4")
-                         .arg(fullTagText(twiObjeFile), twiTextCol, twiObjeFile->text(col),
-                              lineReference(twiObjeFile)),
-                     u"INFO"_s);
+        addToJournal(editLog(twiObjeFile, twiTextCol, twiObjeFile->text(col)), u"INFO"_s);
         ++edited;
         showProgress(m_progress, edited, edited, EditProgressPeriod);
     }
 
-    // Every entry counts as rewritten, whatever was in it; a skipped one would be told here.
+    // Every entry counts as rewritten, whatever was in it; this is where a skipped one would show.
     if (tabTwItemsObjeFile.size() > edited) {
         addToJournal(tr("%1 chemins non modifiés.").arg(tabTwItemsObjeFile.size() - edited),
                      u"INFO"_s);
@@ -1148,33 +1188,45 @@ TwItem *Gedcom::getObjeFileFromFileName(QString nomFichier, QList<TwItem *> list
     return found == listTwiObjeFile.cend() ? nullptr : *found;
 }
 
+namespace {
+
+/// Whether the entry holds a web address in a column that holds no link yet. A column with a link
+/// is left alone as a whole, which is why the operation can be run twice.
+bool hasUntreatedUrl(TwItem *twi, const QRegularExpression &rxUrl)
+{
+    const int colMatch = urlColumn(twi, rxUrl);
+    if (colMatch == -1)
+        return false;
+    const QString text = twi->text(colMatch);
+    return !text.contains("](http"_L1) && !text.contains("<a href=\"http"_L1);
+}
+
+/// The entries that have one of \p tags, tag by tag: one that two of them name comes twice.
+QList<TwItem *> entriesByTag(const QList<TwItem *> &entries, const QStringList &tags)
+{
+    QList<TwItem *> matches;
+    for (const QString &tag : tags) {
+        if (tag.isEmpty())
+            continue; // as behind a trailing ";": not even an entry without a tag answers to it
+        std::copy_if(entries.cbegin(), entries.cend(), std::back_inserter(matches),
+                     [&tag](TwItem *twi) { return hasTag(twi, tag); });
+    }
+    return matches;
+}
+
+} // namespace
+
 int Gedcom::setURLClickable(bool markdown, QStringList tagsToApply)
 {
     qDebug() << "ON setURLClickable";
     const PausedLayout pausedLayout(m_treeWidget);
     m_status->showMessage(tr("Modification des URL en cours..."), 0);
 
-    // A column with a link is left alone as a whole: the operation can be run twice.
-    const auto hasUntreatedUrl = [this](TwItem *twi) -> bool {
-        const int colMatch = urlColumn(twi, m_rxURL);
-        if (colMatch == -1)
-            return false;
-        const QString text = twi->text(colMatch);
-        return !text.contains("](http"_L1) && !text.contains("<a href=\"http"_L1);
-    };
     QList<TwItem *> tabUrlTwItems = getTabTotalTwItems();
-    tabUrlTwItems.removeIf([&](TwItem *twi) { return !hasUntreatedUrl(twi); });
-    QList<TwItem *> tabUrlMatchTwItems;
-    if (tagsToApply.isEmpty())
-        tabUrlMatchTwItems = tabUrlTwItems;
-    // Tag by tag: an entry that two of them name is rewritten twice, the second link in the first.
-    for (const QString &tag : std::as_const(tagsToApply)) {
-        if (tag.isEmpty())
-            continue; // as behind a trailing ";": not even an entry without a tag answers to it
-        std::copy_if(tabUrlTwItems.cbegin(), tabUrlTwItems.cend(),
-                     std::back_inserter(tabUrlMatchTwItems),
-                     [&tag](TwItem *twi) { return hasTag(twi, tag); });
-    }
+    tabUrlTwItems.removeIf([this](TwItem *twi) { return !hasUntreatedUrl(twi, m_rxURL); });
+    // One that comes twice is rewritten twice, the second link inside the first.
+    const QList<TwItem *> tabUrlMatchTwItems =
+        tagsToApply.isEmpty() ? tabUrlTwItems : entriesByTag(tabUrlTwItems, tagsToApply);
     const qsizetype tabSize = tabUrlMatchTwItems.size();
     m_progress->setRange(0, int(tabSize));
     addToJournal(tr("Recherche dans %1 lignes de liens hypertexte.").arg(tabSize), u"INFO"_s);
@@ -1182,7 +1234,7 @@ int Gedcom::setURLClickable(bool markdown, QStringList tagsToApply)
     const QString linkForm =
         markdown ? u"[%1](%1)"_s : u"<a href=\"%1\" target=\"_blank\">%1</a>"_s;
     int count = 0;
-    for (TwItem *twi : std::as_const(tabUrlMatchTwItems)) {
+    for (TwItem *twi : tabUrlMatchTwItems) {
         const int col = twi->getColumnIndexMatchRx(m_rxURL);
         QString text = twi->text(col);
         const QString match = m_rxURL.match(text).captured(0);

@@ -19,6 +19,12 @@ QString lineReference(const TwItem *twi)
     return " (l."_L1 + twi->getNumLineGedFile() + u')';
 }
 
+QString editLog(TwItem *twi, const QString &before, const QString &after)
+{
+    return TwItem::tr("Modification de %1 %2 en %3%4")
+        .arg(fullTagText(twi), before, after, lineReference(twi));
+}
+
 QString deletionLog(TwItem *twi)
 {
     return TwItem::tr("Suppression de l'entrée : %1%2").arg(entryText(twi), lineReference(twi));

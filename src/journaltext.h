@@ -16,6 +16,9 @@ class TwItem;
 /// The line of the loaded file: " (l.12)".
 [[nodiscard]] QString lineReference(const TwItem *twi);
 
+/// The line that logs that a column of the entry, \p before, now reads \p after.
+[[nodiscard]] QString editLog(TwItem *twi, const QString &before, const QString &after);
+
 /// The line that logs a deletion, with the entry and its line reference.
 [[nodiscard]] QString deletionLog(TwItem *twi);
 
