@@ -1,5 +1,6 @@
 #include "gedcom.h"
 
+#include "citations.h"
 #include "journaltext.h"
 #include "matching.h"
 #include "treerows.h"
@@ -1253,6 +1254,31 @@ int Gedcom::setURLClickable(bool markdown, QStringList tagsToApply)
     return count;
 }
 
+namespace {
+
+/// Shows the row of \p twi with what leads to it: the lines of its event and all above, up to the
+/// record, and of this the name. What is in \p shown has been shown already, and enters it.
+void showInContext(TwItem *twi, const LineMatcher &nameLine, QSet<TwItem *> *shown)
+{
+    twi->setTwiHidden(false);
+    TwItem *root = twi->getParent();
+    for (; root && !root->isRoot(); root = root->getParent()) {
+        if (shown->contains(root))
+            continue;
+        shown->insert(root);
+        showRows(root->getTabTwiChilds(true));
+        root->setTwiHidden(false);
+    }
+    if (!root || shown->contains(root))
+        return;
+    shown->insert(root);
+    root->setTwiHidden(false);
+    if (TwItem *name = firstChildMatching(root, nameLine))
+        name->setTwiHidden(false);
+}
+
+} // namespace
+
 void Gedcom::filterSourceDateDiff()
 {
     m_status->showMessage(tr("Recherche des incohérences sources / évènements"), 0);
@@ -1260,172 +1286,44 @@ void Gedcom::filterSourceDateDiff()
     const QList<TwItem *> listTwiRootIndi = getTabTwItemsRootMatch(m_rxIdIndi, true, false);
     const QList<TwItem *> listTwiRootFam = getTabTwItemsRootMatch(m_rxIdFam, true, false);
 
-    const LineMatcher dateLine(m_rxDate);
-    const LineMatcher nameLine(m_rxName);
-    // Where no column matches, text(-1) is empty.
-    ColumnMatcher colAnnee(m_rxAnnee);
-    ColumnMatcher colIdSour(m_rxColIdSour);
-    // The first date of an event or source, empty unless it ends in a year.
-    const auto readDate = [&](TwItem *twi) -> QString {
-        const TwItem *twiDate = firstChildMatching(twi, dateLine);
-        return twiDate ? twiDate->text(colAnnee.firstColumn(twiDate)) : QString();
-    };
-
-    const NumberedForm sourceId(m_rxColIdSour);
-    // By the identifiers in its line. The first one that is not deleted counts, whatever its date.
-    const auto readSourceDates = [&]() -> QHash<QString, std::optional<int>> {
-        QHash<QString, std::optional<int>> sourDates;
-        for (TwItem *source : listTwiRootSour) {
-            if (source->isToDelete())
-                continue;
-            // Unlike the event's date, this one is read as a whole: with a day or a month it is 0,
-            // and so disagrees.
-            const QString date = readDate(source);
-            const auto sourDate = date.isEmpty() ? std::nullopt : std::optional(date.toInt());
-            const QStringList ids = idsIn(source, sourceId);
-            for (const QString &id : ids) {
-                if (!sourDates.contains(id))
-                    sourDates.insert(id, sourDate);
-            }
-        }
-        return sourDates;
-    };
-
-    struct Period
-    {
-        TwItem *event = nullptr;
-        QString evtDate;
-        int evtStartDate = 0;
-        int evtEndDate = 0; // 0: there is none to be compared
-    };
-    const auto readPeriod = [&](TwItem *event) -> Period {
-        const QString evtDate = readDate(event);
-        if (evtDate.startsWith("FROM "_L1)) {
-            const QRegularExpressionMatch years = m_rxCatchAnnees.match(evtDate);
-            if (years.lastCapturedIndex() == 2)
-                return {event, evtDate, years.captured(1).toInt(), years.captured(2).toInt()};
-        }
-        // A year without a blank in front of it is passed over.
-        const QRegularExpressionMatch year = m_rxCatchAnnee.match(evtDate);
-        const int annee = year.captured(1).toInt();
-        return {event, evtDate, annee, annee};
-    };
-
-    struct Comparison
-    {
-        bool disagrees = false;
-        QString evtDate;
-        int sourDate = 0;
-    };
-    // What has been read, until an event starts a run, which can change entries.
-    struct Known
-    {
-        QHash<QString, std::optional<int>> sourDates;
-        Period period; // of the event read last: its citations follow each other
-        QList<Comparison> comparisons; // one for each of listTwiIndiAndFam
-        QHash<TwItem *, TwItem *> husbandLinks; // by family
-        std::optional<ColumnIndex> indis; // seldom needed
-    };
-    Known known;
-    const auto compareDates = [&](TwItem *twiEvtSour) -> Comparison {
-        TwItem *event = twiEvtSour->getParent();
-        if (event != known.period.event)
-            known.period = readPeriod(event);
-        const Period &period = known.period;
-        if (period.evtEndDate == 0)
-            return {};
-        const QString idSour = twiEvtSour->text(colIdSour.firstColumn(twiEvtSour));
-        const std::optional<int> sourDate = known.sourDates.value(idSour);
-        if (!sourDate)
-            return {};
-        const bool disagrees = *sourDate < period.evtStartDate || *sourDate > period.evtEndDate;
-        return {disagrees, period.evtDate, *sourDate};
-    };
-    const auto compareAll = [&](const QList<TwItem *> &citations) {
-        for (TwItem *twiEvtSour : citations)
-            known.comparisons.append(compareDates(twiEvtSour));
-    };
-
-    known.sourDates = readSourceDates();
+    const DateComparer::Patterns patterns{m_rxDate, m_rxAnnee, m_rxCatchAnnee, m_rxCatchAnnees,
+                                          m_rxColIdSour};
+    DateComparer dates(patterns, listTwiRootSour);
+    HusbandLinks husbandLinks(m_rxColIdFam, listTwiRootIndi);
     // Compared record by record, while the entries are still in the caches.
-    QList<TwItem *> listTwiIndiAndFam;
-    const LineMatcher citation(m_rx2Sour);
-    for (TwItem *root : listTwiRootIndi + listTwiRootFam) {
-        const QList<TwItem *> found = childsMatching(root, citation);
-        compareAll(found);
-        listTwiIndiAndFam += found;
+    QList<DatedCitation> listTwiIndiAndFam;
+    const LineMatcher citationLine(m_rx2Sour);
+    const QList<TwItem *> records = listTwiRootIndi + listTwiRootFam;
+    for (TwItem *record : records) {
+        const QList<TwItem *> citations = childsMatching(record, citationLine);
+        for (TwItem *citation : citations)
+            listTwiIndiAndFam.append(dates.compare(citation));
     }
 
     QSet<TwItem *> shown; // since the last events, which can hide rows again
     qsizetype journalSize = m_journal->size();
     const auto lookAfresh = [&] {
         shown.clear();
-        if (!hasGrown(*m_journal, &journalSize))
+        if (m_journal->size() == journalSize)
             return;
-        known = {};
-        known.sourDates = readSourceDates();
-        compareAll(listTwiIndiAndFam);
+        journalSize = m_journal->size();
+        dates = DateComparer(patterns, listTwiRootSour);
+        husbandLinks = HusbandLinks(m_rxColIdFam, listTwiRootIndi);
+        for (DatedCitation &citation : listTwiIndiAndFam)
+            citation = dates.compare(citation.twi);
     };
 
-    // Where a family's disagreement is shown, since a reader of the tree looks for people.
-    const auto findHusbandLink = [&](TwItem *family, const QString &idFam) -> TwItem * {
-        const QList<TwItem *> famChilds = family->getTabTwiChilds(true);
-        const auto husb = std::find_if(famChilds.begin(), famChilds.end(), [](const TwItem *twi) {
-            return lineText(twi).contains("1 HUSB @I"_L1);
-        });
-        if (husb == famChilds.end())
-            return nullptr;
-        const QString idHusb = (*husb)->text((*husb)->getColumnIndexContainsString(u"@I"_s, true));
-        if (!known.indis)
-            known.indis.emplace(listTwiRootIndi);
-        TwItem *husband = known.indis->find(idHusb).value(0);
-        if (!husband)
-            return nullptr;
-        const QList<TwItem *> indiChilds = husband->getTabTwiChilds(true);
-        const auto link =
-            std::find_if(indiChilds.begin(), indiChilds.end(), [&idFam](const TwItem *twi) {
-                return twi->getColumnIndexEqualString(idFam, true) >= 0;
-            });
-        return link == indiChilds.end() ? nullptr : *link;
-    };
-
-    const auto husbandLink = [&](TwItem *root) -> TwItem * {
-        const int indexColFam = root->getColumnIndexMatchRx(m_rxColIdFam);
-        if (indexColFam == -1)
-            return nullptr;
-        auto link = known.husbandLinks.find(root);
-        if (link == known.husbandLinks.end())
-            link = known.husbandLinks.insert(root, findHusbandLink(root, root->text(indexColFam)));
-        return *link;
-    };
-
-    int count = 0;
+    const LineMatcher nameLine(m_rxName);
     const QBrush b(Qt::red, Qt::SolidPattern);
-    const auto flag = [&](TwItem *twiEvtSour, const Comparison &comparison) {
-        ++count;
-        TwItem *root = rootOf(twiEvtSour);
-        if (TwItem *link = root ? husbandLink(root) : nullptr)
-            twiEvtSour = link;
+    const auto flag = [&](const DatedCitation &citation) {
+        TwItem *root = rootOf(citation.twi);
+        TwItem *link = root ? husbandLinks.find(root) : nullptr;
+        TwItem *twiEvtSour = link ? link : citation.twi;
         twiEvtSour->setBackground(LevelColumn, b);
         twiEvtSour->setToolTip(LevelColumn,
                                tr("Date évènement : %1\r\nDate source : %2")
-                                   .arg(comparison.evtDate, QString::number(comparison.sourDate)));
-        twiEvtSour->setTwiHidden(false);
-
-        TwItem *twiIndiRoot = twiEvtSour->getParent();
-        for (; twiIndiRoot && !twiIndiRoot->isRoot(); twiIndiRoot = twiIndiRoot->getParent()) {
-            if (shown.contains(twiIndiRoot))
-                continue;
-            shown.insert(twiIndiRoot);
-            showRows(twiIndiRoot->getTabTwiChilds(true));
-            twiIndiRoot->setTwiHidden(false);
-        }
-        if (!twiIndiRoot || shown.contains(twiIndiRoot))
-            return;
-        shown.insert(twiIndiRoot);
-        twiIndiRoot->setTwiHidden(false);
-        if (TwItem *name = firstChildMatching(twiIndiRoot, nameLine))
-            name->setTwiHidden(false);
+                                   .arg(citation.evtDate, QString::number(citation.sourDate)));
+        showInContext(twiEvtSour, nameLine, &shown);
     };
 
     const PausedLayout pausedLayout(m_treeWidget);
@@ -1433,13 +1331,14 @@ void Gedcom::filterSourceDateDiff()
     m_progress->setRange(0, int(listTwiIndiAndFam.size()));
     QCoreApplication::processEvents();
     lookAfresh();
-    int pbcount = 0;
+    int count = 0;
     for (qsizetype i = 0; i < listTwiIndiAndFam.size(); ++i) {
-        if (showProgress(m_progress, ++pbcount))
+        if (showProgress(m_progress, i + 1))
             lookAfresh();
-        const Comparison &comparison = known.comparisons.at(i);
-        if (comparison.disagrees)
-            flag(listTwiIndiAndFam.at(i), comparison);
+        if (!listTwiIndiAndFam.at(i).disagrees)
+            continue;
+        ++count;
+        flag(listTwiIndiAndFam.at(i));
     }
 
     m_progress->setVisible(false);
@@ -1452,45 +1351,28 @@ void Gedcom::filterSourceMultiUse()
     const QList<TwItem *> listTwiRootSour = getTabTwItemsRootMatch(m_rxIdSour, true, false);
     const QList<TwItem *> listTwiRootIndi = getTabTwItemsRootMatch(m_rxIdIndi, true, false);
 
-    // What has been read, until an event starts a run, which can change entries.
-    ColumnIndex citations;
-    QHash<TwItem *, QStringList> dates; // by event the columns of its first date
-    const LineMatcher dateLine(m_rxDate);
-    const auto readDate = [&](TwItem *event) -> QStringList {
-        const TwItem *date = firstChildMatching(event, dateLine);
-        return date ? date->getTwiValuesList() : QStringList();
-    };
-    const auto readCitations = [&](const QList<TwItem *> &found) {
-        citations.append(found);
-        for (TwItem *citation : found) {
-            TwItem *event = citation->getParent();
-            if (!dates.contains(event))
-                dates.insert(event, readDate(event));
-        }
-    };
-
     // Read record by record, while the entries are still in the caches.
     QList<TwItem *> listTwiSourIndi;
+    CitedEvents events(m_rxDate);
     const LineMatcher citationLine(m_rx2Sour);
-    for (TwItem *root : listTwiRootIndi) {
-        const QList<TwItem *> found = childsMatching(root, citationLine);
-        readCitations(found);
-        listTwiSourIndi += found;
+    for (TwItem *record : listTwiRootIndi) {
+        const QList<TwItem *> citations = childsMatching(record, citationLine);
+        events.append(citations);
+        listTwiSourIndi += citations;
     }
 
     QSet<TwItem *> shown; // records, since the last events, which can hide rows again
     qsizetype journalSize = m_journal->size();
     const auto lookAfresh = [&] {
         shown.clear();
-        if (!hasGrown(*m_journal, &journalSize))
+        if (m_journal->size() == journalSize)
             return;
-        citations = ColumnIndex();
-        dates.clear();
-        readCitations(listTwiSourIndi);
+        journalSize = m_journal->size();
+        events = CitedEvents(m_rxDate);
+        events.append(listTwiSourIndi);
     };
 
     const QBrush b(Qt::red, Qt::SolidPattern);
-    int occuCount = 0;
     const auto flag = [&](TwItem *event) {
         event->setBackground(LevelColumn, b);
         event->setTwiHidden(false);
@@ -1501,35 +1383,31 @@ void Gedcom::filterSourceMultiUse()
         root->setTwiHidden(false);
         showRows(root->getTabTwiChilds(false)); // the whole record
     };
+    int occuCount = 0;
+    // The first event with each of the others, which are not compared among themselves.
+    const auto flagPairs = [&](const QList<TwItem *> &citing) {
+        TwItem *indiSourA = citing.value(0);
+        const QStringList indiSourADate = events.date(indiSourA);
+        for (qsizetype i = 1; i < citing.size() && !indiSourADate.isEmpty(); ++i) {
+            TwItem *indiSourB = citing.at(i);
+            if (events.date(indiSourB) != indiSourADate)
+                continue;
+            ++occuCount;
+            flag(indiSourA);
+            flag(indiSourB);
+        }
+    };
 
     const PausedLayout pausedLayout(m_treeWidget);
     m_progress->setVisible(true);
     m_progress->setRange(0, int(listTwiRootSour.size()));
     QCoreApplication::processEvents();
     lookAfresh();
-    int pbcount = 0;
     // The last source of the file is left out.
     for (qsizetype iSour = 0; iSour < listTwiRootSour.size() - 1; ++iSour) {
-        if (showProgress(m_progress, ++pbcount))
+        if (showProgress(m_progress, iSour + 1))
             lookAfresh();
-        const QString curSourId = listTwiRootSour.at(iSour)->text(TagColumn);
-        const QList<TwItem *> IndiSourDuplicated = citations.find(curSourId);
-        if (IndiSourDuplicated.size() < 2)
-            continue;
-        TwItem *indiSourA = IndiSourDuplicated.constFirst()->getParent();
-        const QStringList indiSourADate = dates.value(indiSourA);
-        if (indiSourADate.isEmpty())
-            continue;
-        // The first one with each of the others, which are not compared among themselves.
-        for (qsizetype i = 1; i < IndiSourDuplicated.size(); ++i) {
-            TwItem *indiSourB = IndiSourDuplicated.at(i)->getParent();
-            const QStringList indiSourBDate = dates.value(indiSourB);
-            if (indiSourADate != indiSourBDate)
-                continue;
-            ++occuCount;
-            flag(indiSourA);
-            flag(indiSourB);
-        }
+        flagPairs(events.citing(listTwiRootSour.at(iSour)->text(TagColumn)));
     }
 
     m_progress->setVisible(false);
