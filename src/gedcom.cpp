@@ -3,6 +3,9 @@
 #include "citations.h"
 #include "journaltext.h"
 #include "matching.h"
+#include "medialinks.h"
+#include "oversized.h"
+#include "report.h"
 #include "treerows.h"
 #include "twitem.h"
 
@@ -15,7 +18,6 @@
 #include <QHash>
 #include <QIcon>
 #include <QMap>
-#include <QMessageBox>
 #include <QProgressBar>
 #include <QSet>
 #include <QStatusBar>
@@ -32,86 +34,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int ProgressPeriod = 100; // entries between two refreshes of the window
-constexpr int EditProgressPeriod = 10; // the same where each entry may be rewritten
-constexpr int RecordProgressPeriod = 20; // the same for whole records
-
-/// Moves \p bar to \p value and lets events be processed, once every \p period of \p done. True
-/// if it has.
-bool showProgress(QProgressBar *bar, qsizetype done, qsizetype value, int period = ProgressPeriod)
-{
-    if (done % period != 0)
-        return false;
-    bar->setValue(int(value));
-    QCoreApplication::processEvents();
-    return true;
-}
-
-bool showProgress(QProgressBar *bar, qsizetype done)
-{
-    return showProgress(bar, done, done);
-}
-
-/// Whether \p journal has grown since it had \p size characters, which becomes its present size. A
-/// run that changes entries adds to it.
-bool hasGrown(const QString &journal, qsizetype *size)
-{
-    return std::exchange(*size, journal.size()) != journal.size();
-}
-
-void showCritical(const QString &title, const QString &text)
-{
-    QMessageBox::critical(nullptr, title, text, QMessageBox::Ok);
-}
-
-/// Inserts a new entry among the children of \p parent, at their end for the index -1. \p text is
-/// its line without the level: a blank, the tag, a blank, the value.
-TwItem *insertEntry(TwItem *parent, const QString &text, int index = -1)
-{
-    auto *twi = new TwItem(-1);
-    twi->setTwiValuesFromStr(QString::number(childLevel(parent)) + text, twi);
-    parent->insertTabChild(index, twi);
-    return twi;
-}
-
-/// What a correspondence line names.
-struct MediaMatch
-{
-    QString nomFichierCsv;
-    QString urlFichier;
-    TwItem *twiObjeFile = nullptr;
-    TwItem *twiRootObje = nullptr; // null unless the record and the column of its id are found
-    int indexColObje = -1;
-};
-
-/// Where the link to a source goes in an event.
-struct LinkPlace
-{
-    TwItem *twiParent = nullptr;
-    int indexTwiToInsert = -1; // among its children; -1 for a new note at the end
-};
-
-/// The first note of the event that holds links takes the next one, behind its last CONT. Deleted
-/// entries count like others.
-LinkPlace linkPlace(TwItem *event)
-{
-    LinkPlace place{event};
-    // A note does not end the search: it goes on below that note, from the next index.
-    for (int i = 0; i < place.twiParent->childCount(); ++i) {
-        auto *noteChild = static_cast<TwItem *>(place.twiParent->child(i));
-        if (!noteChild->text(ValueColumn).startsWith("Source : http"_L1)
-            || noteChild->getTag() != "NOTE"_L1)
-            continue;
-        int behindLastCont = noteChild->childCount();
-        while (behindLastCont > 0
-               && static_cast<TwItem *>(noteChild->child(behindLastCont - 1))->getTag()
-                      != "CONT"_L1)
-            --behindLastCont;
-        place = {noteChild, behindLastCont};
-    }
-    return place;
-}
-
+constexpr int EditProgressPeriod = 10; // entries between two refreshes where each may be rewritten
+constexpr int RecordProgressPeriod = 20; // records between two refreshes
 } // namespace
 
 Gedcom::Gedcom()
@@ -401,40 +325,6 @@ int Gedcom::unConc()
     return count;
 }
 
-namespace {
-
-/// Whether the lists of the records, made anew at each cut of one of \p tooBigs, are together
-/// longer than twice the document of \p size entries. All lines are then cut before the first is
-/// logged.
-bool mustCutAtOnce(const QList<TwItem *> &tooBigs, qsizetype size)
-{
-    qsizetype listed = 0;
-    for (TwItem *twi : tooBigs) {
-        if (TwItem *root = rootOf(twi))
-            listed += root->getTabTwiChilds(false).size();
-    }
-    return listed > 2 * size;
-}
-
-/// Cuts the lines of \p entries with their rows out of the tree. Returns what is to be logged of
-/// each, nothing of a deleted one.
-QList<QStringList> splitDetached(QTreeWidget *tree, const QList<TwItem *> &entries)
-{
-    const DetachedRows detachedRows(tree);
-    const QList<QStringList> splitLists = TwItem::splitAllOverSized(entries);
-    QSet<TwItem *> parents;
-    for (TwItem *twi : entries) {
-        parents.insert(twi); // the rest stands below the line or beside it
-        if (TwItem *parent = twi->getParent())
-            parents.insert(parent);
-    }
-    for (TwItem *parent : std::as_const(parents))
-        renewRows(parent);
-    return splitLists;
-}
-
-} // namespace
-
 int Gedcom::checkOversized()
 {
     qDebug() << "ON checkOversized";
@@ -460,8 +350,11 @@ int Gedcom::checkOversized()
         addToJournal(tr("%1 balises > 255 caractères détectées, déconcaténation...").arg(tooBigs),
                      u"INFO"_s);
         const bool atOnce = mustCutAtOnce(tabTotalTooBigs, tabTotalTwItems.size());
-        const QList<QStringList> splitLists =
-            atOnce ? splitDetached(m_treeWidget, tabTotalTooBigs) : QList<QStringList>();
+        QList<QStringList> splitLists;
+        if (atOnce) {
+            const DetachedRows detachedRows(m_treeWidget);
+            splitLists = TwItem::splitAllOverSized(tabTotalTooBigs);
+        }
         const auto split = [](TwItem *twi) -> QStringList {
             // An event may have deleted it since the scan: its rest would be written.
             return twi->isToDelete() ? QStringList() : twi->splitTagOverSized(twi, {});
@@ -608,23 +501,18 @@ int Gedcom::setSpaceNames()
 
 namespace {
 
-/// Whether the entry or one of its \p children holds a value. The entry is searched for a part of a
-/// column, its children for a whole column.
-bool holdsText(const TwItem *twi, const QList<TwItem *> &children, const QString &text)
+/// Whether the entry or one of its \p children holds a value: \p rx in any column or, without it,
+/// \p text in a part of the entry's columns or in a whole one of its children.
+bool holdsValue(const TwItem *twi, const QList<TwItem *> &children, const QString &text,
+                const QRegularExpression *rx)
 {
-    return twi->getColumnIndexContainsString(text, true) >= 0
-        || std::any_of(children.begin(), children.end(), [&text](const TwItem *child) {
-               return child->getColumnIndexEqualString(text, true) >= 0;
-           });
-}
-
-/// Whether \p rx matches a column of the entry or of one of its \p children.
-bool holdsMatch(const TwItem *twi, const QList<TwItem *> &children, const QRegularExpression &rx)
-{
-    return twi->getColumnIndexMatchRx(rx) >= 0
-        || std::any_of(children.begin(), children.end(), [&rx](const TwItem *child) {
-               return child->getColumnIndexMatchRx(rx) >= 0;
-           });
+    if ((rx ? twi->getColumnIndexMatchRx(*rx) : twi->getColumnIndexContainsString(text, true)) >= 0)
+        return true;
+    return std::any_of(children.begin(), children.end(), [&](const TwItem *child) {
+        return (rx ? child->getColumnIndexMatchRx(*rx)
+                   : child->getColumnIndexEqualString(text, true))
+            >= 0;
+    });
 }
 
 } // namespace
@@ -648,9 +536,7 @@ int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, boo
         const QList<TwItem *> children = twi->getTabTwiChilds(true);
         if (noChilds && !children.isEmpty())
             return;
-        if (contains
-            && !(rx ? holdsMatch(twi, children, rxContains)
-                    : holdsText(twi, children, containValue)))
+        if (contains && !holdsValue(twi, children, containValue, rx ? &rxContains : nullptr))
             return;
 
         if (!children.isEmpty()) {
@@ -951,31 +837,63 @@ int Gedcom::setMediaFilePath(QString newPath)
     return edited;
 }
 
-bool Gedcom::readCorrespondences(const QStringList &csvFiles, const QString &splitStr,
-                                 QStringList *linesFileUrl)
+namespace {
+
+/// The names in the folder of the media, those of its own folders too. None, with a box shown, if
+/// one of the two folders is missing.
+QStringList listMedia(const QString &mediasSource, const QString &mediasDest)
+{
+    if (QDir(mediasSource).exists() && QDir(mediasDest).exists())
+        return QDir(mediasSource).entryList(QDir::NoDotAndDotDot | QDir::AllEntries, QDir::NoSort);
+    showCritical(
+        Gedcom::tr("Erreur"),
+        Gedcom::tr("Vérifiez l'accès aux dossiers %1 et %2").arg(mediasSource, mediasDest));
+    return {};
+}
+
+/// Copies the media. A copy that fails goes unseen: of a subfolder, or over a file that is there.
+void copyMedia(const QStringList &names, const QString &mediasSource, const QString &mediasDest)
+{
+    for (const QString &name : names)
+        QFile::copy(mediasSource + u'/' + name, mediasDest + u'/' + name);
+}
+
+/// A line of a correspondence file without what a spreadsheet adds: the empty cells at the end of
+/// the row, and quotes.
+QString cleanLine(QString line)
+{
+    while (line.endsWith(u','))
+        line.chop(1);
+    return line.remove(u'"');
+}
+
+/// Appends the clean lines of the files to \p linesFileUrl. False, with a box shown, if one cannot
+/// be opened or a line lacks the separator.
+bool readCorrespondences(Gedcom *gedcom, const QStringList &csvFiles, const QString &splitStr,
+                         QStringList *linesFileUrl)
 {
     for (const QString &csvFile : csvFiles) {
-        addToJournal(tr("Chargement du fichier de correspondance %1").arg(csvFile), u"INFO"_s);
+        gedcom->addToJournal(Gedcom::tr("Chargement du fichier de correspondance %1").arg(csvFile),
+                             u"INFO"_s);
         QFile fileCsv(csvFile);
         if (!fileCsv.open(QIODevice::ReadOnly | QIODevice::Text)) {
-            addToJournal(tr("Chargement du fichier impossible."), u"ERROR"_s);
-            showCritical(tr("Erreur"),
-                         tr("Impossible d'ouvrir le fichier %1").arg(fileCsv.fileName()));
+            gedcom->addToJournal(Gedcom::tr("Chargement du fichier impossible."), u"ERROR"_s);
+            showCritical(Gedcom::tr("Erreur"),
+                         Gedcom::tr("Impossible d'ouvrir le fichier %1").arg(fileCsv.fileName()));
             return false;
         }
         QTextStream in(&fileCsv);
         in.setEncoding(QStringConverter::System);
         while (!in.atEnd()) {
-            QString line = in.readLine();
-            while (line.endsWith(u',')) // empty cells at the end of a spreadsheet's row
-                line.chop(1);
-            line.remove(u'"');
+            const QString line = cleanLine(in.readLine());
             if (!line.contains(splitStr)) {
-                addToJournal(tr("Correspondance non détectée dans la ligne %1").arg(line),
-                             u"ERROR"_s);
-                showCritical(tr("Erreur"),
-                             tr("Correspondance non détectée dans la ligne %1 du fichier %2")
-                                 .arg(line, fileCsv.fileName()));
+                gedcom->addToJournal(
+                    Gedcom::tr("Correspondance non détectée dans la ligne %1").arg(line),
+                    u"ERROR"_s);
+                showCritical(
+                    Gedcom::tr("Erreur"),
+                    Gedcom::tr("Correspondance non détectée dans la ligne %1 du fichier %2")
+                        .arg(line, fileCsv.fileName()));
                 return false;
             }
             linesFileUrl->append(line);
@@ -986,24 +904,17 @@ bool Gedcom::readCorrespondences(const QStringList &csvFiles, const QString &spl
     return true;
 }
 
+} // namespace
+
 int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, bool urlSour,
                             bool urlEvt, bool delTagObjeFile, bool extractMedias,
                             QString mediasSource, QString mediasDest)
 {
     qDebug() << "ON setMediaFileURL";
     m_status->showMessage(tr("Ajout des URL médias en cours..."), 0);
-
     QStringList listMediaFiles;
-    if (extractMedias) {
-        if (QDir(mediasSource).exists() && QDir(mediasDest).exists()) {
-            listMediaFiles =
-                QDir(mediasSource).entryList(QDir::NoDotAndDotDot | QDir::AllEntries, QDir::NoSort);
-        } else {
-            showCritical(
-                tr("Erreur"),
-                tr("Vérifiez l'accès aux dossiers %1 et %2").arg(mediasSource, mediasDest));
-        }
-    }
+    if (extractMedias)
+        listMediaFiles = listMedia(mediasSource, mediasDest);
 
     // Taken once: what one line marks as deleted, a later line still finds.
     const QList<TwItem *> listTwiRootObje = getTabTwItemsRootMatch(m_rxIdObje, true, false);
@@ -1016,15 +927,12 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
         recordChildsMatching(listTwiRootIndi + listTwiRootFam, m_rx2Sour);
 
     QStringList linesFileUrl;
-    if (!readCorrespondences(csvFiles, splitStr, &linesFileUrl))
+    if (!readCorrespondences(this, csvFiles, splitStr, &linesFileUrl))
         return 0;
     addToJournal(tr("%1 correspondances à ajouter.").arg(linesFileUrl.size()), u"INFO"_s);
     m_progress->setRange(0, int(linesFileUrl.size()));
 
-    EntryIndex objeFilesByName = indexByFileName(listTwiObjeFile);
-    ColumnIndex sourObjes(listTwiSourObje);
-    ColumnIndex citations(listTwiIndiAndFam);
-
+    MediaIndex index(listTwiObjeFile, listTwiSourObje, listTwiIndiAndFam);
     int countSour = 0;
     int countEvt = 0;
     int countDelObj = 0;
@@ -1033,110 +941,50 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     QMap<QString, QList<int>> listFullTagsEdited;
     QHash<QString, int> linkedMediaFiles; // how often the name is to be taken from listMediaFiles
 
-    const auto tell = [this](const QString &log) { addToJournal(log, u"INFO"_s); };
-    const auto tellError = [this](const QString &log) { addToJournal(log, u"ERROR"_s); };
-
-    const auto deleteWithChilds = [&](TwItem *twi) -> bool {
-        if (!twi->getTabTwiChilds(true).isEmpty()) {
-            const QStringList childLogs = twi->delChilds();
-            for (const QString &log : childLogs)
-                tell(log);
+    const auto linkEvents = [&](TwItem *twiRootSour, const QString &urlFichier) {
+        // Empty for a source without an identifier.
+        const QString idSour = twiRootSour->text(twiRootSour->getColumnIndexMatchRx(m_rxColIdSour));
+        const QList<TwItem *> twiIndiAndFamList = index.citations.find(idSour);
+        for (TwItem *twiIndiAndFam : twiIndiAndFamList) {
+            TwItem *link = linkEvent(this, twiIndiAndFam, urlFichier, idSour, twiRootSour);
+            listFullTagsEdited[fullTagText(link)].append(countProgress);
+            ++countEvt;
+            lienAjoute = true;
         }
-        if (!twi->setDelete(true))
-            return false;
-        tell(tr("Suppression de l'enregistrement : %1%2").arg(entryText(twi), lineReference(twi)));
-        return true;
     };
-
-    const auto linkEvent = [&](TwItem *citation, const QString &urlFichier, const QString &idSour,
-                               TwItem *twiRootSour) {
-        const auto [twiParent, indexTwiToInsert] = linkPlace(citation->getParent());
-        const QString valueToSet =
-            (indexTwiToInsert == -1 ? u" NOTE Source : "_s : u" CONT "_s) + urlFichier;
-        TwItem *twiChildNoteOrCont = insertEntry(twiParent, valueToSet, indexTwiToInsert);
-        tell(tr("Ajout de la balise %1 %2 référençant la source %3%4")
-                 .arg(fullTagText(twiParent), lineText(twiChildNoteOrCont), idSour,
-                      lineReference(twiRootSour)));
-        listFullTagsEdited[fullTagText(twiChildNoteOrCont)].append(countProgress);
-        ++countEvt;
-        lienAjoute = true;
-    };
-
-    const auto linkSource = [&](TwItem *twiSourObje, const MediaMatch &media) {
+    const auto linkReference = [&](TwItem *twiSourObje, const MediaMatch &media) {
         TwItem *twiRootSour = rootOf(twiSourObje);
         if (!twiRootSour)
             return;
         if (urlSour) {
-            TwItem *twiSourUrl = insertEntry(twiRootSour, " WWW "_L1 + media.urlFichier);
-            tell(tr("Ajout de la balise %1 %2 référençant la balise %3 %4%5")
-                     .arg(fullTagText(twiSourUrl), media.urlFichier, fullTagText(media.twiObjeFile),
-                          media.nomFichierCsv, lineReference(media.twiObjeFile)));
+            linkSource(this, twiRootSour, media);
             ++countSour;
             lienAjoute = true;
         }
-        // Never so, since matchLine has tested the column of the media; that of the source is not
-        // looked at. A source without an id has an empty one, and gets no such message.
+        // The column looked at is that of the media, which matchLine() has found: this never fires,
+        // and a source without an identifier is not reported.
         if (urlEvt && media.indexColObje == -1) {
-            tellError(tr("Impossible de déterminer l'id de la source %1%2")
-                          .arg(entryText(twiRootSour), lineReference(twiRootSour)));
+            addToJournal(tr("Impossible de déterminer l'id de la source %1%2")
+                             .arg(entryText(twiRootSour), lineReference(twiRootSour)),
+                         u"ERROR"_s);
         } else if (urlEvt) {
-            const int indexColSour = twiRootSour->getColumnIndexMatchRx(m_rxColIdSour);
-            const QString idSour = twiRootSour->text(indexColSour);
-            const QList<TwItem *> twiIndiAndFamList = citations.find(idSour);
-            for (TwItem *twiIndiAndFam : twiIndiAndFamList)
-                linkEvent(twiIndiAndFam, media.urlFichier, idSour, twiRootSour);
+            linkEvents(twiRootSour, media.urlFichier);
         }
-        // A link that an earlier source of the line has got counts as well.
+        // A link that the line has given to an earlier source counts as well.
         if (delTagObjeFile && lienAjoute)
-            deleteWithChilds(twiSourObje);
+            deleteWithChilds(this, twiSourObje);
     };
-
-    // The media of a line, with its record null if there is none.
-    const auto matchLine = [&](const QString &line) -> MediaMatch {
-        MediaMatch media;
-        const qsizetype idx = line.indexOf(splitStr);
-        media.nomFichierCsv = line.left(idx);
-        // Only the first character of the separator is dropped, normally the comma of the list: the
-        // rest is the beginning of the address.
-        media.urlFichier = line.mid(idx + 1);
-        if (media.nomFichierCsv.isEmpty() || media.urlFichier.isEmpty()) {
-            tellError(tr("Erreur dans la ligne %1").arg(line));
-            return media;
-        }
-
-        QList<TwItem *> &candidates = objeFilesByName[media.nomFichierCsv];
-        media.twiObjeFile = getObjeFileFromFileName(media.nomFichierCsv, candidates);
-        // A later line of this name finds the same entry, or none again.
-        candidates = media.twiObjeFile ? QList{media.twiObjeFile} : QList<TwItem *>();
-        if (!media.twiObjeFile) {
-            tellError(tr("%1 référençant %2 non détecté dans %3")
-                          .arg(media.nomFichierCsv, media.urlFichier, m_pathGedFile));
-            return media;
-        }
-        TwItem *twiRootObje = rootOf(media.twiObjeFile);
-        if (!twiRootObje)
-            return media;
-        media.indexColObje = twiRootObje->getColumnIndexMatchRx(m_rxColIdObje);
-        if (media.indexColObje == -1) {
-            tellError(tr("Impossible de déterminer l'id de l'objet %1%2")
-                          .arg(entryText(twiRootObje), lineReference(media.twiObjeFile)));
-            return media;
-        }
-        media.twiRootObje = twiRootObje;
-        return media;
-    };
-
     const auto linkMedia = [&](const QString &line) {
         lienAjoute = false;
-        const MediaMatch media = matchLine(line);
+        const MediaMatch media = matchLine(this, line, splitStr, m_rxColIdObje, &index);
         if (!media.twiRootObje)
             return;
         const QString idObje = media.twiRootObje->text(media.indexColObje);
-        const QList<TwItem *> twiSourObjeList = sourObjes.find(idObje);
+        const QList<TwItem *> twiSourObjeList = index.sourObjes.find(idObje);
         for (TwItem *twiSourObje : twiSourObjeList)
-            linkSource(twiSourObje, media);
+            linkReference(twiSourObje, media);
         if (delTagObjeFile && lienAjoute) {
-            if (deleteWithChilds(media.twiRootObje))
+            if (deleteWithChilds(this, media.twiRootObje))
                 ++countDelObj;
             ++linkedMediaFiles[media.nomFichierCsv];
         }
@@ -1146,22 +994,17 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     for (const QString &line : std::as_const(linesFileUrl)) {
         linkMedia(line);
         ++countProgress;
-        qsizetype journalSize = m_journal->size(); // with what this run has told
-        if (showProgress(m_progress, countProgress) && hasGrown(*m_journal, &journalSize)) {
-            objeFilesByName = indexByFileName(listTwiObjeFile);
-            sourObjes = ColumnIndex(listTwiSourObje);
-            citations = ColumnIndex(listTwiIndiAndFam);
-        }
+        const qsizetype journalSize = m_journal->size(); // with what this run has logged
+        if (showProgress(m_progress, countProgress) && m_journal->size() != journalSize)
+            index = MediaIndex(listTwiObjeFile, listTwiSourObje, listTwiIndiAndFam);
     }
 
     listMediaFiles.removeIf([&linkedMediaFiles](const QString &name) {
         const auto linked = linkedMediaFiles.find(name);
         return linked != linkedMediaFiles.end() && (*linked)-- > 0;
     });
-    if (extractMedias && !listMediaFiles.isEmpty()) {
-        // A copy that fails is not told: a subfolder, or a file that is there already.
-        for (const QString &name : std::as_const(listMediaFiles))
-            QFile::copy(mediasSource + u'/' + name, mediasDest + u'/' + name);
+    if (!listMediaFiles.isEmpty()) {
+        copyMedia(listMediaFiles, mediasSource, mediasDest);
         addToJournal(tr("Copie de %1 objets média dans le dossier %2")
                          .arg(QString::number(listMediaFiles.size()), mediasDest),
                      u"INFO"_s);
@@ -1200,19 +1043,6 @@ bool hasUntreatedUrl(TwItem *twi, const QRegularExpression &rxUrl)
         return false;
     const QString text = twi->text(colMatch);
     return !text.contains("](http"_L1) && !text.contains("<a href=\"http"_L1);
-}
-
-/// The entries that have one of \p tags, tag by tag: one that two of them name comes twice.
-QList<TwItem *> entriesByTag(const QList<TwItem *> &entries, const QStringList &tags)
-{
-    QList<TwItem *> matches;
-    for (const QString &tag : tags) {
-        if (tag.isEmpty())
-            continue; // as behind a trailing ";": not even an entry without a tag answers to it
-        std::copy_if(entries.cbegin(), entries.cend(), std::back_inserter(matches),
-                     [&tag](TwItem *twi) { return hasTag(twi, tag); });
-    }
-    return matches;
 }
 
 } // namespace

@@ -155,8 +155,6 @@ private:
     /// The section node of a record, null for one of unknown kind.
     [[nodiscard]] TwItem *sectionOf(TwItem *twiRoot) const;
     void generateTwiHeaders(QTreeWidget *tw);
-    bool readCorrespondences(const QStringList &csvFiles, const QString &splitStr,
-                             QStringList *linesFileUrl);
 
     QList<TwItem *> m_tabTwItemRoot;
     QTreeWidget *m_treeWidget = nullptr;

@@ -4,6 +4,7 @@
 #include "fenjournal.h"
 #include "journaltext.h"
 #include "matching.h"
+#include "report.h"
 #include "treerows.h"
 #include "twitem.h"
 #include "ui_mainwindow.h"
@@ -370,7 +371,7 @@ void MainWindow::checkRequirements()
     };
     for (const auto &requirement : requirements) {
         if (requirement.failed) {
-            QMessageBox::critical(nullptr, tr("Erreur"), requirement.message, QMessageBox::Ok);
+            showCritical(tr("Erreur"), requirement.message);
             return;
         }
     }

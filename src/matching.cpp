@@ -148,6 +148,18 @@ bool hasTag(TwItem *twi, const QString &tag)
     return tag == fullTagText(twi);
 }
 
+QList<TwItem *> entriesByTag(const QList<TwItem *> &entries, const QStringList &tags)
+{
+    QList<TwItem *> matches;
+    for (const QString &tag : tags) {
+        if (tag.isEmpty())
+            continue; // as behind a trailing ";": not even an entry without a tag answers to it
+        std::copy_if(entries.cbegin(), entries.cend(), std::back_inserter(matches),
+                     [&tag](TwItem *twi) { return hasTag(twi, tag); });
+    }
+    return matches;
+}
+
 int urlColumn(TwItem *twi, const QRegularExpression &rxUrl)
 {
     for (int column = 0; column < twi->columnCount(); ++column) {

@@ -98,6 +98,10 @@ private:
 /// Whether \p tag is the tag of \p twi, or its full tag joined with ".". "*" is no wildcard here.
 [[nodiscard]] bool hasTag(TwItem *twi, const QString &tag);
 
+/// The entries that hasTag() one of \p tags, tag by tag: one that two of them name comes twice. An
+/// empty tag names none.
+[[nodiscard]] QList<TwItem *> entriesByTag(const QList<TwItem *> &entries, const QStringList &tags);
+
 /// The first column that \p rxUrl, a form of web addresses, matches, or -1. Every one of them holds
 /// "http", which is found much faster than the expression.
 [[nodiscard]] int urlColumn(TwItem *twi, const QRegularExpression &rxUrl);

@@ -2,6 +2,7 @@
 
 #include "journaltext.h"
 #include "matching.h"
+#include "oversized.h"
 #include "treerows.h"
 
 #include <QIcon>
@@ -15,8 +16,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int MaxTextSize = MaxLineSize - 2; // less the two blanks between three columns
 
 /// A string equal to \p text, one for all entries that have the same level or tag: a file has few
 /// of them, and what is shared needs no memory of its own and stays in the caches.
@@ -253,80 +252,6 @@ int TwItem::setEntryTwItems(QStringList listEntryValues, int currentLineGedFile)
 
 namespace {
 
-/// What is cut off one line, and where it goes.
-struct Cut
-{
-    TwItem *parent = nullptr; // null if nothing is cut off
-    int index = 0;
-    QList<TwItem *> pieces; // new entries, in the order of the text
-    QString firstLine; // that of the first piece while it still held all of the text
-};
-
-/// The characters of the value that stay on a line of \p size characters for it. A line that ends
-/// in a blank would lose it in other programs; only this one blank is looked at.
-qsizetype sizeOfPiece(QStringView value, qsizetype size)
-{
-    return size > 0 && value.at(size - 1) == u' ' ? size - 1 : size;
-}
-
-/// Shares out the value of \p twiConc, a CONC entry, over as many new ones as it needs behind it.
-QList<TwItem *> shareOut(TwItem *twiConc)
-{
-    QList<TwItem *> pieces{twiConc};
-    const QString level = twiConc->text(LevelColumn);
-    const QString value = twiConc->text(ValueColumn);
-    const qsizetype size = MaxTextSize - level.size() - twiConc->text(TagColumn).size();
-    for (QStringView rest = value; rest.size() > size;) {
-        const qsizetype piece = sizeOfPiece(rest, size);
-        pieces.constLast()->setText(ValueColumn, rest.first(piece).toString());
-        rest = rest.sliced(piece);
-        pieces.append(new TwItem(-1));
-        pieces.constLast()->setText(LevelColumn, level);
-        pieces.constLast()->setText(TagColumn, twiConc->text(TagColumn));
-        if (rest.size() <= size)
-            pieces.constLast()->setText(ValueColumn, rest.toString());
-    }
-    return pieces;
-}
-
-/// Shortens the line of \p twi to the greatest size. Nothing is changed if the line fits or cannot
-/// be cut.
-Cut cutOff(TwItem *twi)
-{
-    const QString value = twi->text(ValueColumn);
-    if (value.isEmpty() || lineSize(twi) <= MaxLineSize)
-        return {};
-
-    // Not negative: a level and tag of over 253 characters leave no room for any of the value.
-    const qsizetype lenghtColText =
-        sizeOfPiece(value, std::max<qsizetype>(0, MaxTextSize - twi->text(LevelColumn).size()
-                                                      - twi->text(TagColumn).size()));
-    twi->setText(ValueColumn, value.left(lenghtColText));
-
-    // The rest of a continuation stands behind it, that of another line in front of its children.
-    // Read only now: what is left of a value can itself have the form of a tag.
-    const bool continuation = isContinuation(twi->getTag());
-    TwItem *parent = continuation ? twi->getParent() : twi;
-    // A continuation at the top of its record stays whole: its rest would stand beside the record,
-    // in no list, and never reach the file. A section node lists none of its children.
-    if (continuation && (!parent || parent->getTabTwiChilds(false).isEmpty())) {
-        twi->setText(ValueColumn, value);
-        return {};
-    }
-
-    auto *twiConc = new TwItem(-1);
-    QString line = continuation ? twi->text(LevelColumn) : QString::number(childLevel(twi));
-    line.append(" CONC "_L1).append(QStringView(value).mid(lenghtColText));
-    twi->setTwiValuesFromStr(line, twiConc);
-    Cut cut{parent,
-            continuation ? parent->getThisTwiIndexParent(twi) + 1 : 0,
-            {twiConc},
-            lineText(twiConc)};
-    if (isContinuation(twiConc->getTag())) // not behind level 9: "10 CONC" reads as level 1, no tag
-        cut.pieces = shareOut(twiConc);
-    return cut;
-}
-
 /// Cuts the line of \p twi and lets \p place put the new entries into their place. Returns what is
 /// logged of it: nothing if it is not cut, and of several cuts the first alone.
 template <typename Place>
@@ -357,17 +282,21 @@ QList<QStringList> TwItem::splitAllOverSized(const QList<TwItem *> &entries)
 {
     QList<QStringList> splitLists;
     QSet<TwItem *> outdated; // records whose list is no longer what the tree holds
-    const auto place = [&outdated](TwItem *parent, int index, const QList<TwItem *> &pieces) {
+    QSet<TwItem *> parents; // of what has been inserted
+    const auto place = [&](TwItem *parent, int index, const QList<TwItem *> &pieces) {
         // A record takes a child into its list at the index of the tree, whatever stands there.
         if (outdated.remove(parent))
             parent->regenerateRootChilds(parent);
         parent->placeChilds(index, pieces);
+        parents.insert(parent);
         const QList<TwItem *> records = parent->recordsAbove();
         outdated.unite({records.begin(), records.end()});
     };
     for (TwItem *twi : entries)
         splitLists.append(twi->m_toDelete ? QStringList() : cutLine(twi, place));
     renewLists(outdated.values());
+    for (TwItem *parent : std::as_const(parents))
+        renewRows(parent);
     return splitLists;
 }
 
@@ -559,5 +488,13 @@ TwItem *rootOf(TwItem *twi)
 {
     while (twi && !twi->isRoot())
         twi = twi->getParent();
+    return twi;
+}
+
+TwItem *insertEntry(TwItem *parent, const QString &text, int index)
+{
+    auto *twi = new TwItem(-1);
+    twi->setTwiValuesFromStr(QString::number(childLevel(parent)) + text, twi);
+    parent->insertTabChild(index, twi);
     return twi;
 }

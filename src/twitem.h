@@ -118,8 +118,8 @@ public:
     QStringList splitTagOverSized(TwItem *twiOri, QStringList splitList);
 
     /// Does what splitTagOverSized() does for each of \p entries that is not deleted, with the list
-    /// of a record made anew once for all. Returns the journal texts of each. Meant for entries
-    /// that are out of the view, where an insertion costs nothing but itself.
+    /// of a record made anew once for all. Returns the journal texts of each. The entries must be
+    /// out of the view.
     static QList<QStringList> splitAllOverSized(const QList<TwItem *> &entries);
 
     /// Whether one of the tag patterns names this entry: by its tag, or by its full tag, in which a
@@ -169,5 +169,9 @@ private:
 
 /// The root of the record that \p twi stands in, null if none of the entries above it reads as one.
 [[nodiscard]] TwItem *rootOf(TwItem *twi);
+
+/// Inserts a new entry among the children of \p parent, at their end for the index -1. \p text is
+/// its line without the level: a blank, the tag, a blank, the value.
+TwItem *insertEntry(TwItem *parent, const QString &text, int index = -1);
 
 #endif // TWITEM_H

@@ -1,0 +1,124 @@
+#include "medialinks.h"
+
+#include "gedcom.h"
+#include "journaltext.h"
+#include "twitem.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Where the link to a source goes in an event.
+struct LinkPlace
+{
+    TwItem *twiParent = nullptr;
+    int indexTwiToInsert = -1; // among its children; -1 for a new note at the end
+};
+
+/// The first note of the event that holds links takes the next one, behind its last CONT. Deleted
+/// entries count like others.
+LinkPlace linkPlace(TwItem *event)
+{
+    LinkPlace place{event};
+    // Wanted: once a note is found, the loop goes on among its children, from the next index.
+    for (int i = 0; i < place.twiParent->childCount(); ++i) {
+        auto *noteChild = static_cast<TwItem *>(place.twiParent->child(i));
+        if (!noteChild->text(ValueColumn).startsWith("Source : http"_L1)
+            || noteChild->getTag() != "NOTE"_L1)
+            continue;
+        int behindLastCont = noteChild->childCount();
+        while (behindLastCont > 0
+               && static_cast<TwItem *>(noteChild->child(behindLastCont - 1))->getTag()
+                      != "CONT"_L1)
+            --behindLastCont;
+        place = {noteChild, behindLastCont};
+    }
+    return place;
+}
+
+} // namespace
+
+MediaIndex::MediaIndex(const QList<TwItem *> &listTwiObjeFile,
+                       const QList<TwItem *> &listTwiSourObje,
+                       const QList<TwItem *> &listTwiIndiAndFam)
+    : objeFilesByName(indexByFileName(listTwiObjeFile)),
+      sourObjes(listTwiSourObje),
+      citations(listTwiIndiAndFam)
+{
+}
+
+MediaMatch matchLine(Gedcom *gedcom, const QString &line, const QString &splitStr,
+                     const QRegularExpression &rxColIdObje, MediaIndex *index)
+{
+    const auto logError = [gedcom](const QString &log) { gedcom->addToJournal(log, u"ERROR"_s); };
+    MediaMatch media;
+    const qsizetype idx = line.indexOf(splitStr);
+    media.nomFichierCsv = line.left(idx);
+    // Only the first character of the separator is dropped, normally the comma of the list: the
+    // rest is the beginning of the address.
+    media.urlFichier = line.mid(idx + 1);
+    if (media.nomFichierCsv.isEmpty() || media.urlFichier.isEmpty()) {
+        logError(Gedcom::tr("Erreur dans la ligne %1").arg(line));
+        return media;
+    }
+
+    QList<TwItem *> &candidates = index->objeFilesByName[media.nomFichierCsv];
+    media.twiObjeFile = gedcom->getObjeFileFromFileName(media.nomFichierCsv, candidates);
+    // A later line of this name finds the same entry, or none again.
+    candidates = media.twiObjeFile ? QList{media.twiObjeFile} : QList<TwItem *>();
+    if (!media.twiObjeFile) {
+        logError(Gedcom::tr("%1 référençant %2 non détecté dans %3")
+                     .arg(media.nomFichierCsv, media.urlFichier, gedcom->getPathGedFile()));
+        return media;
+    }
+    TwItem *twiRootObje = rootOf(media.twiObjeFile);
+    if (!twiRootObje)
+        return media;
+    media.indexColObje = twiRootObje->getColumnIndexMatchRx(rxColIdObje);
+    if (media.indexColObje == -1) {
+        logError(Gedcom::tr("Impossible de déterminer l'id de l'objet %1%2")
+                     .arg(entryText(twiRootObje), lineReference(media.twiObjeFile)));
+        return media;
+    }
+    media.twiRootObje = twiRootObje;
+    return media;
+}
+
+void linkSource(Gedcom *gedcom, TwItem *twiRootSour, const MediaMatch &media)
+{
+    TwItem *twiSourUrl = insertEntry(twiRootSour, " WWW "_L1 + media.urlFichier);
+    gedcom->addToJournal(Gedcom::tr("Ajout de la balise %1 %2 référençant la balise %3 %4%5")
+                             .arg(fullTagText(twiSourUrl), media.urlFichier,
+                                  fullTagText(media.twiObjeFile), media.nomFichierCsv,
+                                  lineReference(media.twiObjeFile)),
+                         u"INFO"_s);
+}
+
+TwItem *linkEvent(Gedcom *gedcom, TwItem *citation, const QString &urlFichier,
+                  const QString &idSour, const TwItem *twiRootSour)
+{
+    const auto [twiParent, indexTwiToInsert] = linkPlace(citation->getParent());
+    const QString valueToSet =
+        (indexTwiToInsert == -1 ? u" NOTE Source : "_s : u" CONT "_s) + urlFichier;
+    TwItem *twiChildNoteOrCont = insertEntry(twiParent, valueToSet, indexTwiToInsert);
+    gedcom->addToJournal(Gedcom::tr("Ajout de la balise %1 %2 référençant la source %3%4")
+                             .arg(fullTagText(twiParent), lineText(twiChildNoteOrCont), idSour,
+                                  lineReference(twiRootSour)),
+                         u"INFO"_s);
+    return twiChildNoteOrCont;
+}
+
+bool deleteWithChilds(Gedcom *gedcom, TwItem *twi)
+{
+    if (!twi->getTabTwiChilds(true).isEmpty()) {
+        const QStringList childLogs = twi->delChilds();
+        for (const QString &log : childLogs)
+            gedcom->addToJournal(log, u"INFO"_s);
+    }
+    if (!twi->setDelete(true))
+        return false;
+    gedcom->addToJournal(Gedcom::tr("Suppression de l'enregistrement : %1%2")
+                             .arg(entryText(twi), lineReference(twi)),
+                         u"INFO"_s);
+    return true;
+}

@@ -1,0 +1,24 @@
+#include "report.h"
+
+#include <QCoreApplication>
+#include <QMessageBox>
+#include <QProgressBar>
+
+bool showProgress(QProgressBar *bar, qsizetype done, qsizetype value, int period)
+{
+    if (done % period != 0)
+        return false;
+    bar->setValue(int(value));
+    QCoreApplication::processEvents();
+    return true;
+}
+
+bool showProgress(QProgressBar *bar, qsizetype done)
+{
+    return showProgress(bar, done, done);
+}
+
+void showCritical(const QString &title, const QString &text)
+{
+    QMessageBox::critical(nullptr, title, text, QMessageBox::Ok);
+}

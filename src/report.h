@@ -1,0 +1,22 @@
+#ifndef REPORT_H
+#define REPORT_H
+
+// How a long operation reports to the user while it runs: the progress bar and the box of an error.
+
+#include <QString>
+
+class QProgressBar;
+
+inline constexpr int ProgressPeriod = 100; // entries between two refreshes of the window
+
+/// Every \p period entries, moves \p bar to \p value and processes events; returns whether it did.
+/// \p done counts the entries.
+bool showProgress(QProgressBar *bar, qsizetype done, qsizetype value, int period = ProgressPeriod);
+
+/// The same with the bar at the count.
+bool showProgress(QProgressBar *bar, qsizetype done);
+
+/// Shows a box without a parent and waits for its only button, Ok.
+void showCritical(const QString &title, const QString &text);
+
+#endif // REPORT_H
