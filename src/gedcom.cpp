@@ -17,7 +17,6 @@
 #include <QFile>
 #include <QHash>
 #include <QIcon>
-#include <QMap>
 #include <QProgressBar>
 #include <QSet>
 #include <QStatusBar>
@@ -26,8 +25,6 @@
 #include <QTreeWidget>
 
 #include <algorithm>
-#include <iterator>
-#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -933,12 +930,9 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     m_progress->setRange(0, int(linesFileUrl.size()));
 
     MediaIndex index(listTwiObjeFile, listTwiSourObje, listTwiIndiAndFam);
-    int countSour = 0;
-    int countEvt = 0;
-    int countDelObj = 0;
+    LinkCount count;
     int countProgress = 0;
     bool lienAjoute = false; // by the present line; nothing is deleted without
-    QMap<QString, QList<int>> listFullTagsEdited;
     QHash<QString, int> linkedMediaFiles; // how often the name is to be taken from listMediaFiles
 
     const auto linkEvents = [&](TwItem *twiRootSour, const QString &urlFichier) {
@@ -947,8 +941,8 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
         const QList<TwItem *> twiIndiAndFamList = index.citations.find(idSour);
         for (TwItem *twiIndiAndFam : twiIndiAndFamList) {
             TwItem *link = linkEvent(this, twiIndiAndFam, urlFichier, idSour, twiRootSour);
-            listFullTagsEdited[fullTagText(link)].append(countProgress);
-            ++countEvt;
+            count.listFullTagsEdited[fullTagText(link)].append(countProgress);
+            ++count.evt;
             lienAjoute = true;
         }
     };
@@ -958,7 +952,7 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
             return;
         if (urlSour) {
             linkSource(this, twiRootSour, media);
-            ++countSour;
+            ++count.sour;
             lienAjoute = true;
         }
         // The column looked at is that of the media, which matchLine() has found: this never fires,
@@ -985,7 +979,7 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
             linkReference(twiSourObje, media);
         if (delTagObjeFile && lienAjoute) {
             if (deleteWithChilds(this, media.twiRootObje))
-                ++countDelObj;
+                ++count.delObj;
             ++linkedMediaFiles[media.nomFichierCsv];
         }
     };
@@ -1009,18 +1003,11 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
                          .arg(QString::number(listMediaFiles.size()), mediasDest),
                      u"INFO"_s);
     }
-    if (countSour > 0)
-        addToJournal(tr("Ajout de %1 balises SOUR.WWW").arg(countSour), u"INFO"_s);
-    for (auto it = listFullTagsEdited.cbegin(); it != listFullTagsEdited.cend(); ++it) {
-        addToJournal(tr("Ajout de %1 balises %2").arg(QString::number(it.value().size()), it.key()),
-                     u"INFO"_s);
-    }
-    if (delTagObjeFile)
-        addToJournal(tr("Sppression de %1 enregistrements OBJE").arg(countDelObj), u"INFO"_s);
-    m_status->showMessage(tr("%1 URL médias ajoutées.").arg(countSour), 0);
+    logLinks(this, count, delTagObjeFile);
+    m_status->showMessage(tr("%1 URL médias ajoutées.").arg(count.sour), 0);
     qDebug() << "OFF setMediaFileURL";
     m_progress->reset();
-    return countSour + countEvt;
+    return count.sour + count.evt;
 }
 
 TwItem *Gedcom::getObjeFileFromFileName(QString nomFichier, QList<TwItem *> listTwiObjeFile)

@@ -122,3 +122,15 @@ bool deleteWithChilds(Gedcom *gedcom, TwItem *twi)
                          u"INFO"_s);
     return true;
 }
+
+void logLinks(Gedcom *gedcom, const LinkCount &count, bool withDeleted)
+{
+    const auto log = [gedcom](const QString &text) { gedcom->addToJournal(text, u"INFO"_s); };
+    if (count.sour > 0)
+        log(Gedcom::tr("Ajout de %1 balises SOUR.WWW").arg(count.sour));
+    const auto &edited = count.listFullTagsEdited;
+    for (auto it = edited.cbegin(); it != edited.cend(); ++it)
+        log(Gedcom::tr("Ajout de %1 balises %2").arg(QString::number(it->size()), it.key()));
+    if (withDeleted)
+        log(Gedcom::tr("Sppression de %1 enregistrements OBJE").arg(count.delObj));
+}

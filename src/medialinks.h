@@ -7,7 +7,9 @@
 #include "matching.h"
 
 #include <QList>
+#include <QMap>
 #include <QString>
+#include <QStringList>
 
 class Gedcom;
 class QRegularExpression;
@@ -34,6 +36,15 @@ struct MediaMatch
     int indexColObje = -1;
 };
 
+/// What the lines have added and deleted so far.
+struct LinkCount
+{
+    int sour = 0; // WWW entries
+    int evt = 0; // NOTE and CONT entries
+    int delObj = 0; // media records that were not marked as deleted before
+    QMap<QString, QList<int>> listFullTagsEdited; // by full tag of a NOTE or CONT, its lines
+};
+
 /// Finds the media of a line, or logs why there is none. \p rxColIdObje is the form of the id.
 [[nodiscard]] MediaMatch matchLine(Gedcom *gedcom, const QString &line, const QString &splitStr,
                                    const QRegularExpression &rxColIdObje, MediaIndex *index);
@@ -44,6 +55,9 @@ void linkSource(Gedcom *gedcom, TwItem *twiRootSour, const MediaMatch &media);
 /// Adds the address to the event of a citation. Returns the new entry.
 TwItem *linkEvent(Gedcom *gedcom, TwItem *citation, const QString &urlFichier,
                   const QString &idSour, const TwItem *twiRootSour);
+
+/// Logs the totals; the deleted records, even if there are none, \p withDeleted alone.
+void logLinks(Gedcom *gedcom, const LinkCount &count, bool withDeleted);
 
 /// Marks the entry and all below it as deleted. False if the entry itself was marked.
 bool deleteWithChilds(Gedcom *gedcom, TwItem *twi);
