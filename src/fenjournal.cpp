@@ -13,6 +13,7 @@ FenJournal::FenJournal(QWidget *parent, QString texteAAfficher, QString titre) :
     auto *ptEdit = new QPlainTextEdit;
     ptEdit->appendPlainText(texteAAfficher);
     ptEdit->setReadOnly(true);
+    ptEdit->setAccessibleName(titre);
     setWindowFlags(Qt::Tool);
     setWindowTitle(titre);
     layout->addWidget(ptEdit);

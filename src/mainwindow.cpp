@@ -74,6 +74,7 @@ MainWindow::MainWindow(QWidget *parent)
     m_progress->setStyleSheet(
         u"QProgressBar::chunk{background-color:green; width: 10px; margin: 0.5px;}"_s);
     m_progress->setTextVisible(false);
+    m_progress->setAccessibleName(tr("Progression"));
     m_progress->setHidden(true);
     ui->mainGroupBox->setEnabled(false);
     m_FichierParams = fileBesideExecutable(u"PARAM.INI"_s);

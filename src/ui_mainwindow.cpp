@@ -379,34 +379,65 @@ void Ui_MainWindow::retranslateUi(QMainWindow *MainWindow)
 
     for (int column = 0; column < treeWidget->columnCount(); ++column)
         treeWidget->headerItem()->setText(column, QString());
+    treeWidget->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Lignes du fichier GEDCOM"));
     cbSourceMultiUse->setText(
         QCoreApplication::translate("MainWindow", "Sources utilisées plusieurs fois"));
     cbFiltreSensible->setText(QCoreApplication::translate("MainWindow", "a != A"));
+    cbFiltreSensible->setAccessibleName(QCoreApplication::translate(
+        "MainWindow", "Distinguer majuscules et minuscules dans le filtre (a != A)"));
     cbFiltrerRegex->setText(QCoreApplication::translate("MainWindow", "regex"));
+    cbFiltrerRegex->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Filtrer par expression régulière (regex)"));
     cbSourceDateDiff->setText(QCoreApplication::translate("MainWindow", "Sources!=date"));
     cbSourceDateDiff->setToolTip(QCoreApplication::translate(
         "MainWindow", "<html><head/><body><p>liste les sources dont la date "
                       "d'évènement diffère</p></body></html>"));
+    cbSourceDateDiff->setAccessibleName(QCoreApplication::translate(
+        "MainWindow", "Sources dont la date diffère de celle de l'évènement (Sources!=date)"));
+    cbSourceDateDiff->setAccessibleDescription(QCoreApplication::translate(
+        "MainWindow", "liste les sources dont la date d'évènement diffère"));
     leRecherche->setPlaceholderText(QCoreApplication::translate("MainWindow", "filtrer"));
+    leRecherche->setAccessibleName(QCoreApplication::translate("MainWindow", "Filtrer l'arbre"));
+    mainGroupBox->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Opérations sur le fichier"));
 
     cbEspacer->setText(QCoreApplication::translate("MainWindow", "Espacer les Prénoms/NOMS/"));
     cbEspacer->setToolTip(QCoreApplication::translate(
         "MainWindow", "<html><head/><body><p>JeanMARTIN -&gt; Jean MARTIN</p></body></html>"));
+    cbEspacer->setAccessibleDescription(
+        QCoreApplication::translate("MainWindow", "JeanMARTIN -> Jean MARTIN"));
 
     gbDelTags->setTitle(QCoreApplication::translate("MainWindow", "Supprimer les balises"));
     leTagsToDel->setToolTip(QCoreApplication::translate(
         "MainWindow",
         "liste des balises séparées par ; Il est possible de spécifier les balises parentes "
         "séparées par des . en cas de balises homographes (INDI.OCCU.EVEN par exemple)"));
+    leTagsToDel->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Balises à supprimer"));
+    pbPickTagToDel->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Choisir dans l'arbre la balise à supprimer"));
+    leValueToDel->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Valeur ou sous-valeur recherchée"));
     cbDelIfContent->setText(
         QCoreApplication::translate("MainWindow", "si une valeur ou sous-valeur est :"));
     cbDelIfContent->setToolTip(QCoreApplication::translate(
         "MainWindow", "<html><head/><body><p>Recherche le texte dans la balise "
                       "cible et ses sous balises</p></body></html>"));
+    cbDelIfContent->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Uniquement si une valeur ou sous-valeur est :"));
+    cbDelIfContent->setAccessibleDescription(QCoreApplication::translate(
+        "MainWindow", "Recherche le texte dans la balise cible et ses sous balises"));
     cbDelEmptyClilds->setText(QCoreApplication::translate("MainWindow", "si sans enfants"));
+    cbDelEmptyClilds->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Uniquement si sans enfants"));
     label_8->setText(QCoreApplication::translate("MainWindow", "uniquement : "));
     cbDelEmptyTags->setText(QCoreApplication::translate("MainWindow", "si vides"));
+    cbDelEmptyTags->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Uniquement si vides"));
     cbDelIfContentRX->setText(QCoreApplication::translate("MainWindow", "regex"));
+    cbDelIfContentRX->setAccessibleName(QCoreApplication::translate(
+        "MainWindow", "Valeur recherchée par expression régulière (regex)"));
 
     gbSetURLLinks->setTitle(
         QCoreApplication::translate("MainWindow", "Générer les URL des médias sources"));
@@ -418,33 +449,60 @@ void Ui_MainWindow::retranslateUi(QMainWindow *MainWindow)
         "MainWindow", "<html><head/><body><p>chaîne de caractères unique au sein "
                       "de la ligne&quot;fichier/url&quot; permettant de séparer "
                       "le nom de fichier et son url</p></body></html>"));
+    leStrPlitCsv->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Chaîne de séparation entre fichier et url"));
+    leStrPlitCsv->setAccessibleDescription(QCoreApplication::translate(
+        "MainWindow", "chaîne de caractères unique au sein de la ligne \"fichier/url\" permettant "
+                      "de séparer le nom de fichier et son url"));
     cbUrlInEvt->setText(
         QCoreApplication::translate("MainWindow", "Générer une note dans l'évènement"));
     cbUrlInEvt->setToolTip(QCoreApplication::translate(
         "MainWindow",
         "<html><head/><body><p>Ajoute une balise NOTE référençant l'url de la source à "
         "une balise évènement</p></body></html>"));
+    cbUrlInEvt->setAccessibleDescription(QCoreApplication::translate(
+        "MainWindow",
+        "Ajoute une balise NOTE référençant l'url de la source à une balise évènement"));
     cbUrlInSour->setText(
         QCoreApplication::translate("MainWindow", "Générer un lien dans la source"));
     cbUrlInSour->setToolTip(QCoreApplication::translate(
         "MainWindow", "<html><head/><body><p>Ajoute une balise WWW référençant "
                       "l'url de la source à une balise source</p></body></html>"));
+    cbUrlInSour->setAccessibleDescription(QCoreApplication::translate(
+        "MainWindow", "Ajoute une balise WWW référençant l'url de la source à une balise source"));
     cbDelTagObjeFile->setText(QCoreApplication::translate(
         "MainWindow", "Ssupprimer l'entrée OBJE correspondant au fichier"));
+    cbDelTagObjeFile->setAccessibleName(QCoreApplication::translate(
+        "MainWindow", "Supprimer l'entrée OBJE correspondant au fichier"));
     gbExtractMediasToKeep->setTitle(
         QCoreApplication::translate("MainWindow", "Extraire les médias non linkés"));
     gbExtractMediasToKeep->setToolTip(QCoreApplication::translate(
         "MainWindow", "<html><head/><body><p>copie les médias à afficher directement sans avoir à "
                       "cliquer sur un lien</p></body></html>"));
+    // A group inside another one would be called by the title of that one.
+    gbExtractMediasToKeep->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Extraire les médias non linkés"));
+    gbExtractMediasToKeep->setAccessibleDescription(QCoreApplication::translate(
+        "MainWindow", "copie les médias à afficher directement sans avoir à cliquer sur un lien"));
     pbExtractMediasToKeep->setText(
         QCoreApplication::translate("MainWindow", "Dossier d'extraction"));
+    pbExtractMediasToKeep->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Choisir le dossier d'extraction"));
+    leExtractMediasToKeep->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Chemin du dossier d'extraction"));
     pbExtractMediasSource->setText(QCoreApplication::translate("MainWindow", "Dossier source"));
+    pbExtractMediasSource->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Choisir le dossier source"));
+    leExtractMediasSource->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Chemin du dossier source"));
 
     gbClickablesLinks->setTitle(
         QCoreApplication::translate("MainWindow", "Rendre les liens cliquable"));
     gbClickablesLinks->setToolTip(QCoreApplication::translate(
         "MainWindow", "<html><head/><body><p>transforme une url en balise "
                       "markdown ou html cliquable</p></body></html>"));
+    gbClickablesLinks->setAccessibleDescription(QCoreApplication::translate(
+        "MainWindow", "transforme une url en balise markdown ou html cliquable"));
     rbMarkdown->setText(QCoreApplication::translate("MainWindow", "Markdown"));
     rbHtml->setText(QCoreApplication::translate("MainWindow", "Html"));
     label_7->setText(
@@ -455,53 +513,103 @@ void Ui_MainWindow::retranslateUi(QMainWindow *MainWindow)
         "MainWindow",
         "liste des balises séparées par ; Il est possible de spécifier les balises parentes "
         "séparées par des . en cas de balises homographes (INDI.OCCU.EVEN par exemple)"));
+    leTagToClickable->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Balises dont les liens deviennent cliquables"));
+    pickDestClickableTag->setAccessibleName(QCoreApplication::translate(
+        "MainWindow", "Choisir dans l'arbre la balise dont les liens deviennent cliquables"));
 
     gbReplaceMediaPath->setTitle(
         QCoreApplication::translate("MainWindow", "Changer le chemin des médias"));
+    leNewMediaPath->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Nouveau chemin des médias"));
     pbOpenNewMediaPath->setText(QCoreApplication::translate("MainWindow", "Choix du dossier"));
+    pbOpenNewMediaPath->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Choix du dossier des médias"));
     cbDelMediaPath->setText(QCoreApplication::translate("MainWindow", "Supprimer"));
     cbDelMediaPath->setToolTip(QCoreApplication::translate(
         "MainWindow",
         "<html><head/><body><p>supprime le chemin absolu d'un fichier et ne conserve que "
         "le nom du fichier</p></body></html>"));
+    cbDelMediaPath->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Supprimer le chemin des médias"));
+    cbDelMediaPath->setAccessibleDescription(QCoreApplication::translate(
+        "MainWindow",
+        "supprime le chemin absolu d'un fichier et ne conserve que le nom du fichier"));
 
     gbMoveTagContent->setTitle(
         QCoreApplication::translate("MainWindow", "Copier / Déplacer des balises"));
     gbMoveTagContent->setToolTip(QCoreApplication::translate(
         "MainWindow",
         "<html><head/><body><p>déplace le contenu d'une balise dans une autre</p></body></html>"));
+    gbMoveTagContent->setAccessibleDescription(QCoreApplication::translate(
+        "MainWindow", "déplace le contenu d'une balise dans une autre"));
     label->setText(QCoreApplication::translate("MainWindow", "Balise 1"));
+    pickDestTag->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Choisir dans l'arbre la balise 2"));
     leTagDest->setToolTip(QCoreApplication::translate(
         "MainWindow", "tag complet de la ou des balises séparées par ;"));
+    leTagDest->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Balise 2, qui reçoit le contenu"));
     cbCpSourDestContent->setText(QCoreApplication::translate("MainWindow", "Contenu de 1 dans 2"));
+    cbCpSourDestContent->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Contenu de la balise 1 dans la balise 2"));
     label_2->setText(QCoreApplication::translate("MainWindow", "Balise 2"));
     leTagSour->setToolTip(QCoreApplication::translate(
         "MainWindow", "tag complet de la ou des balises séparées par ;"));
+    leTagSour->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Balise 1, d'où vient le contenu"));
+    pickSrcTag->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Choisir dans l'arbre la balise 1"));
     cbCreateDestTag->setText(QCoreApplication::translate("MainWindow", "Créer 2"));
+    cbCreateDestTag->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Créer la balise 2 si elle manque"));
     cbDelTagSour->setText(QCoreApplication::translate("MainWindow", "Supprimer la balise 1"));
     cbDelTagSour->setToolTip(QCoreApplication::translate(
         "MainWindow", "<html><head/><body><p>la balise n'est supprimée que si "
                       "elle n'a pas de sous balise</p></body></html>"));
+    cbDelTagSour->setAccessibleDescription(QCoreApplication::translate(
+        "MainWindow", "la balise n'est supprimée que si elle n'a pas de sous balise"));
 
     gbReplaceString->setTitle(QCoreApplication::translate("MainWindow", "Remplacer du texte"));
     label_6->setText(QCoreApplication::translate("MainWindow", "Remplacer par "));
     label_5->setText(QCoreApplication::translate("MainWindow", "Recherche"));
+    pbSelectTagReplace->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Choisir dans l'arbre la balise cible"));
+    leTextDest->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Texte de remplacement"));
     leTagToApply->setToolTip(QCoreApplication::translate(
         "MainWindow",
         "<html><head/><body><p>Laisser vide  pour modifier n'importe où</p></body></html>"));
+    leTagToApply->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Balises cibles du remplacement"));
+    leTagToApply->setAccessibleDescription(
+        QCoreApplication::translate("MainWindow", "Laisser vide pour modifier n'importe où"));
     cbSensible->setText(QCoreApplication::translate("MainWindow", "a != A"));
     cbSensible->setToolTip(QCoreApplication::translate(
         "MainWindow",
         "<html><head/><body><p>Différencer MAJUSCULES et minuscules</p></body></html>"));
+    cbSensible->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Distinguer majuscules et minuscules (a != A)"));
+    cbSensible->setAccessibleDescription(
+        QCoreApplication::translate("MainWindow", "Différencier majuscules et minuscules"));
+    leTextOri->setAccessibleName(QCoreApplication::translate("MainWindow", "Texte recherché"));
     cbRegex->setText(QCoreApplication::translate("MainWindow", "regex"));
     cbRegex->setToolTip(QCoreApplication::translate(
         "MainWindow", "<html><head/><body><p>Utiliser une expression régulière</p></body></html>"));
+    cbRegex->setAccessibleName(
+        QCoreApplication::translate("MainWindow", "Recherche par expression régulière (regex)"));
+    cbRegex->setAccessibleDescription(
+        QCoreApplication::translate("MainWindow", "Utiliser une expression régulière"));
     label_4->setText(QCoreApplication::translate("MainWindow", "Balises cibles"));
 
     pbApply->setText(QCoreApplication::translate("MainWindow", "Appliquer les modifications"));
     pbReadSequence->setText(QCoreApplication::translate("MainWindow", "Jouer la séquence"));
+    menubar->setAccessibleName(QCoreApplication::translate("MainWindow", "Barre de menus"));
 
     menuFichier->setTitle(QCoreApplication::translate("MainWindow", "Fichier"));
+    menuFichier->setAccessibleName(QCoreApplication::translate("MainWindow", "Fichier"));
     menuOutils->setTitle(QCoreApplication::translate("MainWindow", "Outils"));
+    menuOutils->setAccessibleName(QCoreApplication::translate("MainWindow", "Outils"));
     menuAide->setTitle(QCoreApplication::translate("MainWindow", "Aide"));
+    menuAide->setAccessibleName(QCoreApplication::translate("MainWindow", "Aide"));
 }

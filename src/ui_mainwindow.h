@@ -122,7 +122,9 @@ public:
     /// Builds the form into \p MainWindow, which owns all of it, and binds the slots by name.
     void setupUi(QMainWindow *MainWindow);
 
-    /// Sets every text, title and tool tip.
+    /// Sets every text, title and tool tip, and what a screen reader says where the text of the
+    /// widget does not tell it: a name, and the tool tip without its markup. No name for the status
+    /// bar: its message is its name.
     void retranslateUi(QMainWindow *MainWindow);
 };
 
