@@ -12,6 +12,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QCursor>
 #include <QFile>
 #include <QFileDialog>
 #include <QGroupBox>
@@ -35,6 +36,21 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// Shows the wait cursor while it lives; several may live at once, one inside the other.
+class WaitCursor
+{
+public:
+    WaitCursor()
+    {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    }
+    ~WaitCursor()
+    {
+        QApplication::restoreOverrideCursor();
+    }
+    Q_DISABLE_COPY_MOVE(WaitCursor)
+};
 
 /// The file of that name beside the executable. It lives to the end of the process.
 QFile *fileBesideExecutable(const QString &name)
@@ -197,6 +213,7 @@ void MainWindow::on_action_propos_triggered()
 
 void MainWindow::on_leRecherche_returnPressed()
 {
+    const WaitCursor waitCursor;
     m_prevSearchText = ui->leRecherche->text();
     m_prevSearchTextSensitive = ui->cbFiltreSensible->isChecked();
     m_prevSearchTextRegex = ui->cbFiltrerRegex->isChecked();
@@ -521,6 +538,7 @@ qsizetype MainWindow::reverseHide()
 
 void MainWindow::showFiltered(int state, void (Gedcom::*filter)())
 {
+    const WaitCursor waitCursor;
     if (state == Qt::Unchecked) {
         ui->leRecherche->clear();
         twiUnhideAll();
