@@ -4,10 +4,13 @@
 #include "testmain.h"
 #include "window.h"
 
+#include <QAbstractButton>
 #include <QDir>
 #include <QGroupBox>
 #include <QRegularExpression>
 #include <QTest>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 
 #include <utility>
 
@@ -40,9 +43,42 @@ public:
         return QDir(Samples + "medias"_L1).entryList(QDir::Files, QDir::Name);
     }
 
+    /// The records with red rows, and behind each the dates that its tool tip tells.
+    QStringList disagreements() const
+    {
+        QStringList list;
+        for (QTreeWidgetItemIterator it(tree()); *it; ++it) {
+            if ((*it)->background(0) == QBrush())
+                continue;
+            QString dates = (*it)->toolTip(0);
+            dates.remove(u"Date évènement : "_s).replace(u"\r\nDate source : "_s, u" / "_s);
+            const QTreeWidgetItem *record = *it;
+            while (record->parent()->parent())
+                record = record->parent();
+            list += record->text(1) + u": "_s + dates;
+        }
+        return list;
+    }
+
 private:
     CurrentFolder m_current;
 };
+
+/// The numbers that the guide tells in a sentence, which is a pattern with one group for each.
+QStringList toldInTheGuide(const QString &sentence)
+{
+    static const QRegularExpression breaks(uR"(\s+)"_s);
+    const QString guide =
+        QString::fromUtf8(readBytes(Samples + "LISEZMOI.md"_L1)).replace(breaks, u" "_s);
+    return QRegularExpression(sentence).match(guide).capturedTexts().mid(1);
+}
+
+/// How many lines of the family match.
+QString countLines(const QString &pattern)
+{
+    const QStringList lines = readLines(Samples + "famille.ged"_L1);
+    return QString::number(lines.filter(QRegularExpression(pattern)).size());
+}
 
 } // namespace
 
@@ -55,6 +91,8 @@ private slots:
     void parametersPresetTheForm();
     void parametersFitTheFamily();
     void mediasOfTheFamily();
+    void guideCountsTheFamily();
+    void filtersOnTheFamily();
     void sequenceOnTheFamily();
 };
 
@@ -113,6 +151,61 @@ void TstSample::mediasOfTheFamily()
     names.sort();
     QCOMPARE(FamilySession::medias(), names);
     QCOMPARE(names.size(), 60);
+}
+
+void TstSample::guideCountsTheFamily()
+{
+    QCOMPARE(toldInTheGuide(uR"(compte (\d+) lignes : (\d+) personnes, (\d+) familles, )"
+                            uR"((\d+) sources, (\d+) médias, (\d+) dépôts, (\d+) notes)"_s),
+             (QStringList{
+                 countLines(u"."_s),
+                 countLines(uR"(^0 @I\d+@ INDI$)"_s),
+                 countLines(uR"(^0 @F\d+@ FAM$)"_s),
+                 countLines(uR"(^0 @S\d+@ SOUR$)"_s),
+                 countLines(uR"(^0 @O\d+@ OBJE$)"_s),
+                 countLines(uR"(^0 @R\d+@ REPO$)"_s),
+                 countLines(uR"(^0 @N\d+@ NOTE)"_s),
+             }));
+}
+
+void TstSample::filtersOnTheFamily()
+{
+    const FamilySession session;
+    const QString citations = countLines(u"^2 SOUR @S"_s);
+    clickIndicator(session.find<QAbstractButton>(u"cbSourceDateDiff"_s));
+    QCOMPARE(session.disagreements(), (QStringList{
+                                          u"@I3@: 25 MAR 1977 / 0"_s,
+                                          u"@I26@: 21 JAN 1806 / 1840"_s,
+                                          u"@I34@: ABT 1805 / 0"_s,
+                                          u"@I36@: BET 1800 AND 1810 / 1820"_s,
+                                          u"@I40@: 10 OCT 1802 / 1805"_s,
+                                          u"@I43@: 15 DEC 1744 / 1774"_s,
+                                          u"@I43@: BET 1800 AND 1810 / 0"_s,
+                                          u"@I52@: 22 MAY 1754 / 0"_s,
+                                          u"@I66@: BEF 1810 / 1840"_s,
+                                          u"@I105@: 15 DEC 1744 / 1774"_s,
+                                          u"@I153@: 5 JUL 1788 / 0"_s,
+                                          u"@I154@: 22 JAN 1810 / 1811"_s,
+                                          u"@I158@: FROM 1800 TO 1810 / 1795"_s,
+                                          u"@I161@: 8 FEB 1798 / 0"_s,
+                                          u"@I162@: 7 MAR 1801 / 0"_s,
+                                          u"@I179@: 22 AUG 1814 / 0"_s,
+                                          u"@I185@: 12 MAR 1805 / 1840"_s,
+                                          u"@I197@: 13 APR 1915 / 0"_s,
+                                          u"@I219@: 16 SEP 1855 / 0"_s,
+                                          u"@I223@: 31 JAN 1917 / 0"_s,
+                                          u"@I239@: 2 AUG 1873 / 0"_s,
+                                          u"@I239@: 7 DEC 1937 / 0"_s,
+                                          u"@F51@: 10 FEB 1818 / 1840"_s,
+                                      }));
+    QCOMPARE(session.status(), u"23 incohérences sources / évènements détectées."_s);
+    QCOMPARE(toldInTheGuide(uR"((\d+) désaccords pour (\d+) citations)"_s),
+             (QStringList{u"23"_s, citations}));
+
+    clickIndicator(session.find<QAbstractButton>(u"cbSourceMultiUse"_s));
+    QCOMPARE(session.status(), u"Recherche terminée. 24 occurences dédoublées."_s);
+    QCOMPARE(toldInTheGuide(uR"(« Sources utilisées plusieurs fois » en compte (\d+))"_s),
+             QStringList{u"24"_s});
 }
 
 void TstSample::sequenceOnTheFamily()
