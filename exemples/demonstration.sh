@@ -1,17 +1,18 @@
 #!/usr/bin/env bash
 # Shows the program at work, on a virtual X server and by the keyboard alone, as a user would: opens
 # a copy of the sample family, plays the sequence beside the program, which saves, and prints where
-# everything is. The program runs in the folder of that copy, from which the paths of the sequence
-# start.
+# everything is. A copy of the program runs, with the parameter and sequence files of this folder
+# beside it, in the folder of the copied family, from which the paths of the sequence start.
 #
 #   demonstration.sh PROGRAM FOLDER     FOLDER is emptied first
 set -euo pipefail
 
-program=$(realpath "$1")
 samples=$(realpath "$(dirname "${BASH_SOURCE[0]}")")
 rm -rf "$2"
-mkdir -p "$2/medias_a_garder"
+mkdir -p "$2/medias_a_garder" "$2/programme"
 folder=$(realpath "$2")
+cp "$1" "$samples/PARAM.INI" "$samples/SEQUENCE.INI" "$folder/programme/"
+program=$folder/programme/$(basename "$1")
 cp -r "$samples"/{famille.ged,correspondance.csv,medias} "$folder/"
 cd "$folder"
 

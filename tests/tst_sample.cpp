@@ -151,6 +151,10 @@ void TstSample::mediasOfTheFamily()
     names.sort();
     QCOMPARE(FamilySession::medias(), names);
     QCOMPARE(names.size(), 60);
+    // The folder of those to keep is there, and holds nothing yet.
+    const QDir kept(Samples + "medias_a_garder"_L1);
+    QVERIFY(kept.exists());
+    QCOMPARE(kept.entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList());
 }
 
 void TstSample::guideCountsTheFamily()
