@@ -33,6 +33,7 @@ namespace {
 
 constexpr int EditProgressPeriod = 10; // entries between two refreshes where each may be rewritten
 constexpr int RecordProgressPeriod = 20; // records between two refreshes
+
 } // namespace
 
 Gedcom::Gedcom()
@@ -353,7 +354,7 @@ int Gedcom::checkOversized()
             splitLists = TwItem::splitAllOverSized(tabTotalTooBigs);
         }
         const auto split = [](TwItem *twi) -> QStringList {
-            // An event may have deleted it since the scan: its rest would be written.
+            // An event may have deleted it since the scan; the rest would still be written.
             return twi->isToDelete() ? QStringList() : twi->splitTagOverSized(twi, {});
         };
         for (index = 0; index < int(tooBigs);) {
@@ -424,8 +425,8 @@ QStringList Gedcom::getCommonTag(QStringList tagOneList, QStringList tagTwoList)
     QStringList common;
     if (tagOneList.size() <= 1 && tagTwoList.size() <= 1)
         return common;
-    // A difference does not end the scan: what comes out is no prefix, and may be the full tag of
-    // no entry at all.
+    // Wanted: a difference does not end the scan. The result is no common prefix, and may be the
+    // full tag of no entry at all.
     const qsizetype size = std::min(tagOneList.size(), tagTwoList.size());
     for (qsizetype i = 0; i < size; ++i) {
         if (tagTwoList.at(i) == "*"_L1 || tagTwoList.at(i) == tagOneList.at(i))
@@ -436,8 +437,8 @@ QStringList Gedcom::getCommonTag(QStringList tagOneList, QStringList tagTwoList)
 
 namespace {
 
-/// The column of a name of level 1 whose first slash lacks a blank in front of it, -1 if the entry
-/// is none. The record does not matter: a repository's name is spaced like a person's.
+/// The column of a level 1 name whose first slash has no blank before it, or -1. The kind of record
+/// does not matter: a repository's name is spaced like a person's.
 int unspacedColumn(const TwItem *twi)
 {
     if (!lineBeginsWith(twi, u"1 NAME "))
@@ -487,7 +488,7 @@ int Gedcom::setSpaceNames()
         }
     }
 
-    // The two blanks are wanted, and INDI.NAME whatever records were edited.
+    // Wanted: the two blanks, and INDI.NAME whatever kind of record was edited.
     addToJournal(tr("%1 entrées INDI.NAME  modifiées.").arg(edited), u"INFO"_s);
     m_status->showMessage(tr("%1 noms espacés.").arg(edited), 0);
     m_progress->reset();
@@ -498,8 +499,8 @@ int Gedcom::setSpaceNames()
 
 namespace {
 
-/// Whether the entry or one of its \p children holds a value: \p rx in any column or, without it,
-/// \p text in a part of the entry's columns or in a whole one of its children.
+/// Whether the entry or one of its \p children holds a value. With \p rx, any column that matches
+/// will do; without it, the entry must contain \p text, but a column of a child must equal it.
 bool holdsValue(const TwItem *twi, const QList<TwItem *> &children, const QString &text,
                 const QRegularExpression *rx)
 {
@@ -549,8 +550,8 @@ int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, boo
     };
 
     int progressCount = 0;
-    // Last to first: a parent is judged after its children, so that it is childless once they are
-    // all deleted.
+    // Last to first: a parent is judged after its children, and is childless once all of them are
+    // deleted.
     for (auto it = tabTotalTwItems.crbegin(); it != tabTotalTwItems.crend(); ++it) {
         deleteEntry(*it);
         showProgress(m_progress, ++progressCount);
@@ -565,7 +566,7 @@ int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, boo
 
 namespace {
 
-/// The path of a destination, its "*" taken from the source where that has a component.
+/// The path of a destination, with each "*" replaced by the source's component at that position.
 QStringList resolved(QStringList tagDestList, const QStringList &tagOneList)
 {
     for (qsizetype i = 0; i < std::min(tagOneList.size(), tagDestList.size()); ++i) {
@@ -575,8 +576,8 @@ QStringList resolved(QStringList tagDestList, const QStringList &tagOneList)
     return tagDestList;
 }
 
-/// The entry that takes the value of \p twiOriMatch, if it is there already below \p twiCommunOri;
-/// for \p duplicates, entries at one path, the second of them.
+/// The entry below \p twiCommunOri that takes the value of \p twiOriMatch: the first at that path
+/// or, for \p duplicates of one tag, the second. Null if there is none.
 TwItem *presentDestination(TwItem *twiOriMatch, const QStringList &tagTwoList, TwItem *twiCommunOri,
                            bool duplicates)
 {
@@ -591,8 +592,8 @@ TwItem *presentDestination(TwItem *twiOriMatch, const QStringList &tagTwoList, T
     return twiDestMatch;
 }
 
-/// Makes the entry at the path below \p twiCommunOri and logs it. Only the last component is ever
-/// made: null if the tags above it are not there.
+/// Creates and logs the entry at the path below \p twiCommunOri. Only the last component is ever
+/// created: null if the tags above it are missing.
 TwItem *createDestination(Gedcom *gedcom, QStringList tagDestToCreate, TwItem *twiCommunOri)
 {
     const QString tagDest = tagDestToCreate.takeLast();
@@ -630,9 +631,9 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
                                      const QStringList &tagDestList) -> TwItem * {
         const QStringList tagOneList = twiOriMatch->getFullTag();
         const QStringList tagTwoList = resolved(tagDestList, tagOneList);
-        // The destination is looked for only in the branch that both have in common, so that a
-        // value stays inside its own event. There may be none: the agreeing positions of INDI.BIRT
-        // .DATE and INDI.DEAT.DATE are the full tag of no entry.
+        // We search only the branch that both paths share, which keeps a value inside its own
+        // event. There may be no such branch: what INDI.BIRT.DATE and INDI.DEAT.DATE have in
+        // common, INDI.DATE, is the full tag of no entry.
         const QStringList tagCommonList = getCommonTag(tagOneList, tagDestList);
         TwItem *twiCommunOri = twiOriMatch->getItemParentFromFullTag(tagCommonList, twiOriMatch);
         const bool duplicates = tagOneList == tagTwoList;
@@ -665,7 +666,7 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
                          u"INFO"_s);
             ++mvCount;
         }
-        // The source alone: its children stay, and are still written unless it is a whole record.
+        // Wanted: the source alone. Its children stay, and are written unless it is a record.
         if (deleteTagOri && twiOriMatch->setDelete(true)) {
             addToJournal(deletionLog(twiOriMatch), u"INFO"_s);
             ++delCount;
@@ -673,11 +674,11 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
     };
 
     int progressCount = 0;
-    // A source without a partner at its place is passed over.
+    // A source path without a destination at the same position is ignored.
     const qsizetype pairs = std::min(listFullTagOri.size(), listFullTagsDest.size());
     for (TwItem *twItemRoot : tabTwItemsRoot) {
         for (qsizetype tagsIndex = 0; tagsIndex < pairs; ++tagsIndex) {
-            // Taken once: what the pairs below change does not change the list.
+            // Listed once: the changes below do not add to the list or take from it.
             QList<TwItem *> listTwiOriMatch;
             twItemRoot->getChildsListFromFullTag(listFullTagOri.at(tagsIndex).split(u'.'),
                                                  &listTwiOriMatch, twItemRoot);
@@ -700,14 +701,14 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
 
 namespace {
 
-/// Finds a text in the first column of an entry that holds it, and says what becomes of that
-/// column.
+/// Works out what a replacement makes of an entry: the first column that holds the text sought, and
+/// no other, is edited.
 class Replacer
 {
 public:
     struct Edit
     {
-        int column = -1; // -1: nothing is found
+        int column = -1; // -1: nothing found
         QString before;
         QString after;
     };
@@ -730,12 +731,12 @@ public:
                     : twi->getColumnIndexContainsString(m_strOri, m_cs == Qt::CaseSensitive);
         if (column != -1) {
             const QString before = twi->text(column);
-            // A regular expression finds a text, and that text is replaced wherever it stands.
+            // Wanted: the expression only finds a text, which is then replaced throughout.
             const QString found = m_regex ? m_re.match(before).captured(0) : m_strOri;
             return {column, before, QString(before).replace(found, m_strDest, m_cs)};
         }
         if (m_regex && m_strOri == "^$"_L1 && twi->columnCount() <= ValueColumn)
-            return {ValueColumn, {}, m_strDest}; // the way to give a value where there is none
+            return {ValueColumn, {}, m_strDest}; // "^$" fills in a missing value
         return {};
     }
 
@@ -760,7 +761,7 @@ int Gedcom::searchAndReplace(QString strOri, QString strDest, QString tags, cons
     const QList<TwItem *> tabTotalTwItems = getTabTotalTwItems();
     m_progress->setRange(0, int(tabTotalTwItems.size()));
 
-    // An empty element, behind a trailing ";", selects every entry.
+    // An empty element, such as a trailing ";" leaves, selects every entry.
     const bool everyEntry = tagList.contains(QString());
     const auto isSelected = [&](TwItem *twi) -> bool {
         return everyEntry || std::any_of(tagList.begin(), tagList.end(), [twi](const QString &tag) {
@@ -812,8 +813,8 @@ int Gedcom::setMediaFilePath(QString newPath)
         if (col == -1)
             col = ValueColumn; // a file name without an extension
         const QString twiTextCol = twiObjeFile->text(col);
-        // Only "/" ends a directory here, unlike where file names are matched: a path with
-        // backslashes alone is taken for a file name.
+        // Wanted: only "/" ends a directory here, although a backslash does where file names are
+        // matched. A path with backslashes alone counts as a file name.
         const qsizetype slashIndex = twiTextCol.lastIndexOf(u'/');
         twiObjeFile->setText(col, (newPath + twiTextCol.mid(slashIndex + 1)).trimmed());
         addToJournal(editLog(twiObjeFile, twiTextCol, twiObjeFile->text(col)), u"INFO"_s);
@@ -821,7 +822,7 @@ int Gedcom::setMediaFilePath(QString newPath)
         showProgress(m_progress, edited, edited, EditProgressPeriod);
     }
 
-    // Every entry counts as rewritten, whatever was in it; this is where a skipped one would show.
+    // Never so: every entry counts as rewritten. This is where a skipped one would show.
     if (tabTwItemsObjeFile.size() > edited) {
         addToJournal(tr("%1 chemins non modifiés.").arg(tabTwItemsObjeFile.size() - edited),
                      u"INFO"_s);
@@ -836,8 +837,8 @@ int Gedcom::setMediaFilePath(QString newPath)
 
 namespace {
 
-/// The names in the folder of the media, those of its own folders too. None, with a box shown, if
-/// one of the two folders is missing.
+/// The names in the media folder, including its subfolders. Empty, after a box, if one of the two
+/// folders is missing.
 QStringList listMedia(const QString &mediasSource, const QString &mediasDest)
 {
     if (QDir(mediasSource).exists() && QDir(mediasDest).exists())
@@ -848,15 +849,15 @@ QStringList listMedia(const QString &mediasSource, const QString &mediasDest)
     return {};
 }
 
-/// Copies the media. A copy that fails goes unseen: of a subfolder, or over a file that is there.
+/// Copies the media. A copy may fail without a word: a subfolder, or a file that exists already.
 void copyMedia(const QStringList &names, const QString &mediasSource, const QString &mediasDest)
 {
     for (const QString &name : names)
         QFile::copy(mediasSource + u'/' + name, mediasDest + u'/' + name);
 }
 
-/// A line of a correspondence file without what a spreadsheet adds: the empty cells at the end of
-/// the row, and quotes.
+/// A line of a correspondence file without what a spreadsheet adds: empty cells at the end of the
+/// row, and quotes.
 QString cleanLine(QString line)
 {
     while (line.endsWith(u','))
@@ -913,7 +914,7 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     if (extractMedias)
         listMediaFiles = listMedia(mediasSource, mediasDest);
 
-    // Taken once: what one line marks as deleted, a later line still finds.
+    // Listed once: a later line still finds what an earlier one has marked as deleted.
     const QList<TwItem *> listTwiRootObje = getTabTwItemsRootMatch(m_rxIdObje, true, false);
     const QList<TwItem *> listTwiRootSour = getTabTwItemsRootMatch(m_rxIdSour, true, false);
     const QList<TwItem *> listTwiRootIndi = getTabTwItemsRootMatch(m_rxIdIndi, true, false);
@@ -932,8 +933,8 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     MediaIndex index(listTwiObjeFile, listTwiSourObje, listTwiIndiAndFam);
     LinkCount count;
     int countProgress = 0;
-    bool lienAjoute = false; // by the present line; nothing is deleted without
-    QHash<QString, int> linkedMediaFiles; // how often the name is to be taken from listMediaFiles
+    bool lienAjoute = false; // by the current line; nothing is deleted unless a link replaces it
+    QHash<QString, int> linkedMediaFiles; // how many times to take a name off listMediaFiles
 
     const auto linkEvents = [&](TwItem *twiRootSour, const QString &urlFichier) {
         // Empty for a source without an identifier.
@@ -955,8 +956,8 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
             ++count.sour;
             lienAjoute = true;
         }
-        // The column looked at is that of the media, which matchLine() has found: this never fires,
-        // and a source without an identifier is not reported.
+        // Never so: this is the column of the media record, which matchLine() has found. The check
+        // is kept as it is; a source without an identifier is not reported.
         if (urlEvt && media.indexColObje == -1) {
             addToJournal(tr("Impossible de déterminer l'id de la source %1%2")
                              .arg(entryText(twiRootSour), lineReference(twiRootSour)),
@@ -964,7 +965,7 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
         } else if (urlEvt) {
             linkEvents(twiRootSour, media.urlFichier);
         }
-        // A link that the line has given to an earlier source counts as well.
+        // A link that this line has added to an earlier source counts too.
         if (delTagObjeFile && lienAjoute)
             deleteWithChilds(this, twiSourObje);
     };
@@ -988,7 +989,7 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     for (const QString &line : std::as_const(linesFileUrl)) {
         linkMedia(line);
         ++countProgress;
-        const qsizetype journalSize = m_journal->size(); // with what this run has logged
+        const qsizetype journalSize = m_journal->size(); // including what this run has logged
         if (showProgress(m_progress, countProgress) && m_journal->size() != journalSize)
             index = MediaIndex(listTwiObjeFile, listTwiSourObje, listTwiIndiAndFam);
     }
@@ -1021,8 +1022,8 @@ TwItem *Gedcom::getObjeFileFromFileName(QString nomFichier, QList<TwItem *> list
 
 namespace {
 
-/// Whether the entry holds a web address in a column that holds no link yet. A column with a link
-/// is left alone as a whole, which is why the operation can be run twice.
+/// Whether the entry holds a web address in a column without a link. A column that has one is left
+/// alone as a whole, which makes it safe to run the operation twice.
 bool hasUntreatedUrl(TwItem *twi, const QRegularExpression &rxUrl)
 {
     const int colMatch = urlColumn(twi, rxUrl);
@@ -1042,7 +1043,7 @@ int Gedcom::setURLClickable(bool markdown, QStringList tagsToApply)
 
     QList<TwItem *> tabUrlTwItems = getTabTotalTwItems();
     tabUrlTwItems.removeIf([this](TwItem *twi) { return !hasUntreatedUrl(twi, m_rxURL); });
-    // One that comes twice is rewritten twice, the second link inside the first.
+    // An entry that is listed twice is rewritten twice, the second link inside the first.
     const QList<TwItem *> tabUrlMatchTwItems =
         tagsToApply.isEmpty() ? tabUrlTwItems : entriesByTag(tabUrlTwItems, tagsToApply);
     const qsizetype tabSize = tabUrlMatchTwItems.size();
@@ -1073,8 +1074,8 @@ int Gedcom::setURLClickable(bool markdown, QStringList tagsToApply)
 
 namespace {
 
-/// Shows the row of \p twi with what leads to it: the lines of its event and all above, up to the
-/// record, and of this the name. What is in \p shown has been shown already, and enters it.
+/// Shows the row of \p twi in its context: the lines of its event, everything above up to the
+/// record, and the name of the person. Skips what is in \p shown, and adds what it shows.
 void showInContext(TwItem *twi, const LineMatcher &nameLine, QSet<TwItem *> *shown)
 {
     twi->setTwiHidden(false);
@@ -1107,7 +1108,7 @@ void Gedcom::filterSourceDateDiff()
                                           m_rxColIdSour};
     DateComparer dates(patterns, listTwiRootSour);
     HusbandLinks husbandLinks(m_rxColIdFam, listTwiRootIndi);
-    // Compared record by record, while the entries are still in the caches.
+    // Compared record by record, while the entries are still in the processor's caches.
     QList<DatedCitation> listTwiIndiAndFam;
     const LineMatcher citationLine(m_rx2Sour);
     const QList<TwItem *> records = listTwiRootIndi + listTwiRootFam;
@@ -1117,7 +1118,7 @@ void Gedcom::filterSourceDateDiff()
             listTwiIndiAndFam.append(dates.compare(citation));
     }
 
-    QSet<TwItem *> shown; // since the last events, which can hide rows again
+    QSet<TwItem *> shown; // since events were last processed, which can hide rows again
     qsizetype journalSize = m_journal->size();
     const auto lookAfresh = [&] {
         shown.clear();
@@ -1168,7 +1169,7 @@ void Gedcom::filterSourceMultiUse()
     const QList<TwItem *> listTwiRootSour = getTabTwItemsRootMatch(m_rxIdSour, true, false);
     const QList<TwItem *> listTwiRootIndi = getTabTwItemsRootMatch(m_rxIdIndi, true, false);
 
-    // Read record by record, while the entries are still in the caches.
+    // Read record by record, while the entries are still in the processor's caches.
     QList<TwItem *> listTwiSourIndi;
     CitedEvents events(m_rxDate);
     const LineMatcher citationLine(m_rx2Sour);
@@ -1178,7 +1179,7 @@ void Gedcom::filterSourceMultiUse()
         listTwiSourIndi += citations;
     }
 
-    QSet<TwItem *> shown; // records, since the last events, which can hide rows again
+    QSet<TwItem *> shown; // records, since events were last processed, which can hide rows again
     qsizetype journalSize = m_journal->size();
     const auto lookAfresh = [&] {
         shown.clear();
@@ -1201,7 +1202,7 @@ void Gedcom::filterSourceMultiUse()
         showRows(root->getTabTwiChilds(false)); // the whole record
     };
     int occuCount = 0;
-    // The first event with each of the others, which are not compared among themselves.
+    // Wanted: the first event is compared with each of the others, and these not with each other.
     const auto flagPairs = [&](const QList<TwItem *> &citing) {
         TwItem *indiSourA = citing.value(0);
         const QStringList indiSourADate = events.date(indiSourA);
@@ -1220,7 +1221,7 @@ void Gedcom::filterSourceMultiUse()
     m_progress->setRange(0, int(listTwiRootSour.size()));
     QCoreApplication::processEvents();
     lookAfresh();
-    // The last source of the file is left out.
+    // Wanted: the last source of the file is not examined.
     for (qsizetype iSour = 0; iSour < listTwiRootSour.size() - 1; ++iSour) {
         if (showProgress(m_progress, iSour + 1))
             lookAfresh();
@@ -1236,12 +1237,12 @@ bool Gedcom::createNewTwiEntry(QStringList listEntryValues)
     ++m_currentLineGedFile;
     auto *twiRoot = new TwItem(m_currentLineGedFile);
     const int tempCountLine = twiRoot->setEntryTwItems(listEntryValues, m_currentLineGedFile);
-    // Strictly greater: a record of a single line is refused like one whose lines have no place.
+    // Wanted: strictly greater. A record of one line is refused like one whose lines do not fit.
     if (tempCountLine <= m_currentLineGedFile) {
         const QString record = listEntryValues.join("\r\n"_L1);
         addToJournal(tr("Entrée non reconnue :"), u"ERROR"_s);
         addToJournal(record, u"NONE"_s);
-        // The refused entries are left as they are, in no list and no tree.
+        // The refused entries are left to themselves, in no list and in no tree.
         showCritical(tr("Erreur"), tr("Entrée non reconnue") + " :\r\n"_L1 + record);
         return false;
     }
@@ -1270,7 +1271,7 @@ TwItem *Gedcom::sectionOf(TwItem *twiRoot) const
             if (text == kind)
                 return section;
         }
-        // These may have a text on the same line, which is then in the same column.
+        // These may have text on the same line, which then stands in the same column.
         if (text.startsWith("NOTE"_L1))
             return twiNote;
         if (text.startsWith("SUBM"_L1))
@@ -1281,7 +1282,7 @@ TwItem *Gedcom::sectionOf(TwItem *twiRoot) const
 
 void Gedcom::generateTwiHeaders(QTreeWidget *tw)
 {
-    // The submitters' node is left out: their records are kept and written, but never on screen.
+    // Not the node of the submitters: their records are kept and written, but never on screen.
     for (TwItem *section : {twiHeader, twiIndi, twiFam, twiSour, twiObje, twiRepo, twiNote})
         tw->addTopLevelItem(section);
 }

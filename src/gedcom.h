@@ -16,12 +16,18 @@ class TwItem;
 /// the journal of all that is done to them.
 ///
 /// The tree widget, the progress bar and the status bar are borrowed from the window when a load
-/// begins; no long operation may run before. Entries belong to the tree. The journal and the
+/// begins; no long operation may run before that. Entries belong to the tree. The journal and the
 /// records that are not on screen live to the end of the process.
 ///
-/// Long operations tell of themselves in the status bar, move the progress bar and let events be
-/// processed at a fixed period. Nothing guards against what such an event does: lists of entries
-/// are copies, and an entry never goes away.
+/// Long operations report in the status bar, move the progress bar and process events at a fixed
+/// period. Nothing guards against what such an event does: lists of entries are copies, and an
+/// entry never goes away. Most operations read an entry only when its turn comes, and find whatever
+/// an event has made of it. Those that use what they have read earlier look again:
+/// - unConc() and checkOversized() skip an entry that has been deleted since they made their list;
+///   its text would be doubled, or come back.
+/// - setMediaFileURL() and the two filters keep an index. If the journal has grown, another run has
+///   changed entries, and they read everything again. The filters also show once more what an
+///   event may have hidden.
 class Gedcom
 {
     Q_DECLARE_TR_FUNCTIONS(Gedcom)
@@ -79,9 +85,9 @@ public:
     /// agrees with everything. Empty if neither has more than one component.
     [[nodiscard]] QStringList getCommonTag(QStringList tagOneList, QStringList tagTwoList);
 
-    /// Puts a blank in front of the surname's slash in each NAME of level 1 that lacks it. If the
-    /// name does not end in a slash, it is told in a box and in the journal, and left alone.
-    /// Returns the number of names edited.
+    /// Puts the missing blank in front of the surname's slash in each NAME of level 1. A name that
+    /// does not end in a slash is reported in a box and in the journal, and left alone. Returns the
+    /// number of names edited.
     int setSpaceNames();
 
     /// Marks the entries that \p tagsToDel names, with their descendants, as deleted; of them only
@@ -111,7 +117,7 @@ public:
     /// is put in front. Only "/" ends a directory. Returns the number of files rewritten.
     int setMediaFilePath(QString newPath);
 
-    /// Puts the web addresses of media, told by the correspondence files \p csvFiles, into the
+    /// Puts the web addresses of media, listed in the correspondence files \p csvFiles, into the
     /// document. A line of these is a file name, \p splitStr and the rest of the address; the
     /// address begins behind the first character of the separator. With \p urlSour each source that
     /// shows the media gets a WWW line, with \p urlEvt each event that cites such a source a NOTE,

@@ -67,8 +67,8 @@ QString documentsDirectory()
 void pickTag(const QTreeWidget *tree, QLineEdit *field)
 {
     auto *twi = static_cast<TwItem *>(tree->currentItem());
-    // There may be no current row yet; a section node has no tag, nor has a note with its text on
-    // the line of its identifier.
+    // No row may be current yet. A section node has no tag; nor has a note whose text stands on the
+    // line of its identifier.
     if (!twi || twi->getTag() == NoTag)
         return;
     const QString fullTag = fullTagText(twi);
@@ -179,8 +179,8 @@ void MainWindow::on_pbReadSequence_clicked()
         if (stringTampon.isEmpty() || stringTampon.startsWith(u';')
             || stringTampon.startsWith(u'#'))
             continue;
-        // The line that defines a separator goes on as a step: cut at itself it holds two empty
-        // items, and the run on the empty form changes nothing.
+        // Wanted: a line that defines a separator is a step as well. Split at itself it gives two
+        // empty items, and a run of the empty form changes nothing.
         if (stringTampon.startsWith(separator)) {
             stringTampon.remove(0, separator.size());
             separatorValue = stringTampon;
@@ -219,7 +219,7 @@ void MainWindow::on_leRecherche_returnPressed()
     m_prevSearchTextRegex = ui->cbFiltrerRegex->isChecked();
     const qsizetype size = m_gedcom.getTabTotalTwItems().size();
     qsizetype count = size;
-    // Either sets every row, whatever an earlier search or a filter has left.
+    // Both set every row, whatever an earlier search or filter has left.
     if (m_prevSearchText.isEmpty())
         twiUnhideAll();
     else
@@ -355,8 +355,8 @@ void MainWindow::checkRequirements()
     const bool replacePath = ui->gbReplaceMediaPath->isChecked();
     const bool deleteTags = ui->gbDelTags->isChecked();
     const bool replaceText = ui->gbReplaceString->isChecked();
-    // The first that fails is told, whatever fails behind it: lists of unequal size come before
-    // their base tags.
+    // Only the first failure is reported. The order matters: lists of unequal size are reported
+    // before their base tags are.
     const struct
     {
         bool failed;
@@ -383,7 +383,7 @@ void MainWindow::checkRequirements()
          tr("Indiquer la ou les balises à supprimer.")},
         {deleteTags && ui->cbDelIfContent->isChecked() && ui->leValueToDel->text().isEmpty(),
          tr("Indiquer la valeur à rechercher dans la balise et sous balises.")},
-        // The message names both texts, but an empty replacement is a wish like any other.
+        // Wanted: the message names both texts, but an empty replacement is allowed.
         {replaceText && ui->leTextOri->text().isEmpty(),
          tr("Veuillez entrer le texte à rechercher et le texte par lequel le remplacer.")},
     };
@@ -397,9 +397,9 @@ void MainWindow::checkRequirements()
 
 void MainWindow::start()
 {
-    checkRequirements(); // the run goes on whatever it has found
+    checkRequirements(); // warns, and stops nothing
 
-    // Each group is read only when its turn comes: the form stays usable during a run.
+    // Each group is read only when its turn comes, since the form can be edited during a run.
     if (ui->cbEspacer->isChecked())
         m_gedcom.setSpaceNames();
     if (ui->gbDelTags->isChecked()) {
@@ -417,7 +417,7 @@ void MainWindow::start()
             ui->leExtractMediasToKeep->text());
     }
     if (ui->gbClickablesLinks->isChecked()) {
-        // Unlike the tags to delete, an empty field is an empty list: it restricts nothing.
+        // Unlike the tags to delete, an empty field gives an empty list, which restricts nothing.
         QStringList tagsToApply;
         if (!ui->leTagToClickable->text().isEmpty())
             tagsToApply = ui->leTagToClickable->text().split(u';');
@@ -456,9 +456,9 @@ void MainWindow::eraseSettingsValues()
     ui->cbDelIfContentRX->setChecked(false);
     ui->cbDelIfContent->setChecked(false);
 
-    // The group falls last: while it is checked, unchecking one of the two links checks the other,
-    // so that the reset leaves cbUrlInEvt checked if one of them was. The next use of the group
-    // starts from there.
+    // Wanted: the group is unchecked last. Until then, unchecking one kind of link checks the
+    // other, so cbUrlInEvt ends up checked if either was, and the next use of the group starts
+    // from there.
     ui->leStrPlitCsv->clear();
     ui->cbUrlInEvt->setChecked(false);
     ui->cbUrlInSour->setChecked(false);
@@ -502,8 +502,8 @@ qsizetype MainWindow::reverseHide()
     const bool sensitive = ui->cbFiltreSensible->isChecked();
     const QRegularExpression re(filtre, sensitive ? QRegularExpression::NoPatternOption
                                                   : QRegularExpression::CaseInsensitiveOption);
-    // Column by column, never the line; and each entry by itself: what stands below a match is
-    // hidden unless it matches, too.
+    // Column by column, never the whole line, and each entry for itself: what stands below a match
+    // is hidden unless it matches too.
     ColumnMatcher matcher(re);
     const auto isMatch = [&](const TwItem *twi) -> bool {
         return (regex ? matcher.firstColumn(twi)
@@ -519,10 +519,10 @@ qsizetype MainWindow::reverseHide()
         twi->setTwiHidden(!match);
         if (match)
             matches.append(twi);
-        if (match || !twi->treeWidget()) // what is not in the tree cannot be hidden
+        if (match || !twi->treeWidget()) // an entry outside the tree cannot be hidden
             ++count;
     }
-    // A hidden row hides all that is below it. Above the first one that is shown, all are.
+    // A hidden row hides everything below it. Above the first visible one, all are visible.
     for (TwItem *match : std::as_const(matches)) {
         for (TwItem *twi = match; !twi->isRoot();) {
             twi = twi->getParent();
@@ -566,14 +566,14 @@ void MainWindow::extraireIni()
 void MainWindow::setFormValues(QString stringTampon)
 {
     using Apply = std::function<void(const QString &)>;
-    // A flag can only be switched on, and a text cannot be cleared.
-    const auto flag = [](auto *widget) -> Apply {
+    // Wanted: a box can only be checked, and a text cannot be cleared.
+    const auto checks = [](auto *widget) -> Apply {
         return [widget](const QString &value) {
             if (value.startsWith("true"_L1))
                 widget->setChecked(true);
         };
     };
-    const auto text = [](QLineEdit *field) -> Apply {
+    const auto fills = [](QLineEdit *field) -> Apply {
         return [field](const QString &value) {
             if (!value.isEmpty())
                 field->setText(value);
@@ -583,7 +583,7 @@ void MainWindow::setFormValues(QString stringTampon)
         if (!value.isEmpty())
             m_filesImport = QString(value).replace(u'\\', u'/').split(u';');
     };
-    // At once, before any operation of the same line. What is not "true" is a path, "false" too.
+    // Acts at once, before the operations of its line. Anything but "true" is a path, even "false".
     const Apply save = [this](const QString &value) {
         if (value.startsWith("true"_L1))
             on_actionEnregistrerFichier_triggered();
@@ -595,45 +595,45 @@ void MainWindow::setFormValues(QString stringTampon)
         QLatin1StringView key;
         Apply apply;
     } keys[] = {
-        {"EspacerPrenomNom="_L1, flag(ui->cbEspacer)},
-        {"delTags="_L1, flag(ui->gbDelTags)},
-        {"delTagsList="_L1, text(ui->leTagsToDel)},
-        {"delIfEmptyTags="_L1, flag(ui->cbDelEmptyTags)},
-        {"delIfNoChildsTags="_L1, flag(ui->cbDelEmptyClilds)},
-        {"delIfContainsValue="_L1, flag(ui->cbDelIfContent)},
-        {"delIfContainsRx="_L1, flag(ui->cbDelIfContentRX)},
-        {"delTagContainsValue="_L1, text(ui->leValueToDel)},
-        {"setUrlLinks="_L1, flag(ui->gbSetURLLinks)},
+        {"EspacerPrenomNom="_L1, checks(ui->cbEspacer)},
+        {"delTags="_L1, checks(ui->gbDelTags)},
+        {"delTagsList="_L1, fills(ui->leTagsToDel)},
+        {"delIfEmptyTags="_L1, checks(ui->cbDelEmptyTags)},
+        {"delIfNoChildsTags="_L1, checks(ui->cbDelEmptyClilds)},
+        {"delIfContainsValue="_L1, checks(ui->cbDelIfContent)},
+        {"delIfContainsRx="_L1, checks(ui->cbDelIfContentRX)},
+        {"delTagContainsValue="_L1, fills(ui->leValueToDel)},
+        {"setUrlLinks="_L1, checks(ui->gbSetURLLinks)},
         {"urlFilesIndex="_L1, importFiles},
-        {"stringSplitFilenameUrl="_L1, text(ui->leStrPlitCsv)},
-        {"createEvenNote="_L1, flag(ui->cbUrlInEvt)},
-        {"createSourWww="_L1, flag(ui->cbUrlInSour)},
-        {"delTagObjeFile="_L1, flag(ui->cbDelTagObjeFile)},
-        {"extractMediasToKeep="_L1, flag(ui->gbExtractMediasToKeep)},
-        {"dirMediasSource="_L1, text(ui->leExtractMediasSource)},
-        {"dirMediasDest="_L1, text(ui->leExtractMediasToKeep)},
-        {"clickablesLinks="_L1, flag(ui->gbClickablesLinks)},
-        {"toMarkdown="_L1, flag(ui->rbMarkdown)},
-        {"toHtml="_L1, flag(ui->rbHtml)},
-        {"clickableTagsList="_L1, text(ui->leTagToClickable)},
-        {"changeMediasPath="_L1, flag(ui->gbReplaceMediaPath)},
-        {"newMediasPath="_L1, text(ui->leNewMediaPath)},
-        {"delMediaPath="_L1, flag(ui->cbDelMediaPath)},
-        {"delDuplicated="_L1, flag(ui->gbMoveTagContent)},
-        {"duplicatedSourTag="_L1, text(ui->leTagSour)},
-        {"duplicatedDestTag="_L1, text(ui->leTagDest)},
-        {"delDuplicatedSourTag="_L1, flag(ui->cbDelTagSour)},
-        {"moveDuplicatedContent="_L1, flag(ui->cbCpSourDestContent)},
-        {"createDuplicatedDestTag="_L1, flag(ui->cbCreateDestTag)},
-        {"replaceString="_L1, flag(ui->gbReplaceString)},
-        {"replaceSourString="_L1, text(ui->leTextOri)},
-        {"replaceDestString="_L1, text(ui->leTextDest)},
-        {"replaceStringTags="_L1, text(ui->leTagToApply)},
-        {"replaceRegex="_L1, flag(ui->cbRegex)},
-        {"replaceSensible="_L1, flag(ui->cbSensible)},
+        {"stringSplitFilenameUrl="_L1, fills(ui->leStrPlitCsv)},
+        {"createEvenNote="_L1, checks(ui->cbUrlInEvt)},
+        {"createSourWww="_L1, checks(ui->cbUrlInSour)},
+        {"delTagObjeFile="_L1, checks(ui->cbDelTagObjeFile)},
+        {"extractMediasToKeep="_L1, checks(ui->gbExtractMediasToKeep)},
+        {"dirMediasSource="_L1, fills(ui->leExtractMediasSource)},
+        {"dirMediasDest="_L1, fills(ui->leExtractMediasToKeep)},
+        {"clickablesLinks="_L1, checks(ui->gbClickablesLinks)},
+        {"toMarkdown="_L1, checks(ui->rbMarkdown)},
+        {"toHtml="_L1, checks(ui->rbHtml)},
+        {"clickableTagsList="_L1, fills(ui->leTagToClickable)},
+        {"changeMediasPath="_L1, checks(ui->gbReplaceMediaPath)},
+        {"newMediasPath="_L1, fills(ui->leNewMediaPath)},
+        {"delMediaPath="_L1, checks(ui->cbDelMediaPath)},
+        {"delDuplicated="_L1, checks(ui->gbMoveTagContent)},
+        {"duplicatedSourTag="_L1, fills(ui->leTagSour)},
+        {"duplicatedDestTag="_L1, fills(ui->leTagDest)},
+        {"delDuplicatedSourTag="_L1, checks(ui->cbDelTagSour)},
+        {"moveDuplicatedContent="_L1, checks(ui->cbCpSourDestContent)},
+        {"createDuplicatedDestTag="_L1, checks(ui->cbCreateDestTag)},
+        {"replaceString="_L1, checks(ui->gbReplaceString)},
+        {"replaceSourString="_L1, fills(ui->leTextOri)},
+        {"replaceDestString="_L1, fills(ui->leTextDest)},
+        {"replaceStringTags="_L1, fills(ui->leTagToApply)},
+        {"replaceRegex="_L1, checks(ui->cbRegex)},
+        {"replaceSensible="_L1, checks(ui->cbSensible)},
         {"saveGedFile="_L1, save},
     };
-    // No match ends the walk: a value that itself begins with a later key is taken for that one
+    // Wanted: a match does not end the loop. A value that begins with a later key sets that one
     // too.
     for (const auto &[currentVal, apply] : keys) {
         if (!stringTampon.startsWith(currentVal))

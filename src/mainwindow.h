@@ -59,12 +59,12 @@ private:
     void eraseSettingsValues();
     /// Shows all entries that are not marked as deleted.
     void twiUnhideAll();
-    /// Shows the live entries with the text of leRecherche in one of their columns, and what leads
-    /// to them, and hides the others. Returns the number of those that are not hidden, as entries
-    /// outside the tree never are.
+    /// Shows the live entries that hold the text of leRecherche in one of their columns, with their
+    /// ancestors, and hides the others. Returns how many are not hidden, which entries outside the
+    /// tree never are: asking each row afterwards would take half as long again as the search.
     qsizetype reverseHide();
-    /// For a filter's box that is checked now hides all live entries and calls the filter, which
-    /// shows what it finds; for an unchecked one shows all and empties leRecherche.
+    /// What the boxes of both filters do. Checked: hides all live entries and calls the filter,
+    /// which shows what it finds. Unchecked: shows all and empties leRecherche.
     void showFiltered(int state, void (Gedcom::*filter)());
     /// Presets the form from the parameter file, one item a line.
     void extraireIni();

@@ -10,29 +10,31 @@ namespace {
 
 constexpr int MaxTextSize = MaxLineSize - 2; // less the two blanks between three columns
 
-/// The characters of the value that stay on a line of \p size characters for it. A line that ends
-/// in a blank would lose it in other programs; only this one blank is looked at.
+/// How much of \p value goes on a line that has room for \p size characters of it. Other programs
+/// drop a blank at the end of a line, so the cut steps back from one; only from one.
 qsizetype sizeOfPiece(QStringView value, qsizetype size)
 {
     return size > 0 && value.at(size - 1) == u' ' ? size - 1 : size;
 }
 
-/// Shares out the value of \p twiConc, a CONC entry, over as many new ones as it needs behind it.
-QList<TwItem *> shareOut(TwItem *twiConc)
+QString concLine(const QString &level, QStringView text)
 {
-    QList<TwItem *> pieces{twiConc};
-    const QString level = twiConc->text(LevelColumn);
-    const QString value = twiConc->text(ValueColumn);
-    const qsizetype size = MaxTextSize - level.size() - twiConc->text(TagColumn).size();
-    for (QStringView rest = value; rest.size() > size;) {
-        const qsizetype piece = sizeOfPiece(rest, size);
-        pieces.constLast()->setText(ValueColumn, rest.first(piece).toString());
-        rest = rest.sliced(piece);
-        pieces.append(new TwItem(-1));
-        pieces.constLast()->setText(LevelColumn, level);
-        pieces.constLast()->setText(TagColumn, twiConc->text(TagColumn));
-        if (rest.size() <= size)
-            pieces.constLast()->setText(ValueColumn, rest.toString());
+    return level + " CONC "_L1 + text.toString();
+}
+
+/// New entries for the rest of a line: CONC entries of that level, as many as the text needs.
+QList<TwItem *> concEntries(const QString &level, QStringView text)
+{
+    // A level of two characters does not survive in its column: "10 CONC x" reads as level 1
+    // without a tag. Such an entry takes the whole text, and is cut by itself.
+    const qsizetype size = level.size() == 1 ? MaxTextSize - level.size() - 4 : text.size();
+    QList<TwItem *> pieces;
+    while (!text.isEmpty()) {
+        const qsizetype piece = text.size() > size ? sizeOfPiece(text, size) : text.size();
+        auto *twiConc = new TwItem(-1);
+        twiConc->setTwiValuesFromStr(concLine(level, text.first(piece)), twiConc);
+        pieces.append(twiConc);
+        text = text.sliced(piece);
     }
     return pieces;
 }
@@ -62,17 +64,11 @@ Cut cutOff(TwItem *twi)
         return {};
     }
 
-    auto *twiConc = new TwItem(-1);
-    QString line = continuation ? twi->text(LevelColumn) : QString::number(childLevel(twi));
-    line.append(" CONC "_L1).append(QStringView(value).mid(lenghtColText));
-    twi->setTwiValuesFromStr(line, twiConc);
-    Cut cut{parent,
-            continuation ? parent->getThisTwiIndexParent(twi) + 1 : 0,
-            {twiConc},
-            lineText(twiConc)};
-    if (isContinuation(twiConc->getTag())) // not behind level 9: "10 CONC" reads as level 1, no tag
-        cut.pieces = shareOut(twiConc);
-    return cut;
+    const QString level = continuation ? twi->text(LevelColumn) : QString::number(childLevel(twi));
+    const QStringView rest = QStringView(value).sliced(lenghtColText);
+    const int index = continuation ? parent->getThisTwiIndexParent(twi) + 1 : 0;
+    const QStringList columns = twi->getValuesListFromLine(concLine(level, rest));
+    return {parent, index, concEntries(level, rest), columns.join(u' ')};
 }
 
 bool mustCutAtOnce(const QList<TwItem *> &tooBigs, qsizetype size)

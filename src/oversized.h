@@ -15,7 +15,8 @@ struct Cut
     TwItem *parent = nullptr; // null if nothing is cut off
     int index = 0; // of the first piece among its children
     QList<TwItem *> pieces; // new entries, in the order of the text
-    QString firstLine; // that of the first piece while it still held all of the text
+    QString
+        wholeLine; // the line text of one entry with all of the pieces, which the journal quotes
 };
 
 /// Shortens the line of \p twi to the greatest size. Nothing is changed if the line fits or cannot

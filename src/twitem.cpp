@@ -17,11 +17,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A string equal to \p text, one for all entries that have the same level or tag: a file has few
-/// of them, and what is shared needs no memory of its own and stays in the caches.
+/// A string equal to \p text that all entries with this level or tag share. A file has few of them;
+/// shared, they take no memory of their own and stay in the processor's caches.
 QString sharedString(QStringView text)
 {
-    static std::array<QString, 256> known; // each at the place that its characters say
+    static std::array<QString, 256> known; // each at the index that its hash gives
     QString &found = known.at(qHash(text) % known.size());
     if (found != text)
         found = text.toString();
@@ -65,8 +65,8 @@ QString TwItem::getTag()
 QStringList TwItem::getFullTag()
 {
     QStringList fullTag;
-    // A section node reads as level 0, and its lacking tag ends the walk. A record of unknown kind
-    // stands at the top of the tree, with no section node above it.
+    // A section node reads as level 0, and the walk ends since it has no tag. A record of unknown
+    // kind stands at the top of the tree, with no section node above it.
     for (TwItem *twi = this; twi && twi->text(LevelColumn).toInt() >= 0; twi = twi->getParent()) {
         const QString tag = twi->getTag();
         if (tag == NoTag)
@@ -104,8 +104,8 @@ QStringList TwItem::getValuesListFromLine(QString line) const
     if (line.isEmpty())
         return list;
 
-    // The level is one character and no more, and what follows it is dropped unseen: "12 NOTE x" is
-    // a line of level 1 with an empty tag.
+    // Wanted: the level is one character, and the next one is dropped unseen. "12 NOTE x" is a line
+    // of level 1 with an empty tag.
     list.append(sharedString(QStringView(line).first(1)));
     const QStringView rest = QStringView(line).mid(2);
     if (rest.isEmpty())
@@ -210,7 +210,7 @@ bool TwItem::setDelete(bool del)
     if (m_toDelete)
         return false;
     m_toDelete = del;
-    setHidden(true); // whatever was asked for: the review tools show a live row again
+    setHidden(true); // also for del false: the review tools show a live row again
     return true;
 }
 
@@ -225,8 +225,8 @@ int TwItem::setEntryTwItems(QStringList listEntryValues, int currentLineGedFile)
 {
     setTwiValuesFromStr(listEntryValues.value(0), this);
 
-    // The last entry of each level. It is the nearest earlier one by definition, and saves a walk
-    // backwards that would be quadratic in a note of 200,000 continuation lines.
+    // The last entry of each level, which is the nearest earlier one. A walk backwards would be
+    // quadratic in a note of 200,000 continuation lines.
     std::array<TwItem *, 10> lastOfLevel{};
     for (qsizetype i = 1; i < listEntryValues.size(); ++i) {
         auto *twiChild = new TwItem(++currentLineGedFile);
@@ -236,7 +236,7 @@ int TwItem::setEntryTwItems(QStringList listEntryValues, int currentLineGedFile)
         const QString levelText = twiChild->text(LevelColumn);
         const int level = levelText.toInt();
         if (levelText == "1"_L1) {
-            // The flat list, which has it already, is its only list.
+            // It is in the flat list already, and in no other.
             addChild(twiChild);
         } else {
             TwItem *twiParent = level > 1 ? lastOfLevel.at(size_t(level - 1)) : nullptr;
@@ -252,8 +252,8 @@ int TwItem::setEntryTwItems(QStringList listEntryValues, int currentLineGedFile)
 
 namespace {
 
-/// Cuts the line of \p twi and lets \p place put the new entries into their place. Returns what is
-/// logged of it: nothing if it is not cut, and of several cuts the first alone.
+/// Cuts the line of \p twi and lets \p place insert the new entries. Returns the text to log, if
+/// the line is cut at all: of several cuts, only the first is logged.
 template <typename Place>
 QStringList cutLine(TwItem *twi, const Place &place)
 {
@@ -261,9 +261,9 @@ QStringList cutLine(TwItem *twi, const Place &place)
     if (!cut.parent)
         return {};
     place(cut.parent, cut.index, cut.pieces);
-    const QString concText = fullTagText(cut.pieces.constFirst()) + u' ' + cut.firstLine;
+    const QString concText = fullTagText(cut.pieces.constFirst()) + u' ' + cut.wholeLine;
     const QStringList log{cutLog(concText, twi)};
-    cutLine(cut.pieces.constLast(), place); // only one that is no CONC is still too long
+    cutLine(cut.pieces.constLast(), place); // only a piece that is no CONC can still be too long
     return log;
 }
 
@@ -284,7 +284,7 @@ QList<QStringList> TwItem::splitAllOverSized(const QList<TwItem *> &entries)
     QSet<TwItem *> outdated; // records whose list is no longer what the tree holds
     QSet<TwItem *> parents; // of what has been inserted
     const auto place = [&](TwItem *parent, int index, const QList<TwItem *> &pieces) {
-        // A record takes a child into its list at the index of the tree, whatever stands there.
+        // A record uses the child's index in the tree for its own list, which must be up to date.
         if (outdated.remove(parent))
             parent->regenerateRootChilds(parent);
         parent->placeChilds(index, pieces);
@@ -308,8 +308,8 @@ bool TwItem::isTagMatch(QStringList fullTagsList)
     if (fullTagsList.contains(tag))
         return true;
 
-    // A full tag ends in the entry's own tag, or is empty: that tells most entries apart without
-    // the walk up to the root.
+    // A full tag ends in the entry's own tag, or is empty. This rules out most entries without the
+    // walk up to the root.
     fullTagsList.removeIf([&tag](const QString &fulltag) {
         const QStringView last = QStringView(fulltag).mid(fulltag.lastIndexOf(u'.') + 1);
         return last != tag && last != "*"_L1 && !last.isEmpty();
@@ -351,8 +351,8 @@ void TwItem::getChildsListFromFullTag(QStringList fullTag, QList<TwItem *> *list
         return;
 
     const qint64 level = childLevel(twiParent);
-    // An entry without a tag on the way makes the full tag shorter than the level says: then the
-    // path has no component for the children, and none of them takes part.
+    // An entry without a tag on the way makes the full tag shorter than the level suggests. The
+    // path may then have no component for the children, and none of them takes part.
     if (level < 0 || level >= fullTag.size())
         return;
     const QString &component = fullTag.at(level);
@@ -366,7 +366,7 @@ void TwItem::getChildsListFromFullTag(QStringList fullTag, QList<TwItem *> *list
         if (level < fullTag.size() - 1)
             getChildsListFromFullTag(fullTag, listTwiMatch, twi);
         else if (twi->isTagMatch(pattern))
-            listTwiMatch->append(twi); // here the first component, too, has been compared
+            listTwiMatch->append(twi); // isTagMatch() has compared the first component, too
     }
 }
 
@@ -392,7 +392,7 @@ TwItem *TwItem::getItemParentFromFullTag(QStringList fullTag, TwItem *twi)
 int TwItem::getColumnIndexMatchRx(QRegularExpression rx) const
 {
     if (!rx.isValid())
-        return -1; // matches nothing, and would warn at every try
+        return -1; // an invalid expression matches nothing, and would warn at each attempt
     for (int column = 0; column < columnCount(); ++column) {
         if (rx.match(text(column)).hasMatch())
             return column;
@@ -423,7 +423,7 @@ int TwItem::getColumnIndexContainsString(QString valueToSearch, bool sensitive) 
 
 QString TwItem::getAbsolutFileName(QString FileName) const
 {
-    // The level and the tag count as well: for the name "1" this is the level.
+    // Wanted: the level and the tag are searched, too. For the name "1" this is the level.
     const int column = getColumnIndexContainsString(FileName, false);
     return column == -1 ? QString() : bareFileName(text(column));
 }
@@ -433,8 +433,8 @@ void TwItem::placeChilds(int twiIndex, const QList<TwItem *> &twiChilds)
     if (twiIndex < 0 || twiIndex > childCount())
         twiIndex = childCount();
     insertRows(this, twiIndex, {twiChilds.begin(), twiChilds.end()});
-    // At a root the index of the tree is wanted although the list holds all descendants: the new
-    // entry lands in file order only while the children before it have no children of their own.
+    // Wanted: a root uses the index in the tree although its list holds all descendants. The new
+    // entry lands in file order only if the children before it have no children of their own.
     twiIndex = int(std::min<qsizetype>(twiIndex, m_tabTwiChilds.size()));
     m_tabTwiChilds.insert(twiIndex, twiChilds.size(), nullptr);
     std::copy(twiChilds.begin(), twiChilds.end(), m_tabTwiChilds.begin() + twiIndex);
@@ -446,8 +446,8 @@ QList<TwItem *> TwItem::recordsAbove()
     QList<TwItem *> records;
     if (root && root != this)
         records.append(root);
-    // The list of the record is the one that is written. Its head need not be that root: a
-    // replacement can change any level, and the first record of a file can begin with another one.
+    // What is written is the list of the record's head. This need not be that root: a replacement
+    // can change any level, and the first record of a file can begin with any.
     TwItem *head = this;
     for (TwItem *above = getParent(); above && !above->m_tabTwiChilds.isEmpty();
          above = above->getParent()) {

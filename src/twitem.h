@@ -82,15 +82,15 @@ public:
     void setLineNumber(int p_numLineGedFile);
 
     /// Inserts \p strToInsert in front of or behind the first \p strToMatch in column \p twiCol and
-    /// trims the column. False, with nothing changed, only for the column -1. That the text is not
-    /// found goes unnoticed: then nothing is inserted in front, and what goes behind is inserted as
-    /// if the text had begun one character before the column.
+    /// trims the column. False, with nothing changed, only for the column -1. A text that is not
+    /// found goes unnoticed: with \p before nothing is inserted then, and without it the insertion
+    /// lands where it would if the text began one character before the column.
     bool insertStrAtIndex(QString strToInsert, QString strToMatch, int twiCol, bool before);
 
     /// Inserts \p twiChild, which becomes the property of this entry, at \p twiIndex among the
-    /// children, at the end if there is no such index. The flat list of the record is made anew
-    /// from the tree, but not where this entry is the root itself: there the child enters the list
-    /// at the same index.
+    /// children, at the end if there is no such index. The flat list of the record is rebuilt from
+    /// the tree, except where this entry is the root itself: there the child enters the list at the
+    /// same index.
     void insertTabChild(int twiIndex, TwItem *twiChild);
 
     /// Marks all descendants as deleted and returns one journal text for each that was not marked
@@ -117,9 +117,9 @@ public:
     /// unchanged if the line cannot be cut.
     QStringList splitTagOverSized(TwItem *twiOri, QStringList splitList);
 
-    /// Does what splitTagOverSized() does for each of \p entries that is not deleted, with the list
-    /// of a record made anew once for all. Returns the journal texts of each. The entries must be
-    /// out of the view.
+    /// splitTagOverSized() for each of \p entries that is not deleted; each list of a record is
+    /// rebuilt once for all of them. Returns the journal texts of each. The entries must be out of
+    /// the view.
     static QList<QStringList> splitAllOverSized(const QList<TwItem *> &entries);
 
     /// Whether one of the tag patterns names this entry: by its tag, or by its full tag, in which a
@@ -153,9 +153,9 @@ public:
 
 private:
     /// Inserts the children, the first of them at the index, into the tree and into the list of
-    /// this entry. The lists of recordsAbove() then have to be renewed.
+    /// this entry. The lists of recordsAbove() are then out of date.
     void placeChilds(int twiIndex, const QList<TwItem *> &twiChilds);
-    /// The entries above whose list holds what stands below this one: normally the root.
+    /// The entries above whose lists hold what stands below this one: normally the root.
     [[nodiscard]] QList<TwItem *> recordsAbove();
     static void renewLists(const QList<TwItem *> &records);
     void regenerateRootChilds(TwItem *twiRoot);
