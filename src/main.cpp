@@ -1,3 +1,4 @@
+#include "desktop.h"
 #include "mainwindow.h"
 
 #include <QApplication>
@@ -22,6 +23,7 @@ int main(int argc, char **argv)
         }
     }
 
+    prepareApplication();
     MainWindow window(nullptr);
     window.setWindowIcon(QIcon(u":/icones/ico/logo_varlune.ico"_s));
     window.show();
