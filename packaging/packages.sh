@@ -24,7 +24,7 @@ need_packages()
         apt-get install -y -q --no-install-recommends "${missing[@]}"
 }
 
-BUILD_PACKAGES=(g++ cmake ninja-build qt6-base-dev)
+BUILD_PACKAGES=(g++ cmake ninja-build qt6-base-dev qt6-translations-l10n)
 TEST_PACKAGES=(clang-format)
 DEMO_PACKAGES=(xvfb xdotool imagemagick)
 BENCH_PACKAGES=(libbenchmark-dev)
