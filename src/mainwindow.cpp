@@ -1,11 +1,13 @@
 #include "mainwindow.h"
 
+#include "contrast.h"
 #include "fenapropos.h"
 #include "fenjournal.h"
 #include "journaltext.h"
 #include "matching.h"
 #include "report.h"
 #include "treerows.h"
+#include "rowdelegate.h"
 #include "twitem.h"
 #include "ui_mainwindow.h"
 
@@ -75,6 +77,18 @@ void pickTag(const QTreeWidget *tree, QLineEdit *field)
     field->setText(field->text().isEmpty() ? fullTag : field->text() + u';' + fullTag);
 }
 
+/// Gives the titles of \p bar a colour that can be read on \p background where theirs, that of a
+/// dark desktop, could not. Which of the two roles is drawn is up to the style.
+void makeTitlesReadable(QMenuBar *bar, const QColor &background)
+{
+    QPalette palette = bar->palette();
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        for (const auto role : {QPalette::ButtonText, QPalette::WindowText})
+            palette.setColor(group, role, readableOn(background, palette.color(group, role)));
+    }
+    bar->setPalette(palette);
+}
+
 } // namespace
 
 MainWindow::MainWindow(QWidget *parent)
@@ -86,6 +100,8 @@ MainWindow::MainWindow(QWidget *parent)
     setWindowTitle(FenAPropos::getAppName() + u' ' + FenAPropos::getVersion());
     ui->menubar->setPalette(QApplication::style()->standardPalette());
     menuBar()->setStyleSheet(u"QMenuBar {background-color: #f0f0f0;}"_s);
+    makeTitlesReadable(ui->menubar, QColor(0xf0, 0xf0, 0xf0));
+    ui->treeWidget->setItemDelegate(new RowDelegate(ui->treeWidget));
     ui->statusbar->addPermanentWidget(m_progress);
     m_progress->setStyleSheet(
         u"QProgressBar::chunk{background-color:green; width: 10px; margin: 0.5px;}"_s);
