@@ -26,6 +26,7 @@ int main(int argc, char **argv)
     prepareApplication();
     MainWindow window(nullptr);
     window.setWindowIcon(QIcon(u":/icones/ico/logo_varlune.ico"_s));
+    fitOnScreen(&window);
     window.show();
     return QApplication::exec();
 }

@@ -6,8 +6,8 @@
 #include "journaltext.h"
 #include "matching.h"
 #include "report.h"
-#include "treerows.h"
 #include "rowdelegate.h"
+#include "treerows.h"
 #include "twitem.h"
 #include "ui_mainwindow.h"
 
