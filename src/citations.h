@@ -1,8 +1,8 @@
 #ifndef CITATIONS_H
 #define CITATIONS_H
 
-// What the two filters read of the citations of sources below events, and of the dates of both.
-// Each entry is read once; the filters have it read again where another run may have changed it.
+// What the two filters know of the citations of sources, and of the dates of sources and events. It
+// is read once, and again only where another run may have changed entries.
 
 #include "matching.h"
 
@@ -21,8 +21,8 @@ struct DatedCitation
 {
     TwItem *twi = nullptr;
     bool disagrees = false;
-    QString evtDate; // as written; this and the next are set only where they disagree
-    int sourDate = 0; // a year, 0 for a date that is more than a bare year
+    QString evtDate; // as written; set, like sourDate, only if disagrees
+    int sourDate = 0; // 0 if the date is more than a bare year
 };
 
 /// Compares the dates of events with those of the sources that they cite.
@@ -32,7 +32,7 @@ public:
     struct Patterns
     {
         QRegularExpression rxDate; // a date line
-        QRegularExpression rxAnnee; // a column that ends in a year
+        QRegularExpression rxAnnee; // a column that ends in a year from 1000 to 1999
         QRegularExpression rxCatchAnnee; // captures the year at the end of a date
         QRegularExpression rxCatchAnnees; // captures both years of a period
         QRegularExpression rxColIdSour; // the column with the identifier of a source
@@ -41,7 +41,7 @@ public:
     /// Reads the dates of the records \p sources.
     DateComparer(const Patterns &patterns, const QList<TwItem *> &sources);
 
-    /// Fastest where the citations of one event follow each other.
+    /// Fastest where citations of the same event come one after the other.
     [[nodiscard]] DatedCitation compare(TwItem *citation);
 
 private:
@@ -49,7 +49,7 @@ private:
     {
         QString evtDate;
         int evtStartDate = 0;
-        int evtEndDate = 0; // 0: there is none to be compared
+        int evtEndDate = 0; // 0: nothing to compare
     };
     [[nodiscard]] QString readDate(TwItem *twi);
     [[nodiscard]] Period readPeriod(TwItem *event);
@@ -60,19 +60,19 @@ private:
     ColumnMatcher m_colAnnee;
     ColumnMatcher m_colIdSour;
     QHash<QString, std::optional<int>> m_sourDates; // by the identifiers in the source's line
-    TwItem *m_event = nullptr; // the last one read
-    Period m_period; // its
+    TwItem *m_event = nullptr; // the event read last
+    Period m_period; // that of m_event
 };
 
-/// Finds the entry at which a family's disagreement is shown: a reader of the tree looks for
-/// people.
+/// Finds where to show the disagreement of a family: at the husband's link to it, since users look
+/// for people.
 class HusbandLinks
 {
 public:
-    /// \p indis are the persons, \p rxColIdFam the column with the identifier of a family.
+    /// \p indis are the persons; \p rxColIdFam is the form of a family's identifier.
     HusbandLinks(const QRegularExpression &rxColIdFam, const QList<TwItem *> &indis);
 
-    /// The husband's link to the family. Null if \p root is no family or has none.
+    /// The husband's link to the family \p root. Null if it is not a family, or has no such link.
     [[nodiscard]] TwItem *find(TwItem *root);
 
 private:
@@ -80,11 +80,11 @@ private:
 
     QRegularExpression m_rxColIdFam;
     QList<TwItem *> m_indis;
-    std::optional<ColumnIndex> m_indisById; // made when first needed, which is seldom
+    std::optional<ColumnIndex> m_indisById; // built when first needed, which is rare
     QHash<TwItem *, TwItem *> m_links; // by family
 };
 
-/// The citations by source, and the dates of the events that they stand below.
+/// The citations by source, with the dates of the events that they belong to.
 class CitedEvents
 {
 public:
@@ -92,7 +92,7 @@ public:
 
     void append(const QList<TwItem *> &citations);
 
-    /// The parents of the citations of a source, in their order.
+    /// The events that cite a source, in file order; one that cites it twice comes twice.
     [[nodiscard]] QList<TwItem *> citing(const QString &idSour) const;
     /// The columns of the first date of an event; none if it has no date.
     [[nodiscard]] QStringList date(TwItem *event) const;

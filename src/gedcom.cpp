@@ -15,7 +15,6 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
-#include <QHash>
 #include <QIcon>
 #include <QProgressBar>
 #include <QSet>
@@ -425,8 +424,8 @@ QStringList Gedcom::getCommonTag(QStringList tagOneList, QStringList tagTwoList)
     QStringList common;
     if (tagOneList.size() <= 1 && tagTwoList.size() <= 1)
         return common;
-    // Wanted: a difference does not end the scan. The result is no common prefix, and may be the
-    // full tag of no entry at all.
+    // Intentional: a difference does not end the scan. The result is no common prefix, and may be
+    // the full tag of no entry at all.
     const qsizetype size = std::min(tagOneList.size(), tagTwoList.size());
     for (qsizetype i = 0; i < size; ++i) {
         if (tagTwoList.at(i) == "*"_L1 || tagTwoList.at(i) == tagOneList.at(i))
@@ -488,7 +487,7 @@ int Gedcom::setSpaceNames()
         }
     }
 
-    // Wanted: the two blanks, and INDI.NAME whatever kind of record was edited.
+    // Intentional: the two blanks, and INDI.NAME whatever kind of record was edited.
     addToJournal(tr("%1 entrées INDI.NAME  modifiées.").arg(edited), u"INFO"_s);
     m_status->showMessage(tr("%1 noms espacés.").arg(edited), 0);
     m_progress->reset();
@@ -566,7 +565,7 @@ int Gedcom::delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, boo
 
 namespace {
 
-/// The path of a destination, with each "*" replaced by the source's component at that position.
+/// The path of a destination, with each "*" replaced by the origin's component at that position.
 QStringList resolved(QStringList tagDestList, const QStringList &tagOneList)
 {
     for (qsizetype i = 0; i < std::min(tagOneList.size(), tagDestList.size()); ++i) {
@@ -578,8 +577,8 @@ QStringList resolved(QStringList tagDestList, const QStringList &tagOneList)
 
 /// The entry below \p twiCommunOri that takes the value of \p twiOriMatch: the first at that path
 /// or, for \p duplicates of one tag, the second. Null if there is none.
-TwItem *presentDestination(TwItem *twiOriMatch, const QStringList &tagTwoList, TwItem *twiCommunOri,
-                           bool duplicates)
+TwItem *existingDestination(TwItem *twiOriMatch, const QStringList &tagTwoList,
+                            TwItem *twiCommunOri, bool duplicates)
 {
     QList<TwItem *> listTwiDestMatch;
     twiCommunOri->getChildsListFromFullTag(tagTwoList, &listTwiDestMatch, twiCommunOri);
@@ -631,18 +630,18 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
                                      const QStringList &tagDestList) -> TwItem * {
         const QStringList tagOneList = twiOriMatch->getFullTag();
         const QStringList tagTwoList = resolved(tagDestList, tagOneList);
-        // We search only the branch that both paths share, which keeps a value inside its own
-        // event. There may be no such branch: what INDI.BIRT.DATE and INDI.DEAT.DATE have in
-        // common, INDI.DATE, is the full tag of no entry.
+        // We search only below the ancestor that both paths share, so that a value stays in its own
+        // event. There may be none: getCommonTag() goes by position and makes INDI.DATE of
+        // INDI.BIRT.DATE and INDI.DEAT.DATE, which is the full tag of no entry.
         const QStringList tagCommonList = getCommonTag(tagOneList, tagDestList);
         TwItem *twiCommunOri = twiOriMatch->getItemParentFromFullTag(tagCommonList, twiOriMatch);
         const bool duplicates = tagOneList == tagTwoList;
         if (twiCommunOri && duplicates)
-            twiCommunOri = twiCommunOri->getParent(); // the duplicates are siblings of the source
+            twiCommunOri = twiCommunOri->getParent(); // the destination is a sibling of the origin
         if (!twiCommunOri)
             return nullptr;
 
-        if (TwItem *twi = presentDestination(twiOriMatch, tagTwoList, twiCommunOri, duplicates))
+        if (TwItem *twi = existingDestination(twiOriMatch, tagTwoList, twiCommunOri, duplicates))
             return twi;
         TwItem *created =
             createDestTag ? createDestination(this, tagTwoList, twiCommunOri) : nullptr;
@@ -666,7 +665,7 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
                          u"INFO"_s);
             ++mvCount;
         }
-        // Wanted: the source alone. Its children stay, and are written unless it is a record.
+        // Intentional: only the origin. Its children stay, and are written unless it is a record.
         if (deleteTagOri && twiOriMatch->setDelete(true)) {
             addToJournal(deletionLog(twiOriMatch), u"INFO"_s);
             ++delCount;
@@ -674,11 +673,11 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
     };
 
     int progressCount = 0;
-    // A source path without a destination at the same position is ignored.
+    // An origin without a destination at the same position is ignored.
     const qsizetype pairs = std::min(listFullTagOri.size(), listFullTagsDest.size());
     for (TwItem *twItemRoot : tabTwItemsRoot) {
         for (qsizetype tagsIndex = 0; tagsIndex < pairs; ++tagsIndex) {
-            // Listed once: the changes below do not add to the list or take from it.
+            // Listed once, before the pairs below create and delete entries.
             QList<TwItem *> listTwiOriMatch;
             twItemRoot->getChildsListFromFullTag(listFullTagOri.at(tagsIndex).split(u'.'),
                                                  &listTwiOriMatch, twItemRoot);
@@ -731,7 +730,7 @@ public:
                     : twi->getColumnIndexContainsString(m_strOri, m_cs == Qt::CaseSensitive);
         if (column != -1) {
             const QString before = twi->text(column);
-            // Wanted: the expression only finds a text, which is then replaced throughout.
+            // Intentional: the expression only finds a text, which is then replaced throughout.
             const QString found = m_regex ? m_re.match(before).captured(0) : m_strOri;
             return {column, before, QString(before).replace(found, m_strDest, m_cs)};
         }
@@ -813,8 +812,8 @@ int Gedcom::setMediaFilePath(QString newPath)
         if (col == -1)
             col = ValueColumn; // a file name without an extension
         const QString twiTextCol = twiObjeFile->text(col);
-        // Wanted: only "/" ends a directory here, although a backslash does where file names are
-        // matched. A path with backslashes alone counts as a file name.
+        // Intentional: only "/" separates directories here, whereas bareFileName() accepts a
+        // backslash, too. A path with backslashes only is treated as a file name.
         const qsizetype slashIndex = twiTextCol.lastIndexOf(u'/');
         twiObjeFile->setText(col, (newPath + twiTextCol.mid(slashIndex + 1)).trimmed());
         addToJournal(editLog(twiObjeFile, twiTextCol, twiObjeFile->text(col)), u"INFO"_s);
@@ -822,7 +821,7 @@ int Gedcom::setMediaFilePath(QString newPath)
         showProgress(m_progress, edited, edited, EditProgressPeriod);
     }
 
-    // Never so: every entry counts as rewritten. This is where a skipped one would show.
+    // Cannot happen: no entry is skipped. This is where one would show.
     if (tabTwItemsObjeFile.size() > edited) {
         addToJournal(tr("%1 chemins non modifiés.").arg(tabTwItemsObjeFile.size() - edited),
                      u"INFO"_s);
@@ -837,8 +836,8 @@ int Gedcom::setMediaFilePath(QString newPath)
 
 namespace {
 
-/// The names in the media folder, including its subfolders. Empty, after a box, if one of the two
-/// folders is missing.
+/// The names of the files and folders directly in \p mediasSource. Empty, with a box shown, if one
+/// of the two folders is missing.
 QStringList listMedia(const QString &mediasSource, const QString &mediasDest)
 {
     if (QDir(mediasSource).exists() && QDir(mediasDest).exists())
@@ -849,7 +848,7 @@ QStringList listMedia(const QString &mediasSource, const QString &mediasDest)
     return {};
 }
 
-/// Copies the media. A copy may fail without a word: a subfolder, or a file that exists already.
+/// Copies the media. A copy may fail silently: that of a folder, or onto a file that exists.
 void copyMedia(const QStringList &names, const QString &mediasSource, const QString &mediasDest)
 {
     for (const QString &name : names)
@@ -934,10 +933,10 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     LinkCount count;
     int countProgress = 0;
     bool lienAjoute = false; // by the current line; nothing is deleted unless a link replaces it
-    QHash<QString, int> linkedMediaFiles; // how many times to take a name off listMediaFiles
+    QSet<QString> linkedMediaFiles; // replaced by a link, and therefore not copied
 
     const auto linkEvents = [&](TwItem *twiRootSour, const QString &urlFichier) {
-        // Empty for a source without an identifier.
+        // An event can have changed the identifier; without one this is empty.
         const QString idSour = twiRootSour->text(twiRootSour->getColumnIndexMatchRx(m_rxColIdSour));
         const QList<TwItem *> twiIndiAndFamList = index.citations.find(idSour);
         for (TwItem *twiIndiAndFam : twiIndiAndFamList) {
@@ -956,8 +955,8 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
             ++count.sour;
             lienAjoute = true;
         }
-        // Never so: this is the column of the media record, which matchLine() has found. The check
-        // is kept as it is; a source without an identifier is not reported.
+        // Cannot happen: this column is that of the media record, which matchLine() has found. A
+        // source without an identifier is not reported.
         if (urlEvt && media.indexColObje == -1) {
             addToJournal(tr("Impossible de déterminer l'id de la source %1%2")
                              .arg(entryText(twiRootSour), lineReference(twiRootSour)),
@@ -981,7 +980,7 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
         if (delTagObjeFile && lienAjoute) {
             if (deleteWithChilds(this, media.twiRootObje))
                 ++count.delObj;
-            ++linkedMediaFiles[media.nomFichierCsv];
+            linkedMediaFiles.insert(media.nomFichierCsv);
         }
     };
 
@@ -989,15 +988,13 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     for (const QString &line : std::as_const(linesFileUrl)) {
         linkMedia(line);
         ++countProgress;
-        const qsizetype journalSize = m_journal->size(); // including what this run has logged
+        // If the journal grows while events are processed, another run has changed entries.
+        const qsizetype journalSize = m_journal->size();
         if (showProgress(m_progress, countProgress) && m_journal->size() != journalSize)
             index = MediaIndex(listTwiObjeFile, listTwiSourObje, listTwiIndiAndFam);
     }
 
-    listMediaFiles.removeIf([&linkedMediaFiles](const QString &name) {
-        const auto linked = linkedMediaFiles.find(name);
-        return linked != linkedMediaFiles.end() && (*linked)-- > 0;
-    });
+    listMediaFiles.removeIf([&](const QString &name) { return linkedMediaFiles.contains(name); });
     if (!listMediaFiles.isEmpty()) {
         copyMedia(listMediaFiles, mediasSource, mediasDest);
         addToJournal(tr("Copie de %1 objets média dans le dossier %2")
@@ -1043,7 +1040,7 @@ int Gedcom::setURLClickable(bool markdown, QStringList tagsToApply)
 
     QList<TwItem *> tabUrlTwItems = getTabTotalTwItems();
     tabUrlTwItems.removeIf([this](TwItem *twi) { return !hasUntreatedUrl(twi, m_rxURL); });
-    // An entry that is listed twice is rewritten twice, the second link inside the first.
+    // Intentional: an entry that two tags name is listed and rewritten twice, a link inside a link.
     const QList<TwItem *> tabUrlMatchTwItems =
         tagsToApply.isEmpty() ? tabUrlTwItems : entriesByTag(tabUrlTwItems, tagsToApply);
     const qsizetype tabSize = tabUrlMatchTwItems.size();
@@ -1079,19 +1076,19 @@ namespace {
 void showInContext(TwItem *twi, const LineMatcher &nameLine, QSet<TwItem *> *shown)
 {
     twi->setTwiHidden(false);
-    TwItem *root = twi->getParent();
-    for (; root && !root->isRoot(); root = root->getParent()) {
-        if (shown->contains(root))
+    TwItem *ancestor = twi->getParent();
+    for (; ancestor && !ancestor->isRoot(); ancestor = ancestor->getParent()) {
+        if (shown->contains(ancestor))
             continue;
-        shown->insert(root);
-        showRows(root->getTabTwiChilds(true));
-        root->setTwiHidden(false);
+        shown->insert(ancestor);
+        showRows(ancestor->getTabTwiChilds(true));
+        ancestor->setTwiHidden(false);
     }
-    if (!root || shown->contains(root))
+    if (!ancestor || shown->contains(ancestor))
         return;
-    shown->insert(root);
-    root->setTwiHidden(false);
-    if (TwItem *name = firstChildMatching(root, nameLine))
+    shown->insert(ancestor);
+    ancestor->setTwiHidden(false); // the root
+    if (TwItem *name = firstChildMatching(ancestor, nameLine))
         name->setTwiHidden(false);
 }
 
@@ -1118,7 +1115,7 @@ void Gedcom::filterSourceDateDiff()
             listTwiIndiAndFam.append(dates.compare(citation));
     }
 
-    QSet<TwItem *> shown; // since events were last processed, which can hide rows again
+    QSet<TwItem *> shown; // emptied when events have been processed, as these can hide rows again
     qsizetype journalSize = m_journal->size();
     const auto lookAfresh = [&] {
         shown.clear();
@@ -1132,12 +1129,12 @@ void Gedcom::filterSourceDateDiff()
     };
 
     const LineMatcher nameLine(m_rxName);
-    const QBrush b(Qt::red, Qt::SolidPattern);
+    const QBrush red(Qt::red, Qt::SolidPattern);
     const auto flag = [&](const DatedCitation &citation) {
         TwItem *root = rootOf(citation.twi);
         TwItem *link = root ? husbandLinks.find(root) : nullptr;
         TwItem *twiEvtSour = link ? link : citation.twi;
-        twiEvtSour->setBackground(LevelColumn, b);
+        twiEvtSour->setBackground(LevelColumn, red);
         twiEvtSour->setToolTip(LevelColumn,
                                tr("Date évènement : %1\r\nDate source : %2")
                                    .arg(citation.evtDate, QString::number(citation.sourDate)));
@@ -1147,7 +1144,7 @@ void Gedcom::filterSourceDateDiff()
     const PausedLayout pausedLayout(m_treeWidget);
     m_progress->setVisible(true);
     m_progress->setRange(0, int(listTwiIndiAndFam.size()));
-    QCoreApplication::processEvents();
+    QCoreApplication::processEvents(); // shows the bar, and can start another run like any event
     lookAfresh();
     int count = 0;
     for (qsizetype i = 0; i < listTwiIndiAndFam.size(); ++i) {
@@ -1179,7 +1176,8 @@ void Gedcom::filterSourceMultiUse()
         listTwiSourIndi += citations;
     }
 
-    QSet<TwItem *> shown; // records, since events were last processed, which can hide rows again
+    QSet<TwItem *>
+        shown; // records; emptied when events have been processed, as these can hide rows again
     qsizetype journalSize = m_journal->size();
     const auto lookAfresh = [&] {
         shown.clear();
@@ -1190,9 +1188,9 @@ void Gedcom::filterSourceMultiUse()
         events.append(listTwiSourIndi);
     };
 
-    const QBrush b(Qt::red, Qt::SolidPattern);
+    const QBrush red(Qt::red, Qt::SolidPattern);
     const auto flag = [&](TwItem *event) {
-        event->setBackground(LevelColumn, b);
+        event->setBackground(LevelColumn, red);
         event->setTwiHidden(false);
         TwItem *root = rootOf(event->getParent());
         if (!root || shown.contains(root))
@@ -1202,7 +1200,8 @@ void Gedcom::filterSourceMultiUse()
         showRows(root->getTabTwiChilds(false)); // the whole record
     };
     int occuCount = 0;
-    // Wanted: the first event is compared with each of the others, and these not with each other.
+    // Intentional: the first event is compared with each of the others, and these not with each
+    // other.
     const auto flagPairs = [&](const QList<TwItem *> &citing) {
         TwItem *indiSourA = citing.value(0);
         const QStringList indiSourADate = events.date(indiSourA);
@@ -1219,9 +1218,9 @@ void Gedcom::filterSourceMultiUse()
     const PausedLayout pausedLayout(m_treeWidget);
     m_progress->setVisible(true);
     m_progress->setRange(0, int(listTwiRootSour.size()));
-    QCoreApplication::processEvents();
+    QCoreApplication::processEvents(); // shows the bar, and can start another run like any event
     lookAfresh();
-    // Wanted: the last source of the file is not examined.
+    // Intentional: the last source of the file is not examined.
     for (qsizetype iSour = 0; iSour < listTwiRootSour.size() - 1; ++iSour) {
         if (showProgress(m_progress, iSour + 1))
             lookAfresh();
@@ -1237,7 +1236,8 @@ bool Gedcom::createNewTwiEntry(QStringList listEntryValues)
     ++m_currentLineGedFile;
     auto *twiRoot = new TwItem(m_currentLineGedFile);
     const int tempCountLine = twiRoot->setEntryTwItems(listEntryValues, m_currentLineGedFile);
-    // Wanted: strictly greater. A record of one line is refused like one whose lines do not fit.
+    // Intentional: strictly greater. A record of one line is refused like one whose lines do not
+    // fit.
     if (tempCountLine <= m_currentLineGedFile) {
         const QString record = listEntryValues.join("\r\n"_L1);
         addToJournal(tr("Entrée non reconnue :"), u"ERROR"_s);

@@ -20,14 +20,14 @@ class TwItem;
 /// records that are not on screen live to the end of the process.
 ///
 /// Long operations report in the status bar, move the progress bar and process events at a fixed
-/// period. Nothing guards against what such an event does: lists of entries are copies, and an
-/// entry never goes away. Most operations read an entry only when its turn comes, and find whatever
-/// an event has made of it. Those that use what they have read earlier look again:
+/// period. An event can start another operation, and nothing prevents that; lists of entries are
+/// copies, and an entry never goes away. Most operations read an entry only when its turn comes,
+/// and see any change made by then. Those that use what they have read earlier look again:
 /// - unConc() and checkOversized() skip an entry that has been deleted since they made their list;
-///   its text would be doubled, or come back.
+/// its text would be duplicated, or reappear.
 /// - setMediaFileURL() and the two filters keep an index. If the journal has grown, another run has
-///   changed entries, and they read everything again. The filters also show once more what an
-///   event may have hidden.
+/// changed entries, and they build it again. The filters also show again what an event may have
+/// hidden.
 class Gedcom
 {
     Q_DECLARE_TR_FUNCTIONS(Gedcom)
@@ -36,14 +36,14 @@ public:
     Gedcom();
 
     /// Appends a line with the present time to the journal. \p level is "INFO", "ERROR" or "NONE";
-    /// with the last the line has no level word.
+    /// "NONE" leaves out the level word.
     void addToJournal(QString log, QString level);
 
     /// Reads the file into \p tw. False, with a box shown, if the file cannot be opened or one of
     /// its records is refused; the records before that one stay.
     bool genererVectorGed(QString pathFileGed, QTreeWidget *tw, QProgressBar *pb, QStatusBar *sb);
 
-    /// The path of the file last loaded, empty before.
+    /// The path of the file last loaded, empty if there is none.
     [[nodiscard]] QString getPathGedFile() const;
 
     /// The journal of the whole run, its lines ended by CR LF.
@@ -63,8 +63,8 @@ public:
     int checkOversized();
 
     /// The live roots, in file order: all of them, or with \p usePatern those whose line text
-    /// matches \p rx; with \p withChilds each is followed by its live descendants, which are
-    /// tried on \p rx by themselves.
+    /// matches \p rx; with \p withChilds each is followed by its live descendants, each of them
+    /// matched against \p rx for itself.
     [[nodiscard]] QList<TwItem *> getTabTwItemsRootMatch(const QRegularExpression &rx,
                                                          bool usePatern, bool withChilds) const;
 
@@ -90,42 +90,44 @@ public:
     /// number of names edited.
     int setSpaceNames();
 
-    /// Marks the entries that \p tagsToDel names, with their descendants, as deleted; of them only
-    /// those without a value, without a live child, or with \p containValue in the entry or its
-    /// child list, as the flags say. \p rx makes it a regular expression. Returns the number of
-    /// entries marked.
+    /// Marks the entries that \p tagsToDel names, with their descendants, as deleted; but only
+    /// those that meet each condition that is set: no value, no live child, \p containValue in the
+    /// entry or its child list. If \p rx, \p containValue is a regular expression. Returns the
+    /// number of entries marked.
     int delListTag(QStringList tagsToDel, bool emptyOnly, bool noChilds, bool contains, bool rx,
                    QString containValue);
 
     /// Carries the value of each entry named by a full tag of \p strListTagsOri to the entry named
-    /// by the full tag at the same place of \p strListTagDest, in the branch of the record that
-    /// both have in common. Both are lists separated by ";". The flags say what is done with each
-    /// pair: delete the source, copy its value, create a destination that is not there. Children
-    /// are neither moved nor deleted. Returns the number of sources deleted.
+    /// by the full tag at the same place of \p strListTagDest, within the branch of the record that
+    /// both paths share. Both are lists separated by ";". The flags say what is done with each
+    /// pair: delete the origin, copy its value, create a destination that is not there. Children
+    /// are neither moved nor deleted. Returns the number of origins deleted.
     int moveTagContent(QString strListTagsOri, QString strListTagDest, bool deleteTagOri,
                        bool mvOriContent, bool createDestTag);
 
     /// Replaces \p strOri by \p strDest in the first column of each entry where it is found, the
     /// level and the tag included. \p tags, separated by ";", restricts it to entries of these tags
-    /// or full tags, unless it is empty or has an empty element. A regular expression only finds
-    /// the text that is then replaced, literally and everywhere in the column; "^$" also gives \p
+    /// or full tags, unless it is empty or has an empty element. A regular expression only locates
+    /// a text, which is then replaced literally and throughout the column; "^$" also gives \p
     /// strDest to entries without a value. Returns the number of entries changed.
     int searchAndReplace(QString strOri, QString strDest, QString tags, const bool sensitive,
                          const bool regex);
 
-    /// Puts \p newPath in the place of the directory of each media record's files; without one it
-    /// is put in front. Only "/" ends a directory. Returns the number of files rewritten.
+    /// Replaces the directory of each media record's file by \p newPath, which is empty or ends in
+    /// "/"; a file without a directory gets it in front. Only "/" separates directories. Returns
+    /// the number of files rewritten.
     int setMediaFilePath(QString newPath);
 
     /// Puts the web addresses of media, listed in the correspondence files \p csvFiles, into the
-    /// document. A line of these is a file name, \p splitStr and the rest of the address; the
-    /// address begins behind the first character of the separator. With \p urlSour each source that
-    /// shows the media gets a WWW line, with \p urlEvt each event that cites such a source a NOTE,
-    /// or a CONT below the note that holds its links. With \p delTagObjeFile the media records that
-    /// have got a link are marked as deleted, with the references of the sources from the first
-    /// link on. With \p extractMedias what lies in the folder \p mediasSource is copied to
-    /// \p mediasDest, but for the media whose records are marked; failed copies go unseen, and
-    /// nothing is overwritten.
+    /// document. Each line is a file name, \p splitStr and the rest of the address; the address
+    /// begins after the first character of the separator. With \p urlSour each source that shows
+    /// the media gets a WWW line, with \p urlEvt each event that cites such a source a NOTE, or a
+    /// CONT below the note that holds its links. With \p delTagObjeFile the media records that have
+    /// received a link are marked as deleted, and so are the sources' references to them, except
+    /// those handled before the line's first link. With \p extractMedias the files in the folder \p
+    /// mediasSource are copied to \p mediasDest, except those that a link has replaced; a failed
+    /// copy is not reported, and nothing is overwritten. If one of the folders is missing, a box
+    /// says so and the links are made without copying.
     ///
     /// All files are read before the first change. Returns the number of lines added, or 0, with a
     /// box shown and nothing changed, if a file cannot be opened or one of its lines lacks the
@@ -135,25 +137,26 @@ public:
                         QString mediasDest);
 
     /// The first entry of the list that holds this file name, whatever its folders; null if none
-    /// does. The case counts.
+    /// does. Case-sensitive.
     [[nodiscard]] TwItem *getObjeFileFromFileName(QString nomFichier,
                                                   QList<TwItem *> listTwiObjeFile);
 
-    /// Makes the first web address of each entry a link, in Markdown or in HTML, wherever it stands
-    /// in its column, unless that column holds a link to "http..." already. \p tagsToApply
-    /// restricts it to these tags or full tags, unless the list is empty. Returns the number of
-    /// entries rewritten, one that two tags name counted twice.
+    /// Makes the first web address of each entry a link, in Markdown or in HTML, at each of its
+    /// occurrences in that column, unless the column holds a link to "http..." already. \p
+    /// tagsToApply restricts it to these tags or full tags, unless the list is empty. Returns the
+    /// number of entries rewritten, an entry that two tags name counts twice.
     int setURLClickable(bool markdown, QStringList tagsToApply);
 
-    /// Shows the citations whose source has another year than the event, in red and with both dates
-    /// in the tool tip; those of a family at the husband's link to it. All entries must be hidden
-    /// before. A source whose date has more than a bare year counts as of the year 0, and never
-    /// agrees.
+    /// Shows the citations whose source is dated outside the year or period of the event, in red
+    /// and with both dates in the tool tip; those of a family at the husband's link to it, if there
+    /// is one. All entries must be hidden before. Only years from 1000 to 1999 are recognised, in
+    /// an event only behind a blank; without one on either side there is nothing to compare. A
+    /// source whose date is more than a bare year counts as of the year 0, and never agrees.
     void filterSourceDateDiff();
 
-    /// Shows the persons whose events cite one source for one date, these events in red. All
-    /// entries must be hidden before. The first citation of a source is compared with each other
-    /// one; the last source of the file is not looked at.
+    /// Shows the persons whose events cite the same source for the same date, these events in red.
+    /// All entries must be hidden before. The first citation of a source is compared with each
+    /// other one; the last source of the file is not looked at.
     void filterSourceMultiUse();
 
 private:

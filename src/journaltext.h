@@ -1,7 +1,8 @@
 #ifndef JOURNALTEXT_H
 #define JOURNALTEXT_H
 
-// How the journal quotes an entry: one wording for each thing that several operations log.
+// Journal texts that several operations share: how an entry is quoted, and what is said of a change
+// to it.
 
 #include <QString>
 
@@ -10,23 +11,23 @@ class TwItem;
 /// The full tag joined with ".".
 [[nodiscard]] QString fullTagText(TwItem *twi);
 
-/// The full tag joined with ".", a blank, the line text.
+/// fullTagText(), a blank and the line text.
 [[nodiscard]] QString entryText(TwItem *twi);
 
-/// The line of the loaded file: " (l.12)".
+/// A reference to the entry's line in the loaded file, with its leading blank: " (l.12)".
 [[nodiscard]] QString lineReference(const TwItem *twi);
 
-/// The line that logs that a column of the entry, \p before, now reads \p after.
+/// The log text for a column that has changed from \p before to \p after.
 [[nodiscard]] QString editLog(TwItem *twi, const QString &before, const QString &after);
 
-/// The line that logs a deletion, with the entry and its line reference.
+/// The log text for the deletion of an entry.
 [[nodiscard]] QString deletionLog(TwItem *twi);
 
-/// The line that logs a fold of \p twiConc into \p twiTarget, whose value has grown already. The
-/// quote mark in front of the first has no partner.
+/// The log text for the fold of \p twiConc into \p twiTarget, once it has been done. Intentional:
+/// its opening quote mark is never closed.
 [[nodiscard]] QString foldLog(TwItem *twiConc, TwItem *twiTarget);
 
-/// The line that logs a cut. \p concText quotes the new entry as entryText() does.
+/// The log text for a cut of \p twiOri. \p concText quotes the new entry as entryText() does.
 [[nodiscard]] QString cutLog(const QString &concText, TwItem *twiOri);
 
 #endif // JOURNALTEXT_H

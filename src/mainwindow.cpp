@@ -145,7 +145,7 @@ void MainWindow::on_actionOuvrir_triggered()
     ui->leRecherche->setEnabled(true);
     ui->actionEnregistrerFichier_sous->setEnabled(true);
     ui->actionEnregistrerFichier->setEnabled(true);
-    ui->actionOuvrir->setEnabled(false); // one document a run
+    ui->actionOuvrir->setEnabled(false); // one document per run
 }
 
 void MainWindow::on_actionEnregistrerFichier_triggered()
@@ -195,8 +195,8 @@ void MainWindow::on_pbReadSequence_clicked()
         if (stringTampon.isEmpty() || stringTampon.startsWith(u';')
             || stringTampon.startsWith(u'#'))
             continue;
-        // Wanted: a line that defines a separator is a step as well. Split at itself it gives two
-        // empty items, and a run of the empty form changes nothing.
+        // Intentional: a line that defines a separator is a step as well. Split at itself it gives
+        // two empty items, and a run of the empty form changes nothing.
         if (stringTampon.startsWith(separator)) {
             stringTampon.remove(0, separator.size());
             separatorValue = stringTampon;
@@ -399,7 +399,7 @@ void MainWindow::checkRequirements()
          tr("Indiquer la ou les balises à supprimer.")},
         {deleteTags && ui->cbDelIfContent->isChecked() && ui->leValueToDel->text().isEmpty(),
          tr("Indiquer la valeur à rechercher dans la balise et sous balises.")},
-        // Wanted: the message names both texts, but an empty replacement is allowed.
+        // Intentional: the message names both texts, but an empty replacement is allowed.
         {replaceText && ui->leTextOri->text().isEmpty(),
          tr("Veuillez entrer le texte à rechercher et le texte par lequel le remplacer.")},
     };
@@ -413,9 +413,10 @@ void MainWindow::checkRequirements()
 
 void MainWindow::start()
 {
-    checkRequirements(); // warns, and stops nothing
+    checkRequirements(); // only warns: an incomplete operation runs all the same
 
-    // Each group is read only when its turn comes, since the form can be edited during a run.
+    // Each group is read only when its turn comes: operations process events, and the user may edit
+    // the form meanwhile.
     if (ui->cbEspacer->isChecked())
         m_gedcom.setSpaceNames();
     if (ui->gbDelTags->isChecked()) {
@@ -433,7 +434,8 @@ void MainWindow::start()
             ui->leExtractMediasToKeep->text());
     }
     if (ui->gbClickablesLinks->isChecked()) {
-        // Unlike the tags to delete, an empty field gives an empty list, which restricts nothing.
+        // The split of an empty field would be one empty tag, which names nothing here; an empty
+        // list restricts nothing.
         QStringList tagsToApply;
         if (!ui->leTagToClickable->text().isEmpty())
             tagsToApply = ui->leTagToClickable->text().split(u';');
@@ -472,7 +474,7 @@ void MainWindow::eraseSettingsValues()
     ui->cbDelIfContentRX->setChecked(false);
     ui->cbDelIfContent->setChecked(false);
 
-    // Wanted: the group is unchecked last. Until then, unchecking one kind of link checks the
+    // Intentional: the group is unchecked last. Until then, unchecking one kind of link checks the
     // other, so cbUrlInEvt ends up checked if either was, and the next use of the group starts
     // from there.
     ui->leStrPlitCsv->clear();
@@ -582,7 +584,7 @@ void MainWindow::extraireIni()
 void MainWindow::setFormValues(QString stringTampon)
 {
     using Apply = std::function<void(const QString &)>;
-    // Wanted: a box can only be checked, and a text cannot be cleared.
+    // Intentional: a box can only be checked, and a text cannot be cleared.
     const auto checks = [](auto *widget) -> Apply {
         return [widget](const QString &value) {
             if (value.startsWith("true"_L1))
@@ -649,8 +651,8 @@ void MainWindow::setFormValues(QString stringTampon)
         {"replaceSensible="_L1, checks(ui->cbSensible)},
         {"saveGedFile="_L1, save},
     };
-    // Wanted: a match does not end the loop. A value that begins with a later key sets that one
-    // too.
+    // Intentional: a match does not end the loop. A value that begins with a later key sets that
+    // one too.
     for (const auto &[currentVal, apply] : keys) {
         if (!stringTampon.startsWith(currentVal))
             continue;

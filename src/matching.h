@@ -1,8 +1,8 @@
 #ifndef MATCHING_H
 #define MATCHING_H
 
-// Finding entries by pattern, tag, identifier or column, one expression or text tried on many of
-// them. The forms that the program itself uses are found without the expression engine.
+// Finds entries by pattern, tag, identifier or column. The forms of pattern that the program itself
+// uses are matched without the expression engine.
 
 #include <QHash>
 #include <QList>
@@ -16,9 +16,9 @@
 class QTreeWidgetItem;
 class TwItem;
 
-/// A pattern whose only variable part are the digits of a number, tried without the expression
-/// engine: "^@S[0-9]+@$", the identifier of a source, matches "@S12@"; "^0 @I[0-9]+@ INDI$", the
-/// first line of a person, matches "0 @I7@ INDI". Empty for an expression of any other form.
+/// A pattern whose only variable part is a number, matched without the expression engine:
+/// "^@S[0-9]+@$", the identifier of a source, matches "@S12@"; "^0 @I[0-9]+@ INDI$", the first line
+/// of a person, matches "0 @I7@ INDI". isEmpty() if the expression has any other form.
 class NumberedForm
 {
 public:
@@ -26,7 +26,7 @@ public:
 
     [[nodiscard]] bool isEmpty() const;
 
-    /// What a text that matches begins with.
+    /// The fixed text that every match begins with.
     [[nodiscard]] QString begin() const;
 
     /// Whether the expression matches \p text.
@@ -38,8 +38,8 @@ private:
 };
 
 /// Tries one expression on the line texts of many entries. The forms that the program has for lines
-/// do without the expression engine, or reach it for few entries, with the same outcome:
-/// "^1 FILE ", a beginning; "^[0-9] DATE", a beginning at any level; and those of NumberedForm.
+/// do without the expression engine, with the same result: "^1 FILE ", a fixed beginning; "^[0-9]
+/// DATE", a fixed beginning at any level; and those of NumberedForm.
 class LineMatcher
 {
 public:
@@ -50,14 +50,15 @@ public:
 
 private:
     QRegularExpression m_rx;
-    QString m_prefix; // what the line must begin with, if the expression asks for nothing else
-    bool m_beginsWithDigit = false; // and any digit in front of it
+    QString m_prefix; // the fixed beginning, if that is the whole pattern
+    bool m_beginsWithDigit = false; // whether a digit comes first
     NumberedForm m_record;
 };
 
 /// Tries one expression on the columns of many entries, with the outcome of
-/// TwItem::getColumnIndexMatchRx. A file has few levels and tags, "1" or "DATE": each is tried
-/// once. An identifier, "^@S[0-9]+@$", does without the expression engine.
+/// TwItem::getColumnIndexMatchRx. A file has few distinct levels and tags ("1", "DATE"), whose
+/// results are kept. The pattern of an identifier, "^@S[0-9]+@$", does without the expression
+/// engine.
 class ColumnMatcher
 {
 public:
@@ -76,12 +77,13 @@ private:
     };
     QRegularExpression m_rx;
     NumberedForm m_id;
-    std::array<Tried, 256> m_tried; // short texts, each at the place that its characters say
+    std::array<Tried, 256> m_tried; // short texts, each at the index that its hash gives
 };
 
 using EntryIndex = QHash<QString, QList<TwItem *>>;
 
-/// Finds what entriesWithColumn() does, but walks the list only for a text that is no identifier.
+/// Finds the same as entriesWithColumn(), but by an index: only a text that does not begin with "@"
+/// needs a walk through the list.
 class ColumnIndex
 {
 public:
@@ -95,15 +97,16 @@ private:
     EntryIndex m_byId;
 };
 
-/// Whether \p tag is the tag of \p twi, or its full tag joined with ".". "*" is no wildcard here.
+/// Whether \p tag is the tag of \p twi, or its full tag joined with ".". "*" is not a wildcard
+/// here.
 [[nodiscard]] bool hasTag(TwItem *twi, const QString &tag);
 
-/// The entries that hasTag() one of \p tags, tag by tag: one that two of them name comes twice. An
-/// empty tag names none.
+/// The entries that have one of \p tags, for each tag in turn: an entry that two tags name is
+/// listed twice. An empty tag names none.
 [[nodiscard]] QList<TwItem *> entriesByTag(const QList<TwItem *> &entries, const QStringList &tags);
 
-/// The first column that \p rxUrl, a form of web addresses, matches, or -1. Every one of them holds
-/// "http", which is found much faster than the expression.
+/// The first column that matches \p rxUrl, or -1. Every web address contains "http", and a column
+/// without it is ruled out much faster.
 [[nodiscard]] int urlColumn(TwItem *twi, const QRegularExpression &rxUrl);
 
 /// The live entries in the child list of \p twi whose line text matches.
@@ -120,12 +123,13 @@ private:
 [[nodiscard]] QList<TwItem *> entriesWithColumn(const QString &text,
                                                 const QList<TwItem *> &entries);
 
-/// The entries by the file name at the end of each of their columns, in the order of the list. An
-/// entry that holds a file name is among those found for it; whether one found does hold it, only
-/// TwItem::getAbsolutFileName can tell, which looks at one column.
+/// The entries by the file name at the end of each of their columns, in the order of the list. What
+/// is found for a name may be too many, never too few: TwItem::getAbsolutFileName, which looks at
+/// one column only, tells whether an entry does hold it.
 [[nodiscard]] EntryIndex indexByFileName(const QList<TwItem *> &entries);
 
-/// Each identifier of the form \p id that the line text contains. A text "@S1@S2@" contains two.
+/// Each identifier of the form \p id that the line text contains. They may overlap: "@S1@S2@"
+/// contains two.
 [[nodiscard]] QStringList idsIn(const QTreeWidgetItem *row, const NumberedForm &id);
 
 #endif // MATCHING_H

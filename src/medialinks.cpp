@@ -20,7 +20,7 @@ struct LinkPlace
 LinkPlace linkPlace(TwItem *event)
 {
     LinkPlace place{event};
-    // Wanted: once a note is found, the loop goes on among its children, from the next index.
+    // Intentional: once a note is found, the loop goes on among its children, from the next index.
     for (int i = 0; i < place.twiParent->childCount(); ++i) {
         auto *noteChild = static_cast<TwItem *>(place.twiParent->child(i));
         if (!noteChild->text(ValueColumn).startsWith("Source : http"_L1)

@@ -1,8 +1,8 @@
 #ifndef MEDIALINKS_H
 #define MEDIALINKS_H
 
-// A correspondence line and the document: the media that it names, the links to its address in a
-// source and in an event. Each step logs itself in the document's journal.
+// Applies one correspondence line, a file name and a web address, to the document: finds the media
+// record, links sources and events to the address. Each step logs itself in the journal.
 
 #include "matching.h"
 
@@ -15,7 +15,7 @@ class Gedcom;
 class QRegularExpression;
 class TwItem;
 
-/// Where the correspondence lines find what they name.
+/// The indexes in which correspondence lines find what they name.
 struct MediaIndex
 {
     MediaIndex(const QList<TwItem *> &listTwiObjeFile, const QList<TwItem *> &listTwiSourObje,
@@ -32,20 +32,22 @@ struct MediaMatch
     QString nomFichierCsv;
     QString urlFichier;
     TwItem *twiObjeFile = nullptr;
-    TwItem *twiRootObje = nullptr; // null unless the record and the column of its id are found
+    TwItem *twiRootObje = nullptr; // null unless the record has an id column
     int indexColObje = -1;
 };
 
-/// What the lines have added and deleted so far.
+/// Running totals of what the lines have added and deleted.
 struct LinkCount
 {
     int sour = 0; // WWW entries
     int evt = 0; // NOTE and CONT entries
-    int delObj = 0; // media records that were not marked as deleted before
-    QMap<QString, QList<int>> listFullTagsEdited; // by full tag of a NOTE or CONT, its lines
+    int delObj = 0; // media records newly marked as deleted
+    QMap<QString, QList<int>> listFullTagsEdited; // by full tag of a NOTE or CONT, the numbers of
+                                                  // the correspondence lines that have added one
 };
 
-/// Finds the media of a line, or logs why there is none. \p rxColIdObje is the form of the id.
+/// Finds the media record of a line, or logs why there is none. \p rxColIdObje is the form of its
+/// id. What is found is kept in \p index for later lines with the same name.
 [[nodiscard]] MediaMatch matchLine(Gedcom *gedcom, const QString &line, const QString &splitStr,
                                    const QRegularExpression &rxColIdObje, MediaIndex *index);
 
@@ -56,10 +58,11 @@ void linkSource(Gedcom *gedcom, TwItem *twiRootSour, const MediaMatch &media);
 TwItem *linkEvent(Gedcom *gedcom, TwItem *citation, const QString &urlFichier,
                   const QString &idSour, const TwItem *twiRootSour);
 
-/// Logs the totals; the deleted records, even if there are none, \p withDeleted alone.
+/// Logs the totals. That of deleted records is logged only if \p withDeleted, but then even if it
+/// is 0.
 void logLinks(Gedcom *gedcom, const LinkCount &count, bool withDeleted);
 
-/// Marks the entry and all below it as deleted. False if the entry itself was marked.
+/// Marks the entry and all below it as deleted. False if the entry itself was marked already.
 bool deleteWithChilds(Gedcom *gedcom, TwItem *twi);
 
 #endif // MEDIALINKS_H

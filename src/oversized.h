@@ -1,8 +1,7 @@
 #ifndef OVERSIZED_H
 #define OVERSIZED_H
 
-// Lines over the greatest size: what is cut off one of them and where it goes, before it stands
-// there.
+// Cutting lines that are longer than MaxLineSize: what is cut off and where it is to be inserted.
 
 #include <QList>
 #include <QString>
@@ -13,19 +12,18 @@ class TwItem;
 struct Cut
 {
     TwItem *parent = nullptr; // null if nothing is cut off
-    int index = 0; // of the first piece among its children
+    int index = 0; // where the first piece goes among its children
     QList<TwItem *> pieces; // new entries, in the order of the text
-    QString
-        wholeLine; // the line text of one entry with all of the pieces, which the journal quotes
+    QString wholeLine; // all pieces as one uncut line, for the journal
 };
 
-/// Shortens the line of \p twi to the greatest size. Nothing is changed if the line fits or cannot
-/// be cut. The pieces belong to nobody until they are put into place.
+/// Shortens the line of \p twi to MaxLineSize. Changes nothing if the line fits or cannot be cut.
+/// The caller owns the pieces until they are inserted.
 [[nodiscard]] Cut cutOff(TwItem *twi);
 
-/// Whether the lists of the records, made anew at each cut of one of \p tooBigs, are together
-/// longer than twice the document of \p size entries. All lines are then cut before the first is
-/// logged.
+/// Whether cutting \p tooBigs line by line would be too slow: each cut rebuilds the list of its
+/// record, and these lists together exceed twice the document of \p size entries. All lines are
+/// then cut before the first cut is logged.
 [[nodiscard]] bool mustCutAtOnce(const QList<TwItem *> &tooBigs, qsizetype size);
 
 #endif // OVERSIZED_H

@@ -1,7 +1,7 @@
 #ifndef REPORT_H
 #define REPORT_H
 
-// How a long operation reports to the user while it runs: the progress bar and the box of an error.
+// How a long operation reports to the user while it runs: the progress bar and error boxes.
 
 #include <QString>
 
@@ -10,13 +10,13 @@ class QProgressBar;
 inline constexpr int ProgressPeriod = 100; // entries between two refreshes of the window
 
 /// Every \p period entries, moves \p bar to \p value and processes events; returns whether it did.
-/// \p done counts the entries.
+/// \p done is the number of entries so far.
 bool showProgress(QProgressBar *bar, qsizetype done, qsizetype value, int period = ProgressPeriod);
 
-/// The same with the bar at the count.
+/// The same, with \p done as the value.
 bool showProgress(QProgressBar *bar, qsizetype done);
 
-/// Shows a box without a parent and waits for its only button, Ok.
+/// Shows an error box without a parent and waits for its only button, Ok.
 void showCritical(const QString &title, const QString &text);
 
 #endif // REPORT_H

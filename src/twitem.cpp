@@ -104,8 +104,8 @@ QStringList TwItem::getValuesListFromLine(QString line) const
     if (line.isEmpty())
         return list;
 
-    // Wanted: the level is one character, and the next one is dropped unseen. "12 NOTE x" is a line
-    // of level 1 with an empty tag.
+    // Intentional: the level is one character, and the next one is dropped unseen. "12 NOTE x" is a
+    // line of level 1 with an empty tag.
     list.append(sharedString(QStringView(line).first(1)));
     const QStringView rest = QStringView(line).mid(2);
     if (rest.isEmpty())
@@ -225,9 +225,9 @@ int TwItem::setEntryTwItems(QStringList listEntryValues, int currentLineGedFile)
 {
     setTwiValuesFromStr(listEntryValues.value(0), this);
 
-    // The last entry of each level, which is the nearest earlier one. A walk backwards would be
-    // quadratic in a note of 200,000 continuation lines.
-    std::array<TwItem *, 10> lastOfLevel{};
+    // The latest entry of each level, parent of the next line one level deeper even if shallower
+    // ones have come in between. A search backwards would be quadratic in a note of 200,000 lines.
+    std::array<TwItem *, 10> lastOfLevel{}; // a level is one digit
     for (qsizetype i = 1; i < listEntryValues.size(); ++i) {
         auto *twiChild = new TwItem(++currentLineGedFile);
         m_tabTwiChilds.append(twiChild);
@@ -236,7 +236,7 @@ int TwItem::setEntryTwItems(QStringList listEntryValues, int currentLineGedFile)
         const QString levelText = twiChild->text(LevelColumn);
         const int level = levelText.toInt();
         if (levelText == "1"_L1) {
-            // It is in the flat list already, and in no other.
+            // It stands in the list of this root already.
             addChild(twiChild);
         } else {
             TwItem *twiParent = level > 1 ? lastOfLevel.at(size_t(level - 1)) : nullptr;
@@ -423,7 +423,7 @@ int TwItem::getColumnIndexContainsString(QString valueToSearch, bool sensitive) 
 
 QString TwItem::getAbsolutFileName(QString FileName) const
 {
-    // Wanted: the level and the tag are searched, too. For the name "1" this is the level.
+    // Intentional: the level and the tag are searched, too. For the name "1" this is the level.
     const int column = getColumnIndexContainsString(FileName, false);
     return column == -1 ? QString() : bareFileName(text(column));
 }
@@ -433,8 +433,8 @@ void TwItem::placeChilds(int twiIndex, const QList<TwItem *> &twiChilds)
     if (twiIndex < 0 || twiIndex > childCount())
         twiIndex = childCount();
     insertRows(this, twiIndex, {twiChilds.begin(), twiChilds.end()});
-    // Wanted: a root uses the index in the tree although its list holds all descendants. The new
-    // entry lands in file order only if the children before it have no children of their own.
+    // Intentional: a root uses the index in the tree although its list holds all descendants. The
+    // new entry lands in file order only if the children before it have no children of their own.
     twiIndex = int(std::min<qsizetype>(twiIndex, m_tabTwiChilds.size()));
     m_tabTwiChilds.insert(twiIndex, twiChilds.size(), nullptr);
     std::copy(twiChilds.begin(), twiChilds.end(), m_tabTwiChilds.begin() + twiIndex);

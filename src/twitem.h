@@ -15,12 +15,12 @@
 /// What getTag() gives for an entry without a tag.
 inline constexpr QLatin1StringView NoTag{"ERREUR"};
 
-/// One line of a GEDCOM file, and at once one row of the tree. The columns are the line: the level
-/// (one character), the tag or the identifier, the value; there is no other copy of the text.
+/// One line of a GEDCOM file, and at the same time a row of the tree. The columns are the line: the
+/// level (one character), the tag or the identifier, the value; there is no other copy of the text.
 ///
-/// An entry belongs to its parent in the tree, as the framework's item classes own their children.
-/// Lists of entries only borrow. No entry is destroyed while a document is open: a deletion is a
-/// mark.
+/// An entry is owned by its parent in the tree, as Qt's item classes own their children; lists of
+/// entries only borrow. No entry is destroyed while a document is open: deleting one only marks it.
+/// An entry without the mark is called live.
 class TwItem : public QTreeWidgetItem
 {
     Q_DECLARE_TR_FUNCTIONS(TwItem)
@@ -31,25 +31,25 @@ public:
     const QRegularExpression m_rxTag;
 
     /// \p p_numLineGedFile is the line of the loaded file, counted from 1, or -1 for an entry that
-    /// stands in no file.
+    /// was not read from a file.
     explicit TwItem(int p_numLineGedFile);
 
     /// The line of the loaded file in decimal, "-1" for an entry made by the program.
     [[nodiscard]] QString getNumLineGedFile() const;
 
-    /// Whether the entry begins a record, that is whether its column 0 is "0". The section nodes of
-    /// the tree are no roots.
+    /// Whether the entry begins a record, that is whether its column 0 is "0". Section nodes are
+    /// not roots.
     [[nodiscard]] bool isRoot();
 
     /// The first column that has the form of a tag, or "ERREUR" if none has.
     [[nodiscard]] QString getTag();
 
-    /// The tags from the root down to this entry. The list begins below the nearest entry on the
-    /// way that has no tag, and is empty if this entry has none.
+    /// The tags from the root down to this entry. Begins below the nearest ancestor that has no
+    /// tag; empty if this entry has none.
     [[nodiscard]] QStringList getFullTag();
 
-    /// For a root all its descendants in file order, for any other entry its direct children; with
-    /// \p noHidden without those marked as deleted.
+    /// For a root all its descendants in file order, for any other entry its direct children; if \p
+    /// noHidden, without those marked as deleted.
     [[nodiscard]] QList<TwItem *> getTabTwiChilds(bool noHidden);
 
     /// The texts of all columns.
@@ -61,7 +61,7 @@ public:
     /// The parent in the tree, null at its top level.
     [[nodiscard]] TwItem *getParent();
 
-    /// The index of \p child among the children of its parent in the tree, -1 at the top level.
+    /// The index of \p child among the children of its own parent in the tree, -1 at the top level.
     [[nodiscard]] int getThisTwiIndexParent(TwItem *child) const;
 
     /// The index of \p child in the child list of its parent, deleted entries counted; -1 if it is
@@ -87,9 +87,9 @@ public:
     /// lands where it would if the text began one character before the column.
     bool insertStrAtIndex(QString strToInsert, QString strToMatch, int twiCol, bool before);
 
-    /// Inserts \p twiChild, which becomes the property of this entry, at \p twiIndex among the
-    /// children, at the end if there is no such index. The flat list of the record is rebuilt from
-    /// the tree, except where this entry is the root itself: there the child enters the list at the
+    /// Inserts \p twiChild, of which this entry takes ownership, at \p twiIndex among the children,
+    /// or at the end if the index is out of range. The flat list of the record is rebuilt from the
+    /// tree, except where this entry is the root itself: there the child enters the list at the
     /// same index.
     void insertTabChild(int twiIndex, TwItem *twiChild);
 
@@ -107,23 +107,22 @@ public:
     /// Sets the columns of \p twi from a line. Columns beyond those of the line keep their text.
     void setTwiValuesFromStr(QString lineValues, TwItem *twi);
 
-    /// Places the lines of a record below this new root, the first of them being the root itself.
-    /// \p currentLineGedFile is the root's line number. Returns the number of the last line, or 0
-    /// if a line has no place.
+    /// Builds a record: the first line gives this new root its columns, the others become its
+    /// descendants. \p currentLineGedFile is the number of the first line. Returns that of the last
+    /// one, which is the same for a single line, or 0 if a line has no parent.
     int setEntryTwItems(QStringList listEntryValues, int currentLineGedFile);
 
     /// Cuts the line of \p twiOri, which is over 255 characters long, and puts the rest into new
-    /// CONC entries. Returns \p splitList with one journal text more, for the first cut alone, or
+    /// CONC entries. Returns \p splitList with one more journal text, for the first cut only, or
     /// unchanged if the line cannot be cut.
     QStringList splitTagOverSized(TwItem *twiOri, QStringList splitList);
 
-    /// splitTagOverSized() for each of \p entries that is not deleted; each list of a record is
-    /// rebuilt once for all of them. Returns the journal texts of each. The entries must be out of
-    /// the view.
+    /// splitTagOverSized() for each of \p entries that is live, with each record's list rebuilt
+    /// only once. Returns the journal texts of each. The entries must not be in a tree.
     static QList<QStringList> splitAllOverSized(const QList<TwItem *> &entries);
 
     /// Whether one of the tag patterns names this entry: by its tag, or by its full tag, in which a
-    /// component "*" stands for any one tag. An empty list names every entry, an empty pattern
+    /// component "*" stands for any one tag. An empty list names every entry, an empty pattern only
     /// those whose full tag is empty.
     [[nodiscard]] bool isTagMatch(QStringList fullTagsList);
 
@@ -135,7 +134,7 @@ public:
     void getChildsListFromFullTag(QStringList fullTag, QList<TwItem *> *listTwiMatch,
                                   TwItem *twiParent);
 
-    /// \p twi or that ancestor of it whose full tag is \p fullTag, null if there is none.
+    /// \p twi itself or its ancestor with the full tag \p fullTag, null if there is none.
     [[nodiscard]] TwItem *getItemParentFromFullTag(QStringList fullTag, TwItem *twi);
 
     /// The first column that matches \p rx, or -1.
@@ -147,8 +146,8 @@ public:
     /// The first column that contains \p valueToSearch, or -1.
     [[nodiscard]] int getColumnIndexContainsString(QString valueToSearch, bool sensitive) const;
 
-    /// The file name, without its folders, in the first column that contains \p FileName in any
-    /// case; empty if none does. The name found need not be \p FileName.
+    /// The file name, without its folders, in the first column that contains \p FileName, ignoring
+    /// case; empty if none does. It may differ from \p FileName.
     [[nodiscard]] QString getAbsolutFileName(QString FileName) const;
 
 private:
@@ -162,15 +161,15 @@ private:
     void listChilds(TwItem *twiRoot, TwItem *currentTwi);
     void setIco(const QIcon &ico);
 
-    QList<TwItem *> m_tabTwiChilds;
+    QList<TwItem *> m_tabTwiChilds; // of a root all descendants in file order, else the children
     bool m_toDelete = false;
     int m_numLineGedFile = -1;
 };
 
-/// The root of the record that \p twi stands in, null if none of the entries above it reads as one.
+/// \p twi itself or its nearest ancestor that is a root, null if there is none.
 [[nodiscard]] TwItem *rootOf(TwItem *twi);
 
-/// Inserts a new entry among the children of \p parent, at their end for the index -1. \p text is
+/// Inserts a new entry among the children of \p parent, at the end if \p index is -1. \p text is
 /// its line without the level: a blank, the tag, a blank, the value.
 TwItem *insertEntry(TwItem *parent, const QString &text, int index = -1);
 
