@@ -1,8 +1,8 @@
 #include "boxes.h"
-#include "debuglistener.h"
 #include "document.h"
 #include "progresslog.h"
 #include "testmain.h"
+#include "told.h"
 
 #include "gedcom.h"
 #include "twitem.h"
@@ -10,7 +10,6 @@
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTest>
-#include <QTimer>
 
 #include <algorithm>
 #include <functional>
@@ -869,40 +868,21 @@ void TstClickable::frame()
 {
     Document doc;
     QVERIFY(doc.load(person(25)));
-    doc.newJournal();
+    Told told(&doc);
+    told.inDetail();
+    QCOMPARE(doc.gedcom.setURLClickable(true, {}), 25);
 
-    QStringList events;
-    QStringList debug;
-    const auto note = [&](const QString &what) {
-        // Only a message with a time-out has a timer.
-        events += (doc.statusBar.findChild<QTimer *>() ? u"for a while: "_s : QString()) + what;
-        events += u"%1 new in the journal, bar %2 of %3"_s.arg(doc.newJournal().size())
-                      .arg(doc.progress.value())
-                      .arg(doc.progress.maximum());
-    };
-    connect(&doc.statusBar, &QStatusBar::messageChanged, this, note);
-    connect(&doc.progress, &QProgressBar::valueChanged, this, [&] { note(u"bar"_s); });
-    {
-        const DebugListener listener([&](const QString &text) {
-            debug += u"%1, %2 in the journal, bar %3"_s.arg(text)
-                         .arg(doc.journal().size())
-                         .arg(doc.progress.value());
-        });
-        QCOMPARE(doc.gedcom.setURLClickable(true, {}), 25);
-    }
-    QCOMPARE(events, QStringList({
-                         u"Modification des URL en cours..."_s,
-                         u"0 new in the journal, bar -1 of 27"_s, // the range of the load before
-                         u"bar"_s,
-                         u"11 new in the journal, bar 10 of 25"_s,
-                         u"bar"_s,
-                         u"10 new in the journal, bar 20 of 25"_s,
-                         u"25 URL modifiés."_s,
-                         u"6 new in the journal, bar 20 of 25"_s,
-                     }));
-    QCOMPARE(doc.newJournal(), QStringList());
-    QCOMPARE(debug, QStringList({u"ON setURLClickable, 2 in the journal, bar -1"_s,
-                                 u"OFF setURLClickable, 29 in the journal, bar 20"_s}));
+    QStringList changes;
+    for (int i = 1; i <= 25; ++i)
+        changes += edited(u"INDI.NOTE"_s, link(u"http://a.fr/%1"_s.arg(i), true), i + 1);
+    const QStringList journal = journalOf(changes);
+    const QStringList start{u"debug: ON setURLClickable"_s,
+                            u"bar at -1 of 27"_s, // the range of the load before
+                            u"status: Modification des URL en cours..."_s, u"bar at -1 of 27"_s};
+    const QStringList end{u"status: 25 URL modifiés."_s, u"bar at 20 of 25"_s,
+                          u"debug: OFF setURLClickable"_s, u"bar at 20 of 25"_s};
+    QCOMPARE(told.take(),
+             start + withMoves(journal, {{11, u"10 of 25"_s}, {21, u"20 of 25"_s}}) + end);
     QCOMPARE(doc.progress.value(), -1);
 }
 

@@ -1532,21 +1532,18 @@ void TstCorrespondence::closedFolder()
 void TstCorrespondence::frame()
 {
     Tree tree(library({u"media/a.jpg"_s}));
-    QStringList debug;
-    {
-        const DebugListener listener([&](const QString &text) {
-            debug += text + " : "_L1 + tree.status();
-            debug += u"%1 new in the journal, bar %2"_s.arg(tree.newJournal().size())
-                         .arg(tree.progress.value());
-        });
-        QCOMPARE(tree.importLines(QStringList(150, u"a.jpg,x"_s)), 150);
-    }
-    QCOMPARE(debug.size(), 4);
-    QVERIFY(debug.at(0).startsWith(u"ON setMediaFileURL : "_s));
-    QCOMPARE(debug.at(1), u"0 new in the journal, bar -1"_s);
-    QCOMPARE(debug.at(2), u"OFF setMediaFileURL : 150 URL médias ajoutées."_s);
-    QCOMPARE(debug.at(3), u"153 new in the journal, bar 100"_s);
-    QCOMPARE(tree.newJournal(), QStringList());
+    Told told(&tree);
+    told.inDetail();
+    QCOMPARE(tree.importLines(QStringList(150, u"a.jpg,x"_s)), 150);
+
+    const QStringList journal = QStringList{loading(tree.csv()), counted(150)}
+                              + QStringList(150, linked(u"a.jpg"_s, u"x"_s, u"2"_s)) + linkSum(150);
+    const QStringList start{u"debug: ON setMediaFileURL"_s,
+                            u"bar at -1 of 5"_s, // the range of the load before
+                            "status: "_L1 + Running, u"bar at -1 of 5"_s};
+    const QStringList end{"status: "_L1 + linkStatus(150), u"bar at 100 of 150"_s,
+                          u"debug: OFF setMediaFileURL"_s, u"bar at 100 of 150"_s};
+    QCOMPARE(told.take(), start + withMoves(journal, {{102, u"100 of 150"_s}}) + end);
     QCOMPARE(tree.progress.value(), -1);
 }
 

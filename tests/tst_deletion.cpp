@@ -3,13 +3,13 @@
 #include "markingtranslator.h"
 #include "progresslog.h"
 #include "testmain.h"
+#include "told.h"
 #include "window.h"
 
 #include <QMap>
 #include <QSet>
 #include <QSignalSpy>
 #include <QTest>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -353,32 +353,21 @@ void TstDeletion::frame()
     for (int i = 0; i < 120; ++i)
         lines += u"1 NOTE"_s;
     QVERIFY(document.load(lines));
-    document.newJournal();
-
-    QStringList events;
-    connect(&document.statusBar, &QStatusBar::messageChanged, this, [&](const QString &text) {
-        // The timer of a time-out would be there by now.
-        events += document.statusBar.findChild<QTimer *>() ? text + u" for a while"_s : text;
-        events += u"journal %1"_s.arg(document.newJournal().size());
-        events += u"bar %1 of %2"_s.arg(document.progress.value()).arg(document.progress.maximum());
-    });
-    connect(&document.progress, &QProgressBar::valueChanged, this, [&](int value) {
-        events += u"bar %1"_s.arg(value);
-        events += u"journal %1"_s.arg(document.newJournal().size());
-    });
-    QTest::ignoreMessage(QtDebugMsg, "ON delListTag");
-    QTest::ignoreMessage(QtDebugMsg, "OFF delListTag");
+    Told told(&document);
+    told.inDetail();
     QCOMPARE(runDeletion(document, {u"tags=NOTE"_s}), 120);
-    QCOMPARE(events, (QStringList{
-                         u"Suppression des balises en cours..."_s,
-                         u"journal 0"_s,
-                         u"bar -1 of 122"_s, // the range of the load before
-                         u"bar 100"_s,
-                         u"journal 100"_s,
-                         u"120 balises supprimées."_s,
-                         u"journal 21"_s,
-                         u"bar 100 of 121"_s,
-                     }));
+
+    QStringList deleted;
+    for (int line = 121; line > 1; --line)
+        deleted += u"HEAD.NOTE 1 NOTE (l.%1)"_s.arg(line);
+    const QStringList journal = deletionJournal(deleted);
+    const QStringList start{u"debug: ON delListTag"_s,
+                            u"bar at -1 of 122"_s, // the range of the load before
+                            u"status: Suppression des balises en cours..."_s,
+                            u"bar at -1 of 122"_s};
+    const QStringList end{u"status: 120 balises supprimées."_s, u"bar at 100 of 121"_s,
+                          u"debug: OFF delListTag"_s, u"bar at 100 of 121"_s};
+    QCOMPARE(told.take(), start + withMoves(journal, {{100, u"100 of 121"_s}}) + end);
     QCOMPARE(document.progress.minimum(), 0);
     QCOMPARE(document.progress.value(), -1);
 }

@@ -1,14 +1,13 @@
 #include "boxes.h"
-#include "debuglistener.h"
 #include "document.h"
 #include "progresslog.h"
 #include "testmain.h"
+#include "told.h"
 
 #include "gedcom.h"
 #include "twitem.h"
 
 #include <QTest>
-#include <QTimer>
 
 #include <functional>
 #include <utility>
@@ -421,37 +420,23 @@ void TstMediapath::frame()
 {
     Document doc;
     QVERIFY(doc.load(mediaRecord(25)));
-    doc.newJournal();
+    Told told(&doc);
+    told.inDetail();
+    QCOMPARE(doc.gedcom.setMediaFilePath(u"photos/"_s), 25);
 
-    QStringList events;
-    const auto note = [&](const QString &what) {
-        // Only a message with a time-out has a timer.
-        events += (doc.statusBar.findChild<QTimer *>() ? u"for a while: "_s : QString()) + what;
-        events += u"%1 new in the journal, bar %2 of %3"_s.arg(doc.newJournal().size())
-                      .arg(doc.progress.value())
-                      .arg(doc.progress.maximum());
-    };
-    connect(&doc.statusBar, &QStatusBar::messageChanged, this, note);
-    connect(&doc.progress, &QProgressBar::valueChanged, this, [&] { note(u"bar"_s); });
-    {
-        const DebugListener listener(note);
-        QCOMPARE(doc.gedcom.setMediaFilePath(u"photos/"_s), 25);
-    }
-    QCOMPARE(events, QStringList({
-                         u"ON setMediaFilePath"_s,
-                         u"0 new in the journal, bar -1 of 27"_s, // the range of the load before
-                         u"Modification des chemins médias en cours..."_s,
-                         u"0 new in the journal, bar -1 of 27"_s,
-                         u"bar"_s,
-                         u"11 new in the journal, bar 10 of 25"_s,
-                         u"bar"_s,
-                         u"10 new in the journal, bar 20 of 25"_s,
-                         u"25 chemins modifiés."_s,
-                         u"6 new in the journal, bar 20 of 25"_s,
-                         u"OFF setMediaFilePath"_s,
-                         u"0 new in the journal, bar 20 of 25"_s,
-                     }));
-    QCOMPARE(doc.newJournal(), QStringList());
+    QStringList changes;
+    for (int i = 1; i <= 25; ++i)
+        changes +=
+            edited(u"OBJE.FILE"_s, u"media/%1.jpg"_s.arg(i), u"photos/%1.jpg"_s.arg(i), i + 1);
+    const QStringList journal = journalOf(changes);
+    const QStringList start{u"debug: ON setMediaFilePath"_s,
+                            u"bar at -1 of 27"_s, // the range of the load before
+                            u"status: Modification des chemins médias en cours..."_s,
+                            u"bar at -1 of 27"_s};
+    const QStringList end{u"status: 25 chemins modifiés."_s, u"bar at 20 of 25"_s,
+                          u"debug: OFF setMediaFilePath"_s, u"bar at 20 of 25"_s};
+    QCOMPARE(told.take(),
+             start + withMoves(journal, {{11, u"10 of 25"_s}, {21, u"20 of 25"_s}}) + end);
     QCOMPARE(doc.progress.value(), -1);
 }
 

@@ -2,6 +2,7 @@
 #include "document.h"
 #include "progresslog.h"
 #include "testmain.h"
+#include "told.h"
 
 #include "gedcom.h"
 #include "journaltext.h"
@@ -12,7 +13,6 @@
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QTest>
-#include <QTimer>
 
 #include <algorithm>
 #include <deque>
@@ -1372,34 +1372,28 @@ void TstMove::debugStream()
 void TstMove::frame()
 {
     QStringList lines;
-    for (int i = 1; i <= 25; ++i)
+    QStringList changes;
+    for (int i = 1; i <= 25; ++i) {
         lines += {u"0 @I%1@ INDI"_s.arg(i), u"1 NOTE a"_s};
+        changes +=
+            {created(u"INDI.TEXT 1 TEXT fille de la balise INDI 0 @I%1@ INDI (l.%2)"_s.arg(i).arg(
+                 2 * i - 1)),
+             edited(u"INDI.TEXT 1 TEXT (l.-1) en a (l.%1)"_s.arg(2 * i)),
+             deleted(u"INDI.NOTE 1 NOTE a (l.%1)"_s.arg(2 * i))};
+    }
     Document doc;
     QVERIFY(doc.load(lines));
-    doc.newJournal();
-
-    QStringList events;
-    connect(&doc.statusBar, &QStatusBar::messageChanged, this, [&](const QString &text) {
-        // Only a message with a time-out has a timer.
-        events += (doc.statusBar.findChild<QTimer *>() ? u"for a while: "_s : QString()) + text;
-        events += u"journal %1"_s.arg(doc.newJournal().size());
-        events += u"bar %1 of %2"_s.arg(doc.progress.value()).arg(doc.progress.maximum());
-    });
-    connect(&doc.progress, &QProgressBar::valueChanged, this, [&](int value) {
-        events += u"bar %1"_s.arg(value);
-        events += u"journal %1"_s.arg(doc.newJournal().size());
-    });
+    Told told(&doc);
+    told.inDetail();
     QCOMPARE(runMove(doc, u"INDI.NOTE"_s, u"INDI.TEXT"_s, Everything), 25);
-    QCOMPARE(events, QStringList({
-                         u"Déplacement des balises en cours..."_s,
-                         u"journal 0"_s,
-                         u"bar -1 of 51"_s, // the range of the load before
-                         u"bar 20"_s,
-                         u"journal 60"_s,
-                         u"25 balises traitées."_s,
-                         u"journal 18"_s,
-                         u"bar 20 of 25"_s,
-                     }));
+
+    const QStringList journal = withTotals(changes);
+    const QStringList start{u"debug: ON moveTagContent"_s,
+                            u"bar at -1 of 51"_s, // the range of the load before
+                            u"status: Déplacement des balises en cours..."_s, u"bar at -1 of 51"_s};
+    const QStringList end{u"status: 25 balises traitées."_s, u"bar at 20 of 25"_s,
+                          u"debug: OFF moveTagContent"_s, u"bar at 20 of 25"_s};
+    QCOMPARE(told.take(), start + withMoves(journal, {{60, u"20 of 25"_s}}) + end);
     QCOMPARE(doc.progress.minimum(), 0);
     QCOMPARE(doc.progress.value(), -1);
 }

@@ -2,6 +2,7 @@
 #include "document.h"
 #include "progresslog.h"
 #include "testmain.h"
+#include "told.h"
 #include "window.h"
 
 #include "gedcom.h"
@@ -12,7 +13,6 @@
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QTest>
-#include <QTimer>
 
 #include <algorithm>
 #include <functional>
@@ -722,34 +722,23 @@ void TstReplacement::frame()
     while (lines.size() < 25)
         lines += u"1 NOTE a"_s;
     QVERIFY(document.load(lines));
-    document.newJournal();
-
-    QStringList events;
-    const auto tell = [&](const QString &text) {
-        // Only a message with a time-out has a timer.
-        const bool timed = document.statusBar.findChild<QTimer *>();
-        events += u"%1%2, bar %3 of %4, journal %5"_s.arg(timed ? u"for a while: "_s : QString())
-                      .arg(text)
-                      .arg(document.progress.value())
-                      .arg(document.progress.maximum())
-                      .arg(document.newJournal().size());
-    };
-    connect(&document.statusBar, &QStatusBar::messageChanged, this, tell);
-    connect(&document.progress, &QProgressBar::valueChanged, this,
-            [&tell](int) { tell(u"progress"_s); });
-    QTest::ignoreMessage(QtDebugMsg, "ON searchAndReplace");
-    QTest::ignoreMessage(QtDebugMsg, "OF searchAndReplace");
+    Told told(&document);
+    told.inDetail();
     QCOMPARE(replaceIn(document, {u"a"_s, u"b"_s}), 24);
-    QCOMPARE(events, QStringList({
-                         // The range of the load before.
-                         u"Remplacement de texte en cours..., bar -1 of 26, journal 0"_s,
-                         u"progress, bar 10 of 25, journal 9"_s,
-                         u"progress, bar 20 of 25, journal 10"_s,
-                         u"24 textes remplacés., bar 20 of 25, journal 6"_s,
-                     }));
+
+    QStringList changes;
+    for (int line = 2; line <= 25; ++line)
+        changes += u"'HEAD.NOTE a' par 'b' (l.%1)"_s.arg(line);
+    const QStringList journal = replacementJournal(changes);
+    const QStringList start{u"debug: ON searchAndReplace"_s,
+                            u"bar at -1 of 26"_s, // the range of the load before
+                            u"status: Remplacement de texte en cours..."_s, u"bar at -1 of 26"_s};
+    const QStringList end{"status: "_L1 + summary(24), u"bar at 20 of 25"_s,
+                          u"debug: OF searchAndReplace"_s, u"bar at 20 of 25"_s};
+    QCOMPARE(told.take(),
+             start + withMoves(journal, {{9, u"10 of 25"_s}, {19, u"20 of 25"_s}}) + end);
     QCOMPARE(document.progress.minimum(), 0);
     QCOMPARE(document.progress.value(), -1);
-    QCOMPARE(document.newJournal().size(), 0);
 }
 
 void TstReplacement::progress_data()

@@ -2,6 +2,7 @@
 #include "document.h"
 #include "progresslog.h"
 #include "testmain.h"
+#include "told.h"
 #include "window.h"
 
 #include "gedcom.h"
@@ -9,7 +10,6 @@
 
 #include <QRegularExpression>
 #include <QTest>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -410,31 +410,22 @@ void TstSpacing::frame()
     while (lines.size() < 150)
         lines += u"1 NAME Jean/MARTIN/"_s;
     QVERIFY(document.load(lines));
-    document.newJournal();
-
-    QStringList events;
-    const auto tell = [&](const QString &text) {
-        // Only a message with a time-out has a timer.
-        const bool timed = document.statusBar.findChild<QTimer *>();
-        events += u"%1%2, bar %3 of %4, journal %5"_s.arg(timed ? u"for a while: "_s : QString())
-                      .arg(text)
-                      .arg(document.progress.value())
-                      .arg(document.progress.maximum())
-                      .arg(document.newJournal().size());
-    };
-    connect(&document.statusBar, &QStatusBar::messageChanged, this, tell);
-    connect(&document.progress, &QProgressBar::valueChanged, this,
-            [&tell] { tell(u"progress"_s); });
+    Told told(&document);
+    told.inDetail();
     QCOMPARE(document.gedcom.setSpaceNames(), 149);
-    QCOMPARE(events, QStringList({
-                         // The range of the load before.
-                         u"Espacement des noms en cours..., bar -1 of 151, journal 0"_s,
-                         u"progress, bar 100 of 150, journal 99"_s,
-                         u"149 noms espacés., bar 100 of 150, journal 51"_s,
-                     }));
+
+    QStringList journal;
+    for (int line = 2; line <= 150; ++line)
+        journal += modification(u"INDI.NAME Jean/MARTIN/ en Jean /MARTIN/ (l.%1)"_s.arg(line));
+    journal += journalSummary(149);
+    const QStringList start{u"debug: ON setSpaceNames"_s,
+                            u"bar at -1 of 151"_s, // the range of the load before
+                            u"status: Espacement des noms en cours..."_s, u"bar at -1 of 151"_s};
+    const QStringList end{"status: "_L1 + summary(149), u"bar at 100 of 150"_s,
+                          u"debug: OFF setSpaceNames"_s, u"bar at -1 of 150"_s};
+    QCOMPARE(told.take(), start + withMoves(journal, {{99, u"100 of 150"_s}}) + end);
     QCOMPARE(document.progress.minimum(), 0);
     QCOMPARE(document.progress.value(), -1);
-    QCOMPARE(document.newJournal().size(), 0);
 }
 
 void TstSpacing::progress_data()

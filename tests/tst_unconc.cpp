@@ -11,7 +11,6 @@
 #include <QPaintEvent>
 #include <QScrollBar>
 #include <QTest>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -391,17 +390,12 @@ void TstUnconc::statusTexts()
 {
     Document doc;
     QVERIFY(doc.load({u"0 @I1@ INDI"_s, u"1 NOTE a"_s, u"2 CONC b"_s}));
-    doc.newJournal();
-    QStringList messages;
-    connect(&doc.statusBar, &QStatusBar::messageChanged, this, [&](const QString &message) {
-        messages += u"%1 (%2 lines in the journal)"_s.arg(message).arg(doc.journal().size());
-    });
+    Told told(&doc);
     doc.gedcom.unConc();
-    QCOMPARE(messages,
-             QStringList({u"Reconcaténation des balises en cours... (2 lines in the journal)"_s,
-                          u"1 balises CONC reconcaténées. (4 lines in the journal)"_s}));
-    // Messages without a time-out need no timer.
-    QVERIFY(!doc.statusBar.findChild<QTimer *>());
+    QCOMPARE(told.take(), QStringList({u"status: Reconcaténation des balises en cours..."_s,
+                                       u"INFO : Balise 'INDI.NOTE.CONC b (l.3) concaténée dans la "
+                                       u"balise INDI.NOTE ab (l.2)"_s,
+                                       "INFO : "_L1 + summary(1), "status: "_L1 + summary(1)}));
 }
 
 void TstUnconc::progress_data()
@@ -471,27 +465,28 @@ void TstUnconc::toldInOrder()
     lines[201] = u"2 CONC d"_s;
     Document doc;
     QVERIFY(doc.load(lines));
-    QList<int> values; // of the bar, with each text
-    connect(&doc.statusBar, &QStatusBar::messageChanged, this,
-            [&] { values += doc.progress.value(); });
     Told told(&doc);
-    QTest::ignoreMessage(QtDebugMsg, "ON unConc");
-    QTest::ignoreMessage(QtDebugMsg, "OFF unConc");
+    told.inDetail();
     QCOMPARE(doc.gedcom.unConc(), 4);
+    const QStringList journal{
+        u"INFO : Balise 'INDI.NOTE.CONC d (l.202) concaténée dans la balise INDI.NOTE.CONC cd "
+        u"(l.201)"_s,
+        u"INFO : Balise 'INDI.NOTE.CONC cd (l.201) concaténée dans la balise INDI.NOTE xcd "
+        u"(l.200)"_s,
+        u"INFO : Balise 'INDI.NOTE.CONC b (l.101) concaténée dans la balise INDI.NOTE.CONC ab "
+        u"(l.100)"_s,
+        u"INFO : Balise 'INDI.NOTE.CONC ab (l.100) concaténée dans la balise INDI.NOTE xab "
+        u"(l.99)"_s,
+        "INFO : "_L1 + summary(4)};
+    const QStringList start{u"debug: ON unConc"_s,
+                            u"bar at -1 of 251"_s, // the range of the load before
+                            u"status: Reconcaténation des balises en cours..."_s,
+                            u"bar at -1 of 251"_s};
+    const QStringList end{"status: "_L1 + summary(4),
+                          u"bar at 149 of 249"_s, // the reset comes after the summary
+                          u"debug: OFF unConc"_s, u"bar at -1 of 249"_s};
     QCOMPARE(told.take(),
-             QStringList({u"status: Reconcaténation des balises en cours..."_s,
-                          u"INFO : Balise 'INDI.NOTE.CONC d (l.202) concaténée dans la balise "
-                          u"INDI.NOTE.CONC cd (l.201)"_s,
-                          u"INFO : Balise 'INDI.NOTE.CONC cd (l.201) concaténée dans la balise "
-                          u"INDI.NOTE xcd (l.200)"_s,
-                          u"bar: 49 of 249"_s, u"events"_s,
-                          u"INFO : Balise 'INDI.NOTE.CONC b (l.101) concaténée dans la balise "
-                          u"INDI.NOTE.CONC ab (l.100)"_s,
-                          u"bar: 149 of 249"_s, u"events"_s,
-                          u"INFO : Balise 'INDI.NOTE.CONC ab (l.100) concaténée dans la balise "
-                          u"INDI.NOTE xab (l.99)"_s,
-                          "INFO : "_L1 + summary(4), "status: "_L1 + summary(4)}));
-    QCOMPARE(values, QList<int>({-1, 149})); // the reset comes behind the summary
+             start + withMoves(journal, {{2, u"49 of 249"_s}, {3, u"149 of 249"_s}}) + end);
 }
 
 void TstUnconc::runInARunFoldsOnce()

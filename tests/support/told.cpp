@@ -15,7 +15,7 @@ Told::Told(Document *doc) : m_doc(doc)
     connect(&doc->statusBar, &QStatusBar::messageChanged, this, [this](const QString &text) {
         // The timer of a time-out is gone by the next text.
         const bool timed = m_doc->statusBar.findChild<QTimer *>();
-        note((timed ? "status for a while: "_L1 : "status: "_L1) + text);
+        noteText((timed ? "status for a while: "_L1 : "status: "_L1) + text);
     });
     connect(&doc->progress, &QProgressBar::valueChanged, this, [this](int value) {
         note(u"bar: %1 of %2"_s.arg(value).arg(m_doc->progress.maximum()));
@@ -23,6 +23,11 @@ Told::Told(Document *doc) : m_doc(doc)
             this, [this] { note(u"events"_s); }, Qt::QueuedConnection);
     });
     doc->progress.installEventFilter(this);
+}
+
+void Told::inDetail()
+{
+    m_debug.emplace([this](const QString &text) { noteText("debug: "_L1 + text); });
 }
 
 QStringList Told::take()
@@ -40,8 +45,27 @@ bool Told::eventFilter(QObject *, QEvent *event)
     return false;
 }
 
-void Told::note(const QString &what)
+void Told::note(const QString &entry)
 {
     m_told += m_doc->newJournal();
-    m_told += what;
+    m_told += entry;
+}
+
+void Told::noteText(const QString &text)
+{
+    note(text);
+    if (m_debug)
+        m_told += u"bar at %1 of %2"_s.arg(m_doc->progress.value()).arg(m_doc->progress.maximum());
+}
+
+QStringList withMoves(const QStringList &journal, const QMap<int, QString> &moves)
+{
+    QStringList all;
+    int done = 0;
+    for (auto move = moves.cbegin(); move != moves.cend(); ++move) {
+        all += journal.mid(done, move.key() - done);
+        all += {"bar: "_L1 + move.value(), u"events"_s};
+        done = move.key();
+    }
+    return all + journal.mid(done);
 }

@@ -1,28 +1,43 @@
 #ifndef TOLD_H
 #define TOLD_H
 
+#include "debuglistener.h"
+
+#include <QMap>
 #include <QObject>
 #include <QStringList>
 
+#include <optional>
+
 class Document;
 
-/// What a document tells while it lives, in order: journal lines, status texts, the bar, and the
-/// events that are processed behind a move of the bar.
+/// Records what a document reports while this object lives, in order: journal lines, status texts,
+/// moves of the bar ("bar: 100 of 250"), and "events" where events are processed after a move.
 class Told : public QObject
 {
 public:
     explicit Told(Document *doc);
 
-    /// What has been told since the last call of this.
+    /// From now on records the debug lines as well, and where the bar stands at each of them and
+    /// at each status text: "debug: ON unConc", "bar at -1 of 250".
+    void inDetail();
+
+    /// What has been recorded since the last call.
     QStringList take();
 
     bool eventFilter(QObject *, QEvent *event) override;
 
 private:
-    void note(const QString &what);
+    void note(const QString &entry);
+    void noteText(const QString &text);
 
     Document *m_doc;
+    std::optional<DebugListener> m_debug;
     QStringList m_told;
 };
+
+/// \p journal with the moves of the bar that a run makes while it writes it: {10, "20 of 25"}
+/// stands for a move, and the events after it, behind the tenth line.
+QStringList withMoves(const QStringList &journal, const QMap<int, QString> &moves);
 
 #endif // TOLD_H
