@@ -2,7 +2,6 @@
 #include "currentfolder.h"
 #include "debuglistener.h"
 #include "document.h"
-#include "filedialogs.h"
 #include "markingtranslator.h"
 #include "testmain.h"
 #include "told.h"
@@ -313,28 +312,16 @@ private:
 };
 
 /// The window with a file that was opened by its menu, and a correspondence file beside it.
-class Form : public Session
+class ImportSession : public Session
 {
 public:
-    explicit Form(const QStringList &lines = Family)
+    explicit ImportSession(const QStringList &lines = Family)
     {
         window->show();
         load(lines + QStringList{u"0 TRLR"_s});
         m_journalSeen = journal().size();
     }
 
-    /// The settings of a session; "~" in a value stands for the folder of the document.
-    void set(QStringList settings) const
-    {
-        Session::set(settings.replaceInStrings(u"~"_s, folder()));
-    }
-    /// Presses a button that opens a file dialog, and answers that.
-    void pick(const QString &button, const QString &answer) const
-    {
-        const AnsweredFileDialogs dialogs(answer);
-        click(button);
-        QCOMPARE(dialogs.count(), 1);
-    }
     [[nodiscard]] QString csv() const
     {
         return path(u"liens.csv"_s);
@@ -344,10 +331,6 @@ public:
     {
         writeBytes(csv(), bytesOf(lines));
         pick(u"pbImportCsvLinks"_s, csv());
-    }
-    void apply() const
-    {
-        click(u"pbApply"_s);
     }
     /// The journal since the last call of this, less the line of the fold that begins each run.
     QStringList runJournal()
@@ -1813,7 +1796,7 @@ void TstCorrespondence::formArguments()
     QFETCH(const QString, status);
     QFETCH(const QStringList, copied);
 
-    Form form;
+    ImportSession form;
     for (const QString &folder : {u"medias"_s, u"garde"_s})
         QDir().mkdir(form.path(folder));
     for (const QString &name : {u"medias/a.jpg"_s, u"medias/b.jpg"_s})
@@ -1862,7 +1845,7 @@ void TstCorrespondence::formSeparator()
     QFETCH(QString, line);
     QFETCH(QString, address);
 
-    Form form;
+    ImportSession form;
     form.set({u"gbSetURLLinks"_s, u"cbUrlInSour"_s});
     if (separator == "default"_L1) {
         separator = form.text(u"leStrPlitCsv"_s);
@@ -1882,7 +1865,7 @@ void TstCorrespondence::formSeparator()
 
 void TstCorrespondence::formFolders()
 {
-    Form form;
+    ImportSession form;
     form.set({u"gbSetURLLinks"_s, u"cbUrlInSour"_s, u"leStrPlitCsv=;"_s, u"gbExtractMediasToKeep"_s,
               u"leExtractMediasSource=~/rien %2"_s, u"leExtractMediasToKeep=~/nulle %1 part"_s});
     form.pickCsv({u"a.jpg;http://a.fr/1"_s});
@@ -1895,7 +1878,7 @@ void TstCorrespondence::formFolders()
 
 void TstCorrespondence::formPickedFiles()
 {
-    Form form;
+    ImportSession form;
     form.set({u"gbSetURLLinks"_s, u"cbUrlInSour"_s, u"leStrPlitCsv=;"_s});
     const QStringList files{form.path(u"2 un.csv"_s), form.path(u"1 deux.csv"_s)};
     writeBytes(files.at(0), "a.jpg;http://a.fr/1\n");
@@ -1919,8 +1902,7 @@ void TstCorrespondence::formPickedFiles()
     QCOMPARE(form.runJournal(), expected);
 
     // Without the group nothing happens.
-    form.set({u"cbUrlInSour"_s, u"leStrPlitCsv=;"_s});
-    form.apply();
+    form.apply({u"cbUrlInSour"_s, u"leStrPlitCsv=;"_s});
     QCOMPARE(form.runJournal(), QStringList());
 }
 
@@ -1956,7 +1938,7 @@ void TstCorrespondence::formMessages()
     QFETCH(const QString, message);
     QFETCH(const QStringList, journal);
 
-    Form form;
+    ImportSession form;
     QDir().mkdir(form.path(u"ici"_s));
     writeBytes(form.path(u"ici/tst-correspondence-seul.jpg"_s), {});
     const CurrentFolder current(form.path(u"ici"_s));
@@ -1972,7 +1954,7 @@ void TstCorrespondence::formMessages()
 
 void TstCorrespondence::failureDoesNotEndTheRun()
 {
-    Form form;
+    ImportSession form;
     form.set({u"gbSetURLLinks"_s, u"cbUrlInSour"_s, u"leStrPlitCsv=;"_s, u"gbReplaceMediaPath"_s,
               u"leNewMediaPath=photos"_s});
     form.pickCsv({u"a.jpg;http://a.fr/1"_s});
@@ -1991,7 +1973,7 @@ void TstCorrespondence::failureDoesNotEndTheRun()
 
 void TstCorrespondence::thirdInTheOrder()
 {
-    Form form;
+    ImportSession form;
     form.set({u"gbDelTags"_s, u"leTagsToDel=FILE"_s, u"cbDelIfContent"_s, u"leValueToDel=b.jpg"_s,
               u"gbSetURLLinks"_s, u"leStrPlitCsv=;"_s, u"cbUrlInSour"_s, u"cbUrlInEvt"_s,
               u"gbClickablesLinks"_s, u"gbReplaceMediaPath"_s, u"leNewMediaPath=photos"_s,
@@ -2062,7 +2044,7 @@ void TstCorrespondence::laterImport()
     QFETCH(const QString, note);
     QFETCH(const bool, isLinkNote);
 
-    Form form;
+    ImportSession form;
     form.set(QStringList{u"gbSetURLLinks"_s, u"leStrPlitCsv=;"_s, u"cbUrlInEvt"_s} + settings);
     form.pickCsv({u"a.jpg;http://a.fr/1"_s});
     form.apply();

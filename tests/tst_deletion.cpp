@@ -595,10 +595,9 @@ void TstDeletion::throughTheForm()
     const AnsweredBoxes boxes;
     session.open(session.path());
 
-    session.set({u"gbDelTags"_s, u"leTagsToDel=INDI.RESI"_s, uR"(leValueToDel=(?i)^paris\b)"_s,
-                 u"!cbDelEmptyTags"_s, u"!cbDelEmptyClilds"_s, u"cbDelIfContent"_s,
-                 u"cbDelIfContentRX"_s});
-    session.click(u"pbApply"_s);
+    session.apply({u"gbDelTags"_s, u"leTagsToDel=INDI.RESI"_s, uR"(leValueToDel=(?i)^paris\b)"_s,
+                   u"!cbDelEmptyTags"_s, u"!cbDelEmptyClilds"_s, u"cbDelIfContent"_s,
+                   u"cbDelIfContentRX"_s});
 
     QCOMPARE(boxes.texts(), QStringList());
     QCOMPARE(session.journalWindows().size(), 1);

@@ -2,6 +2,7 @@
 #include "currentfolder.h"
 #include "document.h"
 #include "fenjournal.h"
+#include "form.h"
 #include "mainwindow.h"
 #include "markingtranslator.h"
 #include "testmain.h"
@@ -9,15 +10,10 @@
 #include "window.h"
 
 #include <QAbstractButton>
-#include <QApplication>
 #include <QDir>
-#include <QEvent>
 #include <QFile>
 #include <QFileInfo>
-#include <QGroupBox>
-#include <QLineEdit>
 #include <QProgressBar>
-#include <QRegularExpression>
 #include <QScopeGuard>
 #include <QStatusBar>
 #include <QStringEncoder>
@@ -92,15 +88,6 @@ const QString NoParameters = u"Fichier PARAM.INI introuvable dans l'application.
 const QString NoSequence = u"Fichier SEQUENCE.INI introuvable dans l'application."_s;
 const QString NoSeparator = u"chaine de séparation 'separator' non définie dans la séquence."_s;
 
-const QString NoFiles =
-    u"Veuillez sélectionner les fichiers de correspondance avant d'importer les liens médias."_s;
-const QString NoCsvSeparator = u"Indiquez la chaîne de séparation du fichier de correspondance."_s;
-const QString NoPath =
-    u"Indiquer le nouveau chemin des médias ou choisissez de supprimer celui-ci."_s;
-const QString NoTagToDelete = u"Indiquer la ou les balises à supprimer."_s;
-const QString NoText =
-    u"Veuillez entrer le texte à rechercher et le texte par lequel le remplacer."_s;
-
 /// The form as the program builds it, as formState() tells it.
 const QString DefaultSeparator = u"leStrPlitCsv=,https://www.dropbox.com/"_s;
 const QStringList Defaults{DefaultSeparator, u"rbMarkdown"_s};
@@ -121,32 +108,13 @@ QByteArray fileOf(const QStringList &lines)
     return (lines.join(u'\n') + u'\n').toUtf8();
 }
 
-/// What is checked and filled in the panel, sorted: "gbDelTags", "leTagsToDel=NOTE".
-QStringList formState(const QWidget *window)
-{
-    QStringList state;
-    const auto widgets = window->findChild<QWidget *>(u"mainGroupBox"_s)->findChildren<QWidget *>();
-    for (const QWidget *widget : widgets) {
-        const auto *field = qobject_cast<const QLineEdit *>(widget);
-        if (field && !field->text().isEmpty())
-            state += field->objectName() + u'=' + field->text();
-        else if (!field && widget->property("checked").toBool())
-            state += widget->objectName();
-    }
-    state.sort();
-    return state;
-}
-
-/// The window with an open file.
-class Form : public Session
+/// The form of a window with the person, and sequences to play on it.
+class PersonForm : public Form
 {
 public:
-    explicit Form(const QStringList &lines = Person, const QByteArray &parameters = {})
-        : Session(parameters)
+    explicit PersonForm(const QStringList &lines = Person, const QByteArray &parameters = {})
+        : Form(lines, parameters)
     {
-        window->show();
-        load(lines + QStringList{u"0 TRLR"_s});
-        m_journalSeen = journal().size();
     }
 
     /// The lines of a sequence file. "~" stands for the folder of the document.
@@ -154,103 +122,6 @@ public:
     {
         play(fileOf(lines.replaceInStrings(u"~"_s, folder())));
     }
-    QStringList state() const
-    {
-        return formState(window.get());
-    }
-    QStringList messages() const
-    {
-        return m_boxes.texts();
-    }
-    AnsweredBoxes &boxes()
-    {
-        return m_boxes;
-    }
-    /// The journal since the file was opened.
-    QStringList runJournal() const
-    {
-        return journal().mid(m_journalSeen);
-    }
-    /// The correspondence files. No widget shows them, but a run tells which ones it loads, up to
-    /// the first that is not there.
-    QStringList filesImport() const
-    {
-        const qsizetype before = journal().size();
-        set({u"gbSetURLLinks"_s, u"leStrPlitCsv=,"_s});
-        click(u"pbApply"_s);
-        const QString loading = u"INFO : Chargement du fichier de correspondance "_s;
-        QStringList files = journal().mid(before).filter(loading);
-        return files.replaceInStrings(loading, QString());
-    }
-    /// The tags of the entries that were deleted, in the order of the journal.
-    QString deleted() const
-    {
-        static const QRegularExpression rx(
-            uR"(^INFO : Suppression de l'entrée : \S*?(\w+) \d .* \(l\.\d+\)$)"_s);
-        QStringList tags;
-        const QStringList lines = journal();
-        for (const QString &line : lines) {
-            const QRegularExpressionMatch match = rx.match(line);
-            if (match.hasMatch())
-                tags += match.captured(1);
-        }
-        return tags.join(u' ');
-    }
-
-private:
-    AnsweredBoxes m_boxes;
-    qsizetype m_journalSeen = 0;
-};
-
-/// Notes what changes in the form and what the window shows, in the order in which it happens.
-class Order : public QObject
-{
-public:
-    explicit Order(Form &form) : m_bar(form.progress())
-    {
-        qApp->installEventFilter(this);
-        connect(form.window->statusBar(), &QStatusBar::messageChanged, this,
-                [this](const QString &text) { events += "status: "_L1 + text; });
-        const auto *panel = form.find<QWidget>(u"mainGroupBox"_s);
-        const auto fields = panel->findChildren<QLineEdit *>();
-        for (const QLineEdit *field : fields) {
-            connect(field, &QLineEdit::textChanged, this, [this, field](const QString &text) {
-                events += field->objectName() + u'=' + text;
-            });
-        }
-        const auto buttons = panel->findChildren<QAbstractButton *>();
-        for (const QAbstractButton *button : buttons)
-            connect(button, &QAbstractButton::toggled, this,
-                    [this, button](bool on) { noteSwitch(button, on); });
-        const auto groups = panel->findChildren<QGroupBox *>();
-        for (const QGroupBox *group : groups)
-            connect(group, &QGroupBox::toggled, this,
-                    [this, group](bool on) { noteSwitch(group, on); });
-        form.boxes().setInspector(
-            [this](const QMessageBox *box) { events += "box: "_L1 + box->text(); });
-    }
-
-    QStringList events;
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::Show && qobject_cast<FenJournal *>(watched))
-            events += u"journal window"_s;
-        if (watched == m_bar && event->type() == QEvent::Show)
-            events += u"bar shown"_s;
-        if (watched == m_bar && event->type() == QEvent::Hide)
-            events += u"bar hidden"_s;
-        return false;
-    }
-
-private:
-    void noteSwitch(const QWidget *widget, bool on)
-    {
-        events += widget->objectName() + (on ? " on"_L1 : " off"_L1);
-    }
-
-    const QProgressBar *m_bar;
 };
 
 /// Something beside the executable that cannot be read as a file of the name, while it lives.
@@ -496,7 +367,7 @@ void TstInifiles::orderOfTheKeys()
     QFETCH(QByteArray, file);
     QFETCH(QStringList, state);
 
-    const Form form(Person, file);
+    const PersonForm form(Person, file);
     QStringList filled = form.state();
     const QStringList files = form.filesImport();
     if (!files.isEmpty())
@@ -607,7 +478,7 @@ void TstInifiles::listOfFiles()
     QFETCH(QByteArray, file);
     QFETCH(QStringList, files);
 
-    const Form form(Person, file);
+    const PersonForm form(Person, file);
     const CurrentFolder current(form.folder());
     const QStringList present = files.mid(0, files.size() - 1);
     for (const QString &path : present) {
@@ -643,16 +514,15 @@ void TstInifiles::correspondenceFiles()
     const QTemporaryDir files;
     writeLines(files.filePath(u"a.csv"_s), {u"a.jpg,https://a.test/a"_s});
     writeLines(files.filePath(u"b.csv"_s), {u"b.jpg,https://a.test/b"_s});
-    const Form form(Person, fileOf(file.replaceInStrings(u"~"_s, files.path())));
-    form.set({u"gbSetURLLinks"_s, u"leStrPlitCsv="_s});
-    form.click(u"pbApply"_s);
+    const PersonForm form(Person, fileOf(file.replaceInStrings(u"~"_s, files.path())));
+    form.apply({u"gbSetURLLinks"_s, u"leStrPlitCsv="_s});
     QCOMPARE(form.messages(), QStringList{message});
 }
 
 void TstInifiles::answersOfTheForm()
 {
-    const Form form(Person, fileOf({u"delTags=true"_s, u"changeMediasPath=true"_s,
-                                    u"delMediaPath=true"_s, u"newMediasPath=photos"_s}));
+    const PersonForm form(Person, fileOf({u"delTags=true"_s, u"changeMediasPath=true"_s,
+                                          u"delMediaPath=true"_s, u"newMediasPath=photos"_s}));
     // The check box of the path answers to the program, those of the deletion to a click only.
     QCOMPARE(form.isEnabled(u"leNewMediaPath"_s), false);
     QCOMPARE(form.isEnabled(u"pbOpenNewMediaPath"_s), false);
@@ -689,7 +559,7 @@ void TstInifiles::presetsEndWithTheFirstRun()
     QFETCH(QString, button);
     QFETCH(QString, deleted);
 
-    const Form form(Person, "delTags=true\ndelTagsList=NOTE\n");
+    const PersonForm form(Person, "delTags=true\ndelTagsList=NOTE\n");
     writeLines(besideExecutable(u"PARAM.INI"_s), {u"delTagsList=SEX"_s});
     writeLines(besideExecutable(u"SEQUENCE.INI"_s),
                {u"separator=|"_s, u"replaceString=true|replaceSourString=zzz"_s});
@@ -699,10 +569,10 @@ void TstInifiles::presetsEndWithTheFirstRun()
     });
     form.click(button);
 
-    QCOMPARE(form.deleted(), deleted);
+    QCOMPARE(form.deletedTags(), deleted);
     QCOMPARE(form.state(), QStringList{u"rbMarkdown"_s});
-    form.click(u"pbApply"_s);
-    QCOMPARE(form.deleted(), deleted);
+    form.apply();
+    QCOMPARE(form.deletedTags(), deleted);
     QCOMPARE(form.state(), QStringList{u"rbMarkdown"_s});
 }
 
@@ -788,7 +658,7 @@ void TstInifiles::missingSequence()
 {
     QFETCH(QString, what);
 
-    Form form(Person, "delTags=true\ndelTagsList=NOTE\n");
+    PersonForm form(Person, "delTags=true\ndelTagsList=NOTE\n");
     const Order order(form);
     {
         const Unreadable unreadable(u"SEQUENCE.INI"_s, what);
@@ -807,13 +677,13 @@ void TstInifiles::missingSequence()
     QCOMPARE(form.journalWindows().size(), 0);
 
     form.playLines({u"separator=|"_s, u"delTags=true|delTagsList=SEX"_s});
-    QCOMPARE(form.deleted(), u"SEX"_s);
+    QCOMPARE(form.deletedTags(), u"SEX"_s);
     QCOMPARE(form.messages(), QStringList{NoSequence});
 }
 
 void TstInifiles::everyKeyInAStep()
 {
-    Form form;
+    PersonForm form;
     QVERIFY(QDir(form.folder()).mkdir(u"medias"_s) && QDir(form.folder()).mkdir(u"choix"_s));
     QStringList state;
     form.boxes().setInspector([&form, &state](const QMessageBox *) { state = form.state(); });
@@ -963,12 +833,12 @@ void TstInifiles::steps()
     QFETCH(int, messages);
     QFETCH(QString, deleted);
 
-    Form form;
+    PersonForm form;
     form.play(file);
     QCOMPARE(form.messages(), QStringList(messages, NoSeparator));
     QCOMPARE(form.boxes().titles(), QStringList(messages, Title));
     QVERIFY(form.boxes().allCritical(form.window.get()));
-    QCOMPARE(form.deleted(), deleted);
+    QCOMPARE(form.deletedTags(), deleted);
 
     // What every sequence does, with steps or without.
     QCOMPARE(form.runJournal().mid(0, 2), (QStringList{Folded, OneFolded}));
@@ -982,7 +852,7 @@ void TstInifiles::steps()
 
 void TstInifiles::orderOfASequence()
 {
-    Form form;
+    PersonForm form;
     form.set({u"gbDelTags"_s, u"leTagsToDel=NAME"_s});
     const Order order(form);
     form.playLines({
@@ -1035,7 +905,7 @@ void TstInifiles::nothingIsSeenOfASeparatorLine()
 {
     QFETCH(QStringList, lines);
 
-    Form form;
+    PersonForm form;
     const Order order(form);
     form.playLines(lines);
     QCOMPARE(order.events, (QStringList{
@@ -1103,7 +973,7 @@ void TstInifiles::formBetweenSteps()
     QFETCH(QStringList, states);
     QFETCH(QString, after);
 
-    Form form;
+    PersonForm form;
     QStringList seen;
     form.boxes().setInspector(
         [&form, &seen](const QMessageBox *) { seen += form.state().join(u' '); });
@@ -1114,8 +984,8 @@ void TstInifiles::formBetweenSteps()
 
 void TstInifiles::linkFormatOutlivesTheSequence()
 {
-    const Form form({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NOTE https://a.test/n"_s,
-                     u"1 WWW https://a.test/w"_s});
+    const PersonForm form({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s,
+                           u"1 NOTE https://a.test/n"_s, u"1 WWW https://a.test/w"_s});
     form.playLines({u"separator=|"_s, u"toHtml=true"_s});
     form.playLines({u"separator=|"_s, u"clickablesLinks=true|clickableTagsList=NOTE"_s,
                     u"clickablesLinks=true|toMarkdown=true"_s});
@@ -1139,12 +1009,12 @@ void TstInifiles::correspondenceFilesOutliveTheSequence()
     const QString csv = folder.filePath(u"a.csv"_s);
     writeLines(csv, {u"a.jpg,https://a.test/a"_s});
     {
-        const Form form(Person, fileOf({u"urlFilesIndex="_s + csv}));
+        const PersonForm form(Person, fileOf({u"urlFilesIndex="_s + csv}));
         form.playLines({u"separator=|"_s, links});
         QCOMPARE(form.messages(), QStringList{NoCsvSeparator});
     }
 
-    const Form form;
+    const PersonForm form;
     form.playLines(
         {u"separator=|"_s, links, u"urlFilesIndex="_s + csv, links, u"urlFilesIndex="_s, links});
     QCOMPARE(form.messages(), (QStringList{NoFiles, NoCsvSeparator, NoCsvSeparator}));
@@ -1157,7 +1027,7 @@ void TstInifiles::foldsOnce()
 {
     // A save cuts the long line, and the steps behind it find the CONC line that it has made.
     const QString text(300, u'a');
-    const Form form({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NOTE "_s + text});
+    const PersonForm form({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NOTE "_s + text});
     form.playLines({u"separator=|"_s, u"saveGedFile=true"_s, u"delTags=true|delTagsList=CONC"_s});
 
     QStringList journal = form.runJournal();
@@ -1173,7 +1043,7 @@ void TstInifiles::foldsOnce()
 
 void TstInifiles::journalOfASequence()
 {
-    const Form form;
+    const PersonForm form;
     form.playLines({
         u"delTags=true|delTagsList=NAME"_s, // there is no separator yet
         u"separator=|"_s,
@@ -1199,7 +1069,7 @@ void TstInifiles::journalOfASequence()
 
 void TstInifiles::messageOfAStep()
 {
-    Form form;
+    PersonForm form;
     form.playLines({
         u"separator=|"_s,
         u"delTags=true|replaceString=true|replaceSourString=notaire|replaceDestString=juge"_s,
@@ -1234,7 +1104,7 @@ void TstInifiles::messagesAreTranslated()
         QCOMPARE(boxes.texts(), QStringList{mark + NoParameters});
         QCOMPARE(boxes.titles(), QStringList{Title});
     }
-    Form form;
+    PersonForm form;
     form.click(u"pbReadSequence"_s);
     form.playLines({u"bonjour"_s});
     QCOMPARE(form.messages(), (QStringList{mark + NoSequence, mark + NoSeparator}));
@@ -1243,7 +1113,7 @@ void TstInifiles::messagesAreTranslated()
 
 void TstInifiles::editsDuringAStep()
 {
-    Form form;
+    PersonForm form;
     form.boxes().setInspector([&form](const QMessageBox *) {
         QVERIFY(form.isEnabled(u"gbDelTags"_s));
         QVERIFY(form.isEnabled(u"pbReadSequence"_s));
@@ -1253,7 +1123,7 @@ void TstInifiles::editsDuringAStep()
 
     // The edits hold for the step in which they are made, and go with it.
     QCOMPARE(form.messages(), QStringList{NoTagToDelete});
-    QCOMPARE(form.deleted(), u"NOTE SEX"_s);
+    QCOMPARE(form.deletedTags(), u"NOTE SEX"_s);
     QCOMPARE(form.runJournal().filter(u"INDI.NAME  modifiées"_s),
              QStringList{u"INFO : 1 entrées INDI.NAME  modifiées."_s});
 }
@@ -1310,7 +1180,7 @@ void TstInifiles::saves()
     QFETCH(QStringList, files);
     QFETCH(QStringList, titles);
 
-    Form form(Person.mid(0, 8));
+    PersonForm form(Person.mid(0, 8));
     const CurrentFolder current(form.folder());
     form.playLines(lines);
 
@@ -1354,7 +1224,7 @@ void TstInifiles::barAfterASave()
     QFETCH(QStringList, lines);
     QFETCH(QList<bool>, visible);
 
-    Form form;
+    PersonForm form;
     // No archive can be made in the folder x.
     QVERIFY(QDir(form.folder()).mkdir(u"x"_s));
     writeBytes(form.path(u"x/ARCH"_s), {});
@@ -1368,20 +1238,20 @@ void TstInifiles::barAfterASave()
 
 void TstInifiles::playedAgain()
 {
-    const Form form;
+    const PersonForm form;
     form.playLines({u"separator=|"_s, u"delTags=true|delTagsList=NOTE"_s});
     const QStringList first = form.journal();
-    QCOMPARE(form.deleted(), u"NOTE"_s);
+    QCOMPARE(form.deletedTags(), u"NOTE"_s);
 
     // The file is read anew, and the separator of the first time is gone.
     form.playLines({u"delTags=true|delTagsList=SEX"_s});
     const QStringList second = form.journal();
     QCOMPARE(form.messages(), QStringList{NoSeparator});
-    QCOMPARE(form.deleted(), u"NOTE"_s);
+    QCOMPARE(form.deletedTags(), u"NOTE"_s);
 
     form.playLines({u"separator=,"_s, u"delTags=true,delTagsList=SEX"_s});
     QCOMPARE(form.messages(), QStringList{NoSeparator});
-    QCOMPARE(form.deleted(), u"NOTE SEX"_s);
+    QCOMPARE(form.deletedTags(), u"NOTE SEX"_s);
 
     QCOMPARE(second, first + QStringList{u"INFO : 0 balises CONC reconcaténées."_s});
     QList<QStringList> shown;
@@ -1395,7 +1265,7 @@ void TstInifiles::filesAreReadAndLeftAlone()
 {
     const QByteArray parameters = "delTags=true\r\n; fin";
     const QByteArray sequence = "delTags=true\r\nseparator=|\r\ndelTags=true|delTagsList=NOTE";
-    Form form;
+    PersonForm form;
     writeBytes(besideExecutable(u"PARAM.INI"_s), parameters);
     writeBytes(besideExecutable(u"SEQUENCE.INI"_s), sequence);
     const auto cleanUp = qScopeGuard([] {
@@ -1424,7 +1294,7 @@ void TstInifiles::filesAreReadAndLeftAlone()
     QCOMPARE(form.messages(), QStringList{NoSeparator});
     QCOMPARE(open, QStringList{u"SEQUENCE.INI"_s});
     QCOMPARE(openFiles(), QStringList());
-    QCOMPARE(form.deleted(), u"NOTE"_s);
+    QCOMPARE(form.deletedTags(), u"NOTE"_s);
     QCOMPARE(readBytes(besideExecutable(u"PARAM.INI"_s)), parameters);
     QCOMPARE(readBytes(besideExecutable(u"SEQUENCE.INI"_s)), sequence);
 }
@@ -1640,13 +1510,13 @@ void TstInifiles::arguments()
     const QStringList messages = message.isEmpty() ? QStringList() : QStringList{message};
 
     {
-        const Form form(lines, fileOf(items));
-        form.click(u"pbApply"_s);
+        const PersonForm form(lines, fileOf(items));
+        form.apply();
         QCOMPARE(form.runJournal(), whole);
         QCOMPARE(form.messages(), messages);
     }
     // A step of a sequence does the same.
-    const Form form(lines);
+    const PersonForm form(lines);
     form.play("separator=§\n" + items.join(u"§"_s).toUtf8());
     QCOMPARE(form.runJournal(), whole);
     QCOMPARE(form.messages(), messages);
@@ -1654,11 +1524,11 @@ void TstInifiles::arguments()
 
 void TstInifiles::orderOfTheOperations()
 {
-    Form form({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NAME Jean/DUPONT/"_s,
-               u"1 NOTE https://a.test/n"_s, u"1 TITL maire"_s, u"1 BIRT"_s, u"2 SOUR @S1@"_s,
-               u"0 @S1@ SOUR"_s, u"1 OBJE @O1@"_s, u"0 @O1@ OBJE"_s,
-               u"1 FILE https://b.test/a.jpg"_s},
-              "urlFilesIndex=liste.csv\n");
+    PersonForm form({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NAME Jean/DUPONT/"_s,
+                     u"1 NOTE https://a.test/n"_s, u"1 TITL maire"_s, u"1 BIRT"_s, u"2 SOUR @S1@"_s,
+                     u"0 @S1@ SOUR"_s, u"1 OBJE @O1@"_s, u"0 @O1@ OBJE"_s,
+                     u"1 FILE https://b.test/a.jpg"_s},
+                    "urlFilesIndex=liste.csv\n");
     const CurrentFolder current(form.folder());
     writeLines(form.path(u"liste.csv"_s), {u"a.jpg,https://c.test/a"_s});
     form.set({u"gbSetURLLinks"_s, u"leStrPlitCsv=,"_s, u"cbUrlInEvt"_s, u"cbUrlInSour"_s,
@@ -1669,7 +1539,7 @@ void TstInifiles::orderOfTheOperations()
     QStringList statusTexts;
     const auto connection = connect(form.window->statusBar(), &QStatusBar::messageChanged, this,
                                     [&statusTexts](const QString &text) { statusTexts += text; });
-    form.click(u"pbApply"_s);
+    form.apply();
     disconnect(connection);
 
     // Each works on what the ones before have left.
@@ -1730,10 +1600,10 @@ void TstInifiles::orderOfTheOperations()
 
 void TstInifiles::groupsAreReadWhenTheirTurnComes()
 {
-    Form form({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NAME Jean/DUPONT/"_s,
-               u"1 NOTE court"_s, u"1 TITL maire"_s, u"1 WWW https://a.test/w"_s, u"0 @O1@ OBJE"_s,
-               u"1 FILE media/a.jpg"_s, u"0 @S1@ SOUR"_s, u"1 OBJE @O1@"_s},
-              "urlFilesIndex=liste.csv\n");
+    PersonForm form({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NAME Jean/DUPONT/"_s,
+                     u"1 NOTE court"_s, u"1 TITL maire"_s, u"1 WWW https://a.test/w"_s,
+                     u"0 @O1@ OBJE"_s, u"1 FILE media/a.jpg"_s, u"0 @S1@ SOUR"_s, u"1 OBJE @O1@"_s},
+                    "urlFilesIndex=liste.csv\n");
     const CurrentFolder current(form.folder());
     writeLines(form.path(u"liste.csv"_s), {u"a.jpg;https://c.test/a"_s});
     // What the user does while a text stands in the status bar.
@@ -1756,7 +1626,7 @@ void TstInifiles::groupsAreReadWhenTheirTurnComes()
     const auto connection =
         connect(form.window->statusBar(), &QStatusBar::messageChanged, this,
                 [&form, &edits](const QString &text) { form.set(edits.value(text)); });
-    form.click(u"pbApply"_s);
+    form.apply();
     disconnect(connection);
 
     QCOMPARE(form.messages(), QStringList());

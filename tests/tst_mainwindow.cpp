@@ -492,7 +492,7 @@ void TstMainWindow::controlState()
     QCOMPARE(session.isEnabled(control), before);
     session.load(Person);
     QCOMPARE(session.isEnabled(control), after);
-    session.click(u"pbApply"_s);
+    session.apply();
     session.trigger(u"actionEnregistrerFichier"_s);
     QCOMPARE(session.isEnabled(control), after);
 }
@@ -827,8 +827,7 @@ void TstMainWindow::closingAsksNothing()
     session.window->show();
     session.load(Person);
     const QByteArray saved = readBytes(session.path());
-    session.set({u"gbDelTags"_s, u"leTagsToDel=NAME"_s});
-    session.click(u"pbApply"_s);
+    session.apply({u"gbDelTags"_s, u"leTagsToDel=NAME"_s});
     QVERIFY(session.journal().contains(u"INFO : 2 suppressions effectuées."_s));
     session.trigger(u"action_propos"_s);
     QCOMPARE(session.journalWindows().size(), 1);
@@ -954,7 +953,7 @@ void TstMainWindow::journalOfEachRun()
     session.window->show();
     session.load(Person);
     for (int run = 0; run < 2; ++run)
-        session.click(u"pbApply"_s);
+        session.apply();
     const auto journals = session.journalWindows();
     QCOMPARE(journals.size(), 2);
 

@@ -1,7 +1,7 @@
-#include "boxes.h"
 #include "document.h"
 #include "fenjournal.h"
 #include "filedialogs.h"
+#include "form.h"
 #include "markingtranslator.h"
 #include "testmain.h"
 #include "window.h"
@@ -51,18 +51,13 @@ const QStringList Lines{
     u"1 CONT suite"_s,
     u"0 @N2@ NOTE"_s,
     u"1 CONT suite et fin"_s,
-    u"0 TRLR"_s,
 };
 
 /// The window with a document, shown, with what the user does to the form and to the tree.
-class FormSession : public Session
+class PickerForm : public Form
 {
 public:
-    FormSession()
-    {
-        window->show();
-        load(Lines);
-    }
+    PickerForm() : Form(Lines) { }
 
     /// A new folder of that name.
     [[nodiscard]] QString makeFolder(const QString &name) const
@@ -70,19 +65,6 @@ public:
         QDir().mkpath(path(name));
         return path(name);
     }
-    /// The correspondence files. No widget shows them, but a run tells which ones it loads.
-    [[nodiscard]] QStringList filesImport() const
-    {
-        const AnsweredBoxes boxes;
-        const qsizetype before = journal().size();
-        set({u"gbSetURLLinks"_s, u"leStrPlitCsv=,"_s});
-        click(u"pbApply"_s);
-        set({u"gbSetURLLinks"_s}); // as it was, since a run empties the form
-        const QString loading = u"INFO : Chargement du fichier de correspondance "_s;
-        QStringList files = journal().mid(before).filter(loading);
-        return files.replaceInStrings(loading, QString());
-    }
-
     /// Clicks on the row of that line, or on the section node of that name.
     void select(const QString &line) const
     {
@@ -183,7 +165,7 @@ void TstPickers::pickTag()
     QFETCH(const int, index);
     const Picker &picker = Pickers.at(index);
 
-    const FormSession session;
+    const PickerForm session;
     session.clickGroup(picker.group);
     const auto expect = [&](const QString &text) {
         QStringList expected(Pickers.size());
@@ -220,9 +202,8 @@ void TstPickers::pickNothing()
     QFETCH(const int, index);
     const Picker &picker = Pickers.at(index);
 
-    const FormSession session;
+    const PickerForm session;
     session.clickGroup(picker.group);
-    const AnsweredBoxes boxes;
     for (const QString &before : {QString(), u"NOTE"_s}) {
         session.find<QLineEdit>(picker.field)->setText(before);
         QStringList expected(Pickers.size());
@@ -241,7 +222,7 @@ void TstPickers::pickNothing()
             QVERIFY2(session.tagFields() == expected, qPrintable(line));
         }
     }
-    QCOMPARE(boxes.texts(), QStringList());
+    QCOMPARE(session.messages(), QStringList());
 }
 
 void TstPickers::pickedTag_data()
@@ -266,7 +247,7 @@ void TstPickers::pickedTag()
     QFETCH(const QString, line);
     QFETCH(const QString, tag);
 
-    const FormSession session;
+    const PickerForm session;
     session.clickGroup(u"gbDelTags"_s);
     session.select(line);
     session.click(u"pbPickTagToDel"_s);
@@ -275,7 +256,7 @@ void TstPickers::pickedTag()
 
 void TstPickers::importFiles()
 {
-    const FormSession session;
+    const PickerForm session;
     session.clickGroup(u"gbSetURLLinks"_s);
     const QStringList files{session.path(u"un.csv"_s), session.path(u"deux et demi.csv"_s),
                             session.path(u"trois.csv"_s)};
@@ -308,20 +289,15 @@ void TstPickers::importFiles()
 
 void TstPickers::importFilesCancelled()
 {
-    const FormSession session;
+    const PickerForm session;
     session.clickGroup(u"gbSetURLLinks"_s);
-    const auto choose = [&session](const QString &answer) {
-        const AnsweredFileDialogs dialogs(answer);
-        session.click(u"pbImportCsvLinks"_s);
-        QCOMPARE(dialogs.count(), 1);
-    };
-    choose(QString());
+    session.pick(u"pbImportCsvLinks"_s, QString());
     QCOMPARE(session.filesImport(), QStringList());
 
     const QString file = session.path(u"un.csv"_s);
     writeBytes(file, {});
-    choose(file);
-    choose(QString());
+    session.pick(u"pbImportCsvLinks"_s, file);
+    session.pick(u"pbImportCsvLinks"_s, QString());
     QCOMPARE(session.filesImport(), QStringList{file});
 }
 
@@ -355,7 +331,7 @@ void TstPickers::directory()
     QFETCH(const QFileDialog::Options, options);
     const QString button = QString::fromLatin1(QTest::currentDataTag());
 
-    const FormSession session;
+    const PickerForm session;
     for (const QString &group : groups)
         session.clickGroup(group);
     const QString folder = session.makeFolder(u"médias de famille"_s);
@@ -386,7 +362,7 @@ void TstPickers::directory()
 
 void TstPickers::newMediaPathChecksItsGroup()
 {
-    const FormSession session;
+    const PickerForm session;
     session.clickGroup(u"gbReplaceMediaPath"_s);
     session.find<QLineEdit>(u"leNewMediaPath"_s)->setText(u"/ancien"_s);
     session.find<QCheckBox>(u"cbDelMediaPath"_s)->setChecked(true);
@@ -413,7 +389,7 @@ void TstPickers::newMediaPathChecksItsGroup()
 
 void TstPickers::dialogTextsAreTranslated()
 {
-    const FormSession session;
+    const PickerForm session;
     for (const QString &group :
          {u"gbSetURLLinks"_s, u"gbExtractMediasToKeep"_s, u"gbReplaceMediaPath"_s})
         session.clickGroup(group);
@@ -438,7 +414,7 @@ void TstPickers::dialogTextsAreTranslated()
 
 void TstPickers::mediaPathOrDeletion()
 {
-    const FormSession session;
+    const PickerForm session;
     session.clickGroup(u"gbReplaceMediaPath"_s);
     const auto expect = [&session](bool enabled) {
         QCOMPARE(session.isEnabled(u"leNewMediaPath"_s), enabled);
@@ -458,7 +434,7 @@ void TstPickers::mediaPathOrDeletion()
 
 void TstPickers::deletionByContent()
 {
-    const FormSession session;
+    const PickerForm session;
     session.clickGroup(u"gbDelTags"_s);
     const auto expect = [&session](bool enabled) {
         QCOMPARE(session.isEnabled(u"cbDelIfContentRX"_s), enabled);
@@ -485,7 +461,7 @@ void TstPickers::deletionByContent()
 
 void TstPickers::deletionGroupClickedOn()
 {
-    const FormSession session;
+    const PickerForm session;
     session.clickGroup(u"gbDelTags"_s);
     QVERIFY(session.isChecked(u"gbDelTags"_s));
     QStringList disabled;
@@ -501,7 +477,7 @@ void TstPickers::deletionGroupClickedOn()
 
 void TstPickers::deletionSetByTheProgram()
 {
-    const FormSession session;
+    const PickerForm session;
     const auto expect = [&session](bool enabled) {
         QCOMPARE(session.isEnabled(u"cbDelIfContentRX"_s), enabled);
         QCOMPARE(session.isEnabled(u"leValueToDel"_s), enabled);
@@ -534,7 +510,7 @@ void TstPickers::oneKindOfLinkStaysOn()
     QFETCH(const QString, box);
     QFETCH(const QString, other);
 
-    const FormSession session;
+    const PickerForm session;
     session.clickGroup(u"gbSetURLLinks"_s);
     const auto expect = [&](bool boxChecked, bool otherChecked) {
         QCOMPARE(session.isChecked(box), boxChecked);
@@ -560,7 +536,7 @@ void TstPickers::oneKindOfLinkStaysOn()
 
 void TstPickers::linksWithoutTheirGroup()
 {
-    const FormSession session;
+    const PickerForm session;
     session.clickGroup(u"gbSetURLLinks"_s);
     session.clickBox(u"cbUrlInEvt"_s);
     session.clickBox(u"cbUrlInSour"_s);
@@ -580,7 +556,7 @@ void TstPickers::linksWithoutTheirGroup()
 
 void TstPickers::documentIsLeftAlone()
 {
-    const FormSession session;
+    const PickerForm session;
     const QStringList before = session.documentState();
     const QStringList groups{
         u"gbDelTags"_s,         u"gbSetURLLinks"_s,      u"gbExtractMediasToKeep"_s,

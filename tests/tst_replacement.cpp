@@ -1066,10 +1066,9 @@ void TstReplacement::throughTheForm()
     session.window->show();
     session.load({u"0 HEAD"_s, u"1 NOTE Jean J.AN jean j.an"_s, u"1 TEXT Jean J.AN jean j.an"_s,
                   u"0 TRLR"_s});
-    session.set(QStringList{u"gbReplaceString"_s, u"!cbSensible"_s, u"!cbRegex"_s,
-                            u"leTextOri=j.an"_s, u"leTextDest=x;\\1"_s, u"leTagToApply="_s}
-                + settings);
-    session.click(u"pbApply"_s);
+    session.apply(QStringList{u"gbReplaceString"_s, u"!cbSensible"_s, u"!cbRegex"_s,
+                              u"leTextOri=j.an"_s, u"leTextDest=x;\\1"_s, u"leTagToApply="_s}
+                  + settings);
     session.trigger(u"actionEnregistrerFichier"_s);
     QCOMPARE(readLines(session.path()),
              QStringList{u"0 HEAD"_s} + expected + QStringList{u"0 TRLR"_s});

@@ -118,8 +118,7 @@ void TstSample::parametersFitTheFamily()
     const AnsweredBoxes boxes;
     const FamilySession session;
     const qsizetype loaded = session.journal().size();
-    session.set({u"gbSetURLLinks"_s});
-    session.click(u"pbApply"_s);
+    session.apply({u"gbSetURLLinks"_s});
 
     QCOMPARE(boxes.texts(), QStringList());
     static const QRegularExpression told(

@@ -557,8 +557,7 @@ void TstSpacing::throughTheForm()
     session.load({u"0 @I1@ INDI"_s, u"1 NAME Jean/MAR"_s, u"2 CONC TIN/"_s, u"1 NAME Paul/DUPONT"_s,
                   u"0 TRLR"_s});
     const qsizetype before = session.journal().size();
-    session.set({u"cbEspacer"_s});
-    session.click(u"pbApply"_s);
+    session.apply({u"cbEspacer"_s});
     // The name is whole again before it is looked at.
     QCOMPARE(session.journal().mid(before),
              QStringList({u"INFO : Balise 'INDI.NAME.CONC TIN/ (l.3) concaténée dans la balise "

@@ -73,12 +73,6 @@ void ReviewSession::toggle(const QString &box) const
     QVERIFY2(!toggled.isEmpty(), qPrintable(box));
 }
 
-void ReviewSession::apply(const QStringList &settings) const
-{
-    set(settings);
-    click(u"pbApply"_s);
-}
-
 QStringList ReviewSession::takeTold()
 {
     return std::exchange(m_told, {});

@@ -52,8 +52,6 @@ public:
     void search(const QString &text) const;
     /// Clicks on a box, which must change by that.
     void toggle(const QString &box) const;
-    /// Makes the settings and runs what they choose.
-    void apply(const QStringList &settings) const;
 
     /// The status texts that have come since the last call of this.
     QStringList takeTold();

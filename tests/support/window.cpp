@@ -102,11 +102,24 @@ void Session::set(const QStringList &settings) const
     for (const QString &setting : settings) {
         const bool off = setting.startsWith(u'!');
         auto *widget = find<QWidget>(setting.section(u'=', 0, 0).mid(off ? 1 : 0));
-        const bool known = setting.contains(u'=')
-                             ? widget->setProperty("text", setting.section(u'=', 1))
-                             : widget->setProperty("checked", !off);
+        const QString value = setting.section(u'=', 1).replace(u'~', folder());
+        const bool known = setting.contains(u'=') ? widget->setProperty("text", value)
+                                                  : widget->setProperty("checked", !off);
         QVERIFY2(known, qPrintable("no such setting: " + setting));
     }
+}
+
+void Session::apply(const QStringList &settings) const
+{
+    set(settings);
+    click(u"pbApply"_s);
+}
+
+void Session::pick(const QString &button, const QString &answer) const
+{
+    const AnsweredFileDialogs dialogs(answer);
+    click(button);
+    QCOMPARE(dialogs.count(), 1);
 }
 
 void Session::open(const QString &file) const

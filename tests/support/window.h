@@ -68,8 +68,13 @@ public:
     void trigger(const QString &action) const;
     /// Clicks with the mouse on a button that must be enabled.
     void click(const QString &button) const;
-    /// "gbDelTags" checks a control, "!gbDelTags" unchecks it, "leTagsToDel=NOTE" fills one.
+    /// "gbDelTags" checks a control, "!gbDelTags" unchecks it, "leTagsToDel=NOTE" fills one; "~"
+    /// stands for the folder of the document.
     void set(const QStringList &settings) const;
+    /// Makes the settings, then presses the button that runs what the form chooses.
+    void apply(const QStringList &settings = {}) const;
+    /// Presses a button that opens a file dialog, and answers that; an empty answer cancels it.
+    void pick(const QString &button, const QString &answer) const;
 
     /// Opens \p file through the dialog; an empty path cancels it.
     void open(const QString &file) const;
