@@ -1472,10 +1472,7 @@ void TstDatefilter::rowsHiddenInTheMidst()
 
 void TstDatefilter::generatedDocuments_data()
 {
-    QTest::addColumn<uint>("seed");
-
-    for (uint seed = 1; seed <= 6; ++seed)
-        QTest::addRow("seed %u", seed) << seed;
+    addSeeds();
 }
 
 void TstDatefilter::generatedDocuments()
@@ -1483,25 +1480,9 @@ void TstDatefilter::generatedDocuments()
     QFETCH(uint, seed);
 
     QRandomGenerator random(seed);
-    QStringList lines = generatedLines(&random);
-    for (QString &line : lines)
-        line.prepend(u' ');
-    Review review(lines);
-    const QList<QStringList> columns = review.columns();
-    const QList<TwItem *> entries = review.entries();
-    PlainFilter plain(entries);
-    for (const int percentDeleted : {0, 5, 15}) {
-        for (TwItem *twi : entries) {
-            if (random.bounded(100) < percentDeleted)
-                twi->setDelete(true);
-        }
-        review.filter();
-        plain.run();
-        QCOMPARE(review.pictures(), plain.pictures());
-        QCOMPARE(review.status(), concluded(plain.count()));
-        QVERIFY2(plain.count() > 10, qPrintable(review.status())); // or chance has done little
-    }
-    QCOMPARE(review.columns(), columns);
+    Review review(allHidden(generatedLines(&random)));
+    PlainFilter plain(review.entries());
+    compareWithPlainFilter(&review, &plain, &random, concluded, 10);
     // Chance has brought about both kinds of families.
     QVERIFY(plain.links() > 0);
     QVERIFY(plain.familyCitations() > 0);

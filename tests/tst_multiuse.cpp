@@ -25,7 +25,7 @@ namespace {
 
 const QString Announced = u"Recherche des sources utilisées plusieurs fois"_s;
 
-QString concluded(int count)
+QString concluded(qsizetype count)
 {
     return u"Recherche terminée. %1 occurences dédoublées."_s.arg(count);
 }
@@ -902,10 +902,7 @@ void TstMultiuse::rowsHiddenInTheMidst()
 
 void TstMultiuse::generatedDocuments_data()
 {
-    QTest::addColumn<uint>("seed");
-
-    for (uint seed = 1; seed <= 6; ++seed)
-        QTest::addRow("seed %u", seed) << seed;
+    addSeeds();
 }
 
 void TstMultiuse::generatedDocuments()
@@ -913,25 +910,9 @@ void TstMultiuse::generatedDocuments()
     QFETCH(uint, seed);
 
     QRandomGenerator random(seed);
-    QStringList lines = generatedLines(&random);
-    for (QString &line : lines)
-        line.prepend(u' ');
-    Review review(lines);
-    const QList<QStringList> columns = review.columns();
-    const QList<TwItem *> entries = review.entries();
-    PlainFilter plain(entries);
-    for (const int percentDeleted : {0, 5, 15}) {
-        for (TwItem *twi : entries) {
-            if (random.bounded(100) < percentDeleted)
-                twi->setDelete(true);
-        }
-        review.filter();
-        plain.run();
-        QCOMPARE(review.pictures(), plain.pictures());
-        QCOMPARE(review.status(), concluded(plain.count()));
-        QVERIFY2(plain.count() > 3, qPrintable(review.status())); // or chance has done little
-    }
-    QCOMPARE(review.columns(), columns);
+    Review review(allHidden(generatedLines(&random)));
+    PlainFilter plain(review.entries());
+    compareWithPlainFilter(&review, &plain, &random, concluded, 3);
 }
 
 void TstMultiuse::checkBox()

@@ -194,6 +194,21 @@ void ReviewedDocument::hideAll()
         twi->setTwiHidden(true);
 }
 
+void addSeeds()
+{
+    QTest::addColumn<uint>("seed");
+
+    for (uint seed = 1; seed <= 6; ++seed)
+        QTest::addRow("seed %u", seed) << seed;
+}
+
+QStringList allHidden(QStringList lines)
+{
+    for (QString &line : lines)
+        line.prepend(u' ');
+    return lines;
+}
+
 QStringList topRows(const QTreeWidget &tree)
 {
     QStringList rows;

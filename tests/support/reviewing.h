@@ -5,8 +5,10 @@
 #include "window.h"
 
 #include <QList>
+#include <QRandomGenerator>
 #include <QString>
 #include <QStringList>
+#include <QTest>
 
 #include <functional>
 
@@ -100,6 +102,35 @@ public:
 private:
     QList<TwItem *> m_entries;
 };
+
+/// The column "seed" with a row for each generated document.
+void addSeeds();
+
+/// The pictures of \p lines when all are hidden.
+QStringList allHidden(QStringList lines);
+
+/// Runs a filter over \p review, and the same put down plainly as \p plain, while more and more
+/// entries are deleted, and compares what they leave. \p concluded makes the status text of a
+/// count, which must each time be more than \p least, or chance has done little.
+template <typename Review, typename PlainFilter>
+void compareWithPlainFilter(Review *review, PlainFilter *plain, QRandomGenerator *random,
+                            QString (*concluded)(qsizetype), qsizetype least)
+{
+    const QList<QStringList> columns = review->columns();
+    for (const int percentDeleted : {0, 5, 15}) {
+        const QList<TwItem *> entries = review->entries();
+        for (TwItem *twi : entries) {
+            if (random->bounded(100) < percentDeleted)
+                twi->setDelete(true);
+        }
+        review->filter();
+        plain->run();
+        QCOMPARE(review->pictures(), plain->pictures());
+        QCOMPARE(review->status(), concluded(plain->count()));
+        QVERIFY2(plain->count() > least, qPrintable(review->status()));
+    }
+    QCOMPARE(review->columns(), columns);
+}
 
 /// The labels and counts of the section nodes, and the beginnings of what else is at the top of the
 /// tree; behind "hidden: " if the row is.
