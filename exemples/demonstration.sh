@@ -16,7 +16,8 @@ program=$folder/programme/$(basename "$1")
 cp -r "$samples"/{famille.ged,correspondance.csv,medias} "$folder/"
 cd "$folder"
 
-server= window_program=
+server=''
+window_program=''
 stop()
 {
     [ -z "$window_program" ] || kill "$window_program" 2>/dev/null || true
@@ -81,8 +82,9 @@ import -window root "$folder/2-journal.png"
 journal=$(printf '%s\n' "$folder"/ARCH/*/journal.*.famille.ged | tail -n 1)
 archive=${journal/journal./}
 
+files_in() { find "$1" -type f | wc -l; }
 echo "The rewritten file:  $folder/famille.ged ($(wc -l <"$folder/famille.ged") lines, $(wc -l <"$samples/famille.ged") before)"
 echo "The last save replaced: $archive"
 echo "The journal:         $journal ($(wc -l <"$journal") lines)"
-echo "The media kept:      $folder/medias_a_garder ($(ls "$folder/medias_a_garder" | wc -l) of $(ls "$samples/medias" | wc -l) files)"
+echo "The media kept:      $folder/medias_a_garder ($(files_in "$folder/medias_a_garder") of $(files_in "$samples/medias") files)"
 echo "Screenshots:         $folder/1-ouvert.png 2-journal.png"

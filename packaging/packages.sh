@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by the commands of this project: need_packages installs what is missing of the Debian
 # packages that it is given, as root or with sudo, and asks nothing where nothing is missing.
 
@@ -24,7 +25,10 @@ need_packages()
         apt-get install -y -q --no-install-recommends "${missing[@]}"
 }
 
-BUILD_PACKAGES=(g++ cmake ninja-build qt6-base-dev qt6-translations-l10n)
-TEST_PACKAGES=(clang-format)
-DEMO_PACKAGES=(xvfb xdotool imagemagick)
-BENCH_PACKAGES=(libbenchmark-dev)
+# shellcheck disable=SC2034 # for the commands that source this file
+{
+    BUILD_PACKAGES=(g++ cmake ninja-build qt6-base-dev qt6-translations-l10n)
+    TEST_PACKAGES=(clang-format clang-tidy shellcheck desktop-file-utils appstream)
+    DEMO_PACKAGES=(xvfb xdotool imagemagick)
+    BENCH_PACKAGES=(libbenchmark-dev)
+}
