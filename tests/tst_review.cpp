@@ -15,51 +15,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The records stand in the order of their sections, so that the rows of the tree are in that of the
-// file.
-const QStringList Family{
-    u"0 HEAD"_s, // 1
-    u"1 CHAR UTF-8"_s,
-    u"0 @I1@ INDI"_s, // 3
-    u"1 NAME Jean /MARTIN/"_s,
-    u"1 SEX M"_s,
-    u"1 BIRT"_s, // 6
-    u"2 DATE 12 MAR 1805"_s,
-    u"2 PLAC Lyon"_s,
-    u"2 SOUR @S1@"_s, // 9
-    u"3 PAGE 12"_s,
-    u"1 DEAT"_s, // 11
-    u"2 DATE 3 JUN 1870"_s,
-    u"2 SOUR @S2@"_s,
-    u"1 FAMS @F1@"_s, // 14
-    u"0 @I2@ INDI"_s, // 15
-    u"1 NAME Anne /DUPONT/"_s,
-    u"1 BIRT"_s, // 17
-    u"2 DATE 12 MAR 1805"_s,
-    u"2 SOUR @S1@"_s,
-    u"1 OCCU chez Martin"_s, // 20
-    u"0 @I3@ INDI"_s, // 21
-    u"1 NAME Luc /PETIT/"_s,
-    u"1 BIRT"_s, // 23
-    u"2 DATE 4 MAY 1870"_s,
-    u"2 SOUR @S2@"_s,
-    u"0 @F1@ FAM"_s, // 26
-    u"1 HUSB @I1@"_s,
-    u"1 MARR"_s, // 28
-    u"2 DATE 5 SEP 1830"_s,
-    u"2 SOUR @S3@"_s,
-    u"0 @S1@ SOUR"_s, // 31
-    u"1 TITL Registre"_s,
-    u"1 DATE 1840"_s,
-    u"0 @S2@ SOUR"_s, // 34
-    u"1 DATE 1870"_s,
-    u"0 @S3@ SOUR"_s, // 36
-    u"1 DATE 1831"_s,
-    u"1 NOTE de Martin"_s,
-};
-
-// What each tool shows of it: the search "martin", the births with the marriage in the husband's
-// record, and the two persons that were born on one day.
+// What each tool shows of the family: the search "martin", the births with the marriage in the
+// husband's record, and the two persons that were born on one day.
 const QString Found = u"3 4 15 20 36 38"_s;
 const QString Unequal = u"3 4 6 7 8 9 14 15 16 17 18 19"_s;
 const QString Twice = u"3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20"_s;

@@ -27,6 +27,49 @@ inline const QString MultiUse = QStringLiteral("cbSourceMultiUse");
 /// What the status bar says at any edit of the search field.
 inline const QString Hint = QStringLiteral("Valider la recherche par la touche entrée");
 
+/// The lines of a file. The records stand in the order of their sections, so that the rows of the
+/// tree are in the order of the file.
+inline const QStringList Family{
+    QStringLiteral("0 HEAD"), // 1
+    QStringLiteral("1 CHAR UTF-8"),
+    QStringLiteral("0 @I1@ INDI"), // 3
+    QStringLiteral("1 NAME Jean /MARTIN/"),
+    QStringLiteral("1 SEX M"),
+    QStringLiteral("1 BIRT"), // 6
+    QStringLiteral("2 DATE 12 MAR 1805"),
+    QStringLiteral("2 PLAC Lyon"),
+    QStringLiteral("2 SOUR @S1@"), // 9
+    QStringLiteral("3 PAGE 12"),
+    QStringLiteral("1 DEAT"), // 11
+    QStringLiteral("2 DATE 3 JUN 1870"),
+    QStringLiteral("2 SOUR @S2@"),
+    QStringLiteral("1 FAMS @F1@"), // 14
+    QStringLiteral("0 @I2@ INDI"), // 15
+    QStringLiteral("1 NAME Anne /DUPONT/"),
+    QStringLiteral("1 BIRT"), // 17
+    QStringLiteral("2 DATE 12 MAR 1805"),
+    QStringLiteral("2 SOUR @S1@"),
+    QStringLiteral("1 OCCU chez Martin"), // 20
+    QStringLiteral("0 @I3@ INDI"), // 21
+    QStringLiteral("1 NAME Luc /PETIT/"),
+    QStringLiteral("1 BIRT"), // 23
+    QStringLiteral("2 DATE 4 MAY 1870"),
+    QStringLiteral("2 SOUR @S2@"),
+    QStringLiteral("0 @F1@ FAM"), // 26
+    QStringLiteral("1 HUSB @I1@"),
+    QStringLiteral("1 MARR"), // 28
+    QStringLiteral("2 DATE 5 SEP 1830"),
+    QStringLiteral("2 SOUR @S3@"),
+    QStringLiteral("0 @S1@ SOUR"), // 31
+    QStringLiteral("1 TITL Registre"),
+    QStringLiteral("1 DATE 1840"),
+    QStringLiteral("0 @S2@ SOUR"), // 34
+    QStringLiteral("1 DATE 1870"),
+    QStringLiteral("0 @S3@ SOUR"), // 36
+    QStringLiteral("1 DATE 1831"),
+    QStringLiteral("1 NOTE de Martin"),
+};
+
 inline constexpr int SectionNodes = 7; // the first rows at the top of the tree
 
 /// For marked(), all lines.
@@ -60,6 +103,8 @@ public:
 
     /// All rows of the tree but the section nodes, the hidden ones too.
     [[nodiscard]] QList<TwItem *> entries() const;
+    /// The first of them with this line text.
+    [[nodiscard]] TwItem *entry(const QString &line) const;
     /// Each of them as marked() has it, with its own state, whatever that of those above it.
     [[nodiscard]] QStringList rows() const;
     /// Their pictures.
