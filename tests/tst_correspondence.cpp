@@ -1816,11 +1816,11 @@ void TstCorrespondence::formArguments()
     QCOMPARE(listing(form.path(u"garde"_s)), copied);
     QStringList lines = Family;
     if (settings.contains(u"cbUrlInSour"_s))
-        lines.insert(7, u"1 WWW http://a.fr/1"_s);
+        lines = insertedBehind(lines, u"1 OBJE @O1@"_s, u"1 WWW http://a.fr/1"_s);
     if (settings.contains(u"cbUrlInEvt"_s))
-        lines.insert(5, u"2 NOTE Source : http://a.fr/1"_s);
+        lines = insertedBehind(lines, u"2 SOUR @S1@"_s, u"2 NOTE Source : http://a.fr/1"_s);
     if (journal.contains(u"INFO : Sppression de 1 enregistrements OBJE"_s)) {
-        for (const QString &line : {Family.at(6), Family.at(7), Family.at(8)})
+        for (const QString &line : {u"1 OBJE @O1@"_s, u"0 @O1@ OBJE"_s, u"1 FILE media/a.jpg"_s})
             lines.removeOne(line);
     }
     QCOMPARE(form.saved(), lines + QStringList{u"0 TRLR"_s});
@@ -1860,7 +1860,8 @@ void TstCorrespondence::formSeparator()
     QCOMPARE(form.runJournal(),
              QStringList({loading(form.csv()), counted(1), linked(u"a.jpg"_s, address, u"9"_s)})
                  + linkSum(1));
-    QCOMPARE(form.saved().at(7), "1 WWW "_L1 + address);
+    QCOMPARE(form.saved(), insertedBehind(Family, u"1 OBJE @O1@"_s, "1 WWW "_L1 + address)
+                               + QStringList{u"0 TRLR"_s});
 }
 
 void TstCorrespondence::formFolders()
@@ -2061,10 +2062,9 @@ void TstCorrespondence::laterImport()
                               + added + u" référençant la source @S1@ (l.6)"_s,
                           (isLinkNote ? u"INFO : Ajout de 1 balises INDI.BIRT.NOTE.CONT"_s
                                       : u"INFO : Ajout de 1 balises INDI.BIRT.NOTE"_s)}));
-    QStringList lines = Family + QStringList{u"0 TRLR"_s};
-    lines.insert(5, "2 NOTE Source : "_L1 + note);
-    lines.insert(6, added);
-    QCOMPARE(form.saved(), lines);
+    const QString first = "2 NOTE Source : "_L1 + note;
+    const QStringList lines = insertedBehind(Family, u"2 SOUR @S1@"_s, first);
+    QCOMPARE(form.saved(), insertedBehind(lines, first, added) + QStringList{u"0 TRLR"_s});
 }
 
 VARLUNE_TEST_MAIN(TstCorrespondence)

@@ -480,7 +480,7 @@ void TstLoader::twoDigitLevels()
     Document doc;
     QVERIFY(doc.load(lines));
     QStringList parents;
-    const QList<TwItem *> tabTwi = doc.gedcom.getTabTwItemsRoot().at(0)->getTabTwiChilds(false);
+    const QList<TwItem *> tabTwi = doc.entry(lines.constFirst())->getTabTwiChilds(false);
     for (TwItem *twi : tabTwi)
         parents += twi->getParent()->getNumLineGedFile();
     QCOMPARE(parents, expectedParents);
@@ -588,7 +588,7 @@ void TstLoader::recordKinds()
     QCOMPARE(doc.journal(), journal);
 
     QCOMPARE(lineNumbers(doc.gedcom.getTabTwItemsRoot()), QStringList({u"1"_s, u"3"_s}));
-    TwItem *root = doc.gedcom.getTabTwItemsRoot().at(1);
+    TwItem *root = doc.gedcom.getTabTwItemsRoot().constLast();
     QCOMPARE(root->parent() ? root->parent()->text(0) : QString(), section);
     QCOMPARE(doc.tree.indexOfTopLevelItem(root), unknown ? SectionCount : -1);
     QCOMPARE(root->treeWidget(), offScreen ? nullptr : &doc.tree);
@@ -722,12 +722,18 @@ void TstLoader::manyLinesOfOneLevel()
 
     Document doc;
     QVERIFY(doc.load(lines));
-    TwItem *root = doc.gedcom.getTabTwItemsRoot().at(0);
+    TwItem *root = doc.entry(u"0 @I1@ INDI"_s);
+    TwItem *note = doc.entry(u"1 NOTE a"_s);
+    TwItem *sex = doc.entry(u"1 SEX M"_s);
+    TwItem *source = doc.entry(u"2 SOUR c"_s);
     QCOMPARE(root->childCount(), 2);
-    QCOMPARE(root->child(0)->childCount(), Count);
-    QCOMPARE(root->child(1)->childCount(), 1);
+    QCOMPARE(root->child(0), note);
+    QCOMPARE(root->child(1), sex);
+    QCOMPARE(note->childCount(), Count);
+    QCOMPARE(sex->childCount(), 1);
     QCOMPARE(root->getTabTwiChilds(false).size(), Count + 3);
-    QCOMPARE(asTwItem(root->child(1)->child(0))->getNumLineGedFile(), u"200004"_s);
+    QCOMPARE(source->parent(), sex);
+    QCOMPARE(source->getNumLineGedFile(), u"200004"_s);
     QVERIFY(doc.lines() == lines);
 }
 
@@ -940,8 +946,8 @@ void TstLoader::loadAfterRefusal()
     doc.newJournal();
 
     // As long as there is a record, the labels and icons are not set again.
-    doc.tree.topLevelItem(0)->setText(0, u"autre"_s);
-    doc.tree.topLevelItem(1)->setIcon(0, QIcon());
+    sectionNode(doc.tree, u"en-tête"_s)->setText(0, u"autre"_s);
+    sectionNode(doc.tree, u"personnes"_s)->setIcon(0, QIcon());
     QVERIFY(doc.load({u"0 HEAD"_s, u"1 CHAR f"_s, u"0 @F1@ FAM"_s, u"1 MARR"_s}));
     QCOMPARE(m_boxes->texts(), QStringList{u"Entrée non reconnue :\r\n0 @I1@ INDI\r\nx\r\ny"_s});
     QCOMPARE(doc.newJournal(), QStringList({startOfLoad(doc), endOfLoad(5)}));
@@ -953,7 +959,7 @@ void TstLoader::loadAfterRefusal()
                      u"    1|CHAR|f l.11"_s, u"familles"_s, u"  0|@F1@|FAM l.12"_s,
                      u"    1|MARR| l.13"_s, u"notes"_s, u"  0|@N1@|NOTE b l.3"_s,
                      u"    1|CONT|c l.4"_s, u"0|@A1@|SUBN l.5"_s, u"  1|FAMF|d l.6"_s}));
-    QVERIFY(doc.tree.topLevelItem(1)->icon(0).isNull());
+    QVERIFY(sectionNode(doc.tree, u"personnes"_s)->icon(0).isNull());
     QCOMPARE(topLevelTexts(doc.tree, 1),
              QStringList({u"2"_s, u"0"_s, u"1"_s, u"0"_s, u"0"_s, u"0"_s, u"1"_s, u"@A1@"_s}));
     QCOMPARE(hiddenTopLevelLabels(doc.tree), QStringList());
@@ -964,12 +970,12 @@ void TstLoader::loadAfterRefusalOfFirstRecord()
 {
     Document doc;
     QVERIFY(!doc.load({u"0 HEAD"_s, u"x"_s, u"0 @I1@ INDI"_s, u"1 SEX M"_s}));
-    doc.tree.topLevelItem(0)->setText(0, u"autre"_s);
-    doc.tree.topLevelItem(1)->setIcon(0, QIcon());
+    sectionNode(doc.tree, u"en-tête"_s)->setText(0, u"autre"_s);
+    sectionNode(doc.tree, u"personnes"_s)->setIcon(0, QIcon());
 
     QVERIFY(doc.load({u"0 HEAD"_s, u"1 CHAR a"_s}));
     QCOMPARE(topLevelTexts(doc.tree, 0), sectionLabels());
-    QVERIFY(!doc.tree.topLevelItem(1)->icon(0).isNull());
+    QVERIFY(!sectionNode(doc.tree, u"personnes"_s)->icon(0).isNull());
     QCOMPARE(outline(doc.tree),
              QStringList({u"en-tête"_s, u"  0|HEAD| l.2"_s, u"    1|CHAR|a l.3"_s}));
     QCOMPARE(hiddenTopLevelLabels(doc.tree), QStringList{u"notes"_s});
@@ -1105,9 +1111,10 @@ void TstLoader::eventsSeeTheRecordsReadSoFar()
     QStringList seen;
     const auto look = [&] {
         QCOMPARE(doc.gedcom.getPathGedFile(), doc.path());
+        const TwItem *persons = sectionNode(doc.tree, u"personnes"_s);
         seen += u"%1 roots, %2 rows, %3"_s.arg(doc.gedcom.getTabTwItemsRoot().size())
-                    .arg(doc.tree.topLevelItem(1)->childCount())
-                    .arg(doc.tree.topLevelItem(1)->text(1).isEmpty() ? u"no count"_s : u"count"_s);
+                    .arg(persons->childCount())
+                    .arg(persons->text(1).isEmpty() ? u"no count"_s : u"count"_s);
     };
     // The hundredth line begins the thirty-fourth record.
     connect(&doc.progress, &QProgressBar::valueChanged, this,

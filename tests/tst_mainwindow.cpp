@@ -793,7 +793,7 @@ void TstMainWindow::refusedFileThenGoodOne()
     QVERIFY(!session.isEnabled(u"actionEnregistrerFichier"_s));
     QVERIFY(session.isEnabled(u"actionOuvrir"_s));
     // The record before the refused one stays.
-    QCOMPARE(session.tree()->topLevelItem(0)->childCount(), 1);
+    QCOMPARE(sectionNode(*session.tree(), u"en-tête"_s)->childCount(), 1);
 
     session.load(Person);
     QCOMPARE(session.journal(), journal + journalOfPerson(session.path()));
@@ -803,7 +803,7 @@ void TstMainWindow::refusedFileThenGoodOne()
     QVERIFY(session.isEnabled(u"actionEnregistrerFichier"_s));
     QVERIFY(!session.isEnabled(u"actionOuvrir"_s));
     QCOMPARE(session.tree()->topLevelItemCount(), 7);
-    QCOMPARE(session.tree()->topLevelItem(0)->childCount(), 2);
+    QCOMPARE(sectionNode(*session.tree(), u"en-tête"_s)->childCount(), 2);
     QCOMPARE(boxes.texts().size(), 1);
 }
 

@@ -1617,7 +1617,7 @@ void TstMedialinks::rowsStayAsTheyWere()
         doc.entry(u"0 @I%1@ INDI"_s.arg(i))->setExpanded(false);
     for (const int i : {2, 8})
         doc.entry(u"0 @O%1@ OBJE"_s.arg(i))->setExpanded(false);
-    doc.tree.topLevelItem(0)->setExpanded(false);
+    sectionNode(doc.tree, u"en-tête"_s)->setExpanded(false);
     const QStringList hidden{u"0 @I5@ INDI"_s,  u"2 SOUR @S7@"_s,  u"0 @O9@ OBJE"_s,
                              u"1 OBJE @O11@"_s, u"0 @S13@ SOUR"_s, u"3 CONC s://z.fr/9"_s};
     for (const QString &line : hidden)

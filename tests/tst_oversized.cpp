@@ -399,10 +399,9 @@ void TstOversized::deletedEntriesAreNotCut()
     Document doc;
     QVERIFY(doc.load({u"0 @I1@ INDI"_s, "1 NOTE "_L1 + value, u"0 @I2@ INDI"_s,
                       "1 TEXT "_L1 + value, "2 PAGE "_L1 + value, "1 EVEN "_L1 + value}));
-    const QList<TwItem *> roots = doc.gedcom.getTabTwItemsRoot();
     TwItem *note = doc.entry("1 NOTE "_L1 + value);
     TwItem *text = doc.entry("1 TEXT "_L1 + value);
-    roots.first()->setDelete(true); // its note stays live, and is out of reach
+    doc.entry(u"0 @I1@ INDI"_s)->setDelete(true); // its note stays live, and is out of reach
     text->setDelete(true); // its page stays live, and is cut
 
     Told told(&doc);
@@ -475,7 +474,7 @@ void TstOversized::hiddenRowsStayHidden()
     for (Document *doc : {&plain, &hidden}) {
         QVERIFY(doc->load(lines));
         QCOMPARE(doc->gedcom.unConc(), 9);
-        QVERIFY(doc->gedcom.getTabTwItemsRoot().at(3)->setDelete(true));
+        QVERIFY(doc->entry(u"0 @I4@ INDI"_s)->setDelete(true));
         QVERIFY(doc->entry(u"2 DATE 1900"_s)->setDelete(true));
     }
     const QList<TwItem *> tabTwi = hidden.gedcom.getTabTotalTwItems();
@@ -552,18 +551,25 @@ void TstOversized::viewStaysAsItWas()
     }
     Document doc;
     QVERIFY(doc.load(lines));
-    const QList<TwItem *> roots = doc.gedcom.getTabTwItemsRoot();
+    const auto root = [&doc](int person) { return doc.entry(u"0 @I%1@ INDI"_s.arg(person)); };
+    const auto lineOf = [&root](int person, const QString &tag) -> TwItem * {
+        const QList<TwItem *> tabTwi = root(person)->getTabTwiChilds(false);
+        const auto found = std::find_if(tabTwi.begin(), tabTwi.end(),
+                                        [&tag](TwItem *twi) { return twi->getTag() == tag; });
+        return *found;
+    };
+    TwItem *persons = sectionNode(doc.tree, u"personnes"_s);
     doc.tree.resize(300, 200);
     doc.tree.show();
-    roots.first()->parent()->setExpanded(true);
-    for (int i = 0; i < 40; i += 2)
-        roots.at(i)->setExpanded(true);
-    roots.at(4)->child(1)->setExpanded(true); // in its note a row is added
-    roots.at(6)->setTwiHidden(true);
-    QTreeWidgetItem *current = roots.at(20)->child(0);
+    persons->setExpanded(true);
+    for (int person = 1; person <= 40; person += 2)
+        root(person)->setExpanded(true);
+    lineOf(5, u"NOTE"_s)->setExpanded(true); // a row is added in it
+    root(7)->setTwiHidden(true);
+    QTreeWidgetItem *current = lineOf(21, u"BIRT"_s);
     doc.tree.setCurrentItem(current, 1);
     current->setSelected(selected);
-    roots.at(20)->setExpanded(!folded);
+    root(21)->setExpanded(!folded);
     current->setHidden(hidden);
     doc.tree.doItemsLayout();
     doc.tree.verticalScrollBar()->setValue(30);
@@ -600,8 +606,8 @@ void TstOversized::viewStaysAsItWas()
     QVERIFY(doc.tree.hasAutoScroll());
     // Rows and sections stand in their order.
     QCOMPARE(doc.tree.topLevelItemCount(), 7);
-    QCOMPARE(doc.tree.topLevelItem(1), roots.first()->parent());
-    QCOMPARE(roots.first()->parent()->indexOfChild(roots.at(39)), 39);
+    QCOMPARE(doc.tree.indexOfTopLevelItem(persons), 1);
+    QCOMPARE(persons->indexOfChild(root(40)), 39);
 }
 
 void TstOversized::newRowsStandInTheTree()
@@ -628,7 +634,7 @@ void TstOversized::newRowsStandInTheTree()
     for (const TwItem *twi : tabTwi)
         listed += lineText(twi);
     QCOMPARE(listed, noteLines);
-    QCOMPARE(childLines(doc.gedcom.getTabTwItemsRoot().at(1)),
+    QCOMPARE(childLines(doc.entry("0 @N1@ NOTE "_L1 + value.left(243))),
              (QStringList{"1 CONC "_L1 + value.mid(243), u"1 CONT b"_s}));
 }
 

@@ -68,18 +68,11 @@ public:
     /// Clicks on the row of that line, or on the section node of that name.
     void select(const QString &line) const
     {
-        QTreeWidget *rows = tree();
-        for (QTreeWidgetItemIterator it(rows); *it; ++it) {
-            const auto *twi = static_cast<TwItem *>(*it);
-            if (lineText(twi) != line && twi->text(0) != line)
-                continue;
-            rows->scrollToItem(*it);
-            QTest::mouseClick(rows->viewport(), Qt::LeftButton, {},
-                              rows->visualItemRect(*it).center());
-            QCOMPARE(rows->currentItem(), *it);
-            return;
-        }
-        QFAIL(qPrintable("no row " + line));
+        QTreeWidgetItem *twi = line.contains(u' ') ? row(line) : sectionNode(*tree(), line);
+        tree()->scrollToItem(twi);
+        QTest::mouseClick(tree()->viewport(), Qt::LeftButton, {},
+                          tree()->visualItemRect(twi).center());
+        QCOMPARE(tree()->currentItem(), twi);
     }
     void clickBox(const QString &checkBox) const
     {

@@ -1025,7 +1025,10 @@ void TstReplacement::unreadableEntriesAreCut()
     for (const Arguments &arguments : std::as_const(replacements))
         replaceIn(document, arguments);
     const auto tails = [&roots] {
-        return valuesBelow(roots.at(0)).count(u'z') + valuesBelow(roots.at(1)).count(u'z');
+        qsizetype count = 0;
+        for (const TwItem *root : roots)
+            count += valuesBelow(root).count(u'z');
+        return count;
     };
     const auto before = tails();
 

@@ -382,8 +382,7 @@ void TstReview::aRunKeepsTheView()
     const QString deleted = u"8 38"_s; // one that some view shows, and one that another shows
     form.apply({u"gbDelTags"_s, u"leTagsToDel=PLAC;NOTE"_s, u"gbReplaceString"_s,
                 u"leTextOri=1840"_s, u"leTextDest=1805"_s});
-    QStringList lines = Family;
-    lines.replace(32, u"1 DATE 1805"_s);
+    const QStringList lines = replaced(Family, u"1 DATE 1840"_s, u"1 DATE 1805"_s);
     if (shown != Everything)
         shown = without(shown, deleted);
     QCOMPARE(form.rows(), marked(lines, shown, deleted));
@@ -605,8 +604,7 @@ void TstReview::severalRuns()
     QCOMPARE(form.rows(), marked(Family, without(Twice, u"10"_s)));
     form.toggle(DateDiff);
     form.apply({u"gbReplaceString"_s, u"leTextOri=1840"_s, u"leTextDest=1805"_s});
-    QStringList lines = Family;
-    lines.replace(32, u"1 DATE 1805"_s);
+    const QStringList lines = replaced(Family, u"1 DATE 1840"_s, u"1 DATE 1805"_s);
     QCOMPARE(form.rows(), marked(lines, Unequal));
 
     form.toggle(DateDiff);
@@ -639,7 +637,7 @@ void TstReview::belowADeletedLine()
                       u"2 CONC oupé"_s, u"3 DATE 1900"_s};
     const Form form(lines);
     form.apply({}); // which folds the continuation, and deletes it with that
-    lines.replace(3, u"1 NOTE un texte coupé"_s);
+    lines = replaced(lines, u"1 NOTE un texte c"_s, u"1 NOTE un texte coupé"_s);
     for (const QString &box : {DateDiff, MultiUse}) {
         form.toggle(box);
         QCOMPARE(form.rows(), marked(lines, Nothing));
@@ -651,8 +649,7 @@ void TstReview::belowADeletedLine()
 void TstReview::rowsOfACut()
 {
     const QString x = u"x"_s;
-    QStringList lines = Family;
-    lines.replace(7, "2 PLAC "_L1 + x.repeated(300));
+    QStringList lines = replaced(Family, u"2 PLAC Lyon"_s, "2 PLAC "_L1 + x.repeated(300));
     Form form(lines);
     form.toggle(DateDiff);
     form.toggle(MultiUse);
@@ -661,8 +658,9 @@ void TstReview::rowsOfACut()
     form.trigger(u"actionEnregistrerFichier"_s);
 
     // The save has taken all rows out of the tree for its new one, which is the ninth line now.
-    lines.replace(7, "2 PLAC "_L1 + x.repeated(248));
-    lines.insert(8, "3 CONC "_L1 + x.repeated(52));
+    const QString cut = "2 PLAC "_L1 + x.repeated(248);
+    lines = replaced(lines, "2 PLAC "_L1 + x.repeated(300), cut);
+    lines = insertedBehind(lines, cut, "3 CONC "_L1 + x.repeated(52));
     const QString unequal = u"3 4 6 7 8 10 15 16 17 18 19 20"_s;
     QCOMPARE(form.rows(), marked(lines, u"3 4 6 7 8 9 10 15 16 17 18 19 20"_s));
     QCOMPARE(form.red(), BothRed);

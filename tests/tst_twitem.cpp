@@ -367,7 +367,7 @@ void TstTwItem::sectionNodes()
 {
     Document document;
     QVERIFY(document.load(family()));
-    auto *section = static_cast<TwItem *>(document.tree.topLevelItem(1));
+    TwItem *section = sectionNode(document.tree, u"personnes"_s);
 
     QCOMPARE(section->getTwiValuesList(), (QStringList{u"personnes"_s, u"1"_s}));
     QVERIFY(!section->isRoot());

@@ -544,7 +544,7 @@ void TstUnconc::layoutGoesOnBehindADialog()
     doc.tree.show();
     QVERIFY(QTest::qWaitForWindowExposed(&doc.tree));
     const QScrollBar *scrollBar = doc.tree.verticalScrollBar();
-    TwItem *note = doc.gedcom.getTabTotalTwItems().at(1);
+    TwItem *note = doc.entry(u"1 NOTE a"_s);
     // The scroll bar learns of a hidden row from the layout.
     const auto laidOut = [&](bool hide) -> bool {
         QCoreApplication::processEvents(); // what was due before

@@ -945,7 +945,7 @@ void TstWriter::fullDisk()
     Document doc;
     QVERIFY(doc.load(lines));
     const QByteArray former = readBytes(doc.path());
-    const QList<TwItem *> tabTwi = doc.gedcom.getTabTwItemsRoot().at(0)->getTabTwiChilds(true);
+    const QList<TwItem *> tabTwi = doc.entry(u"0 @I1@ INDI"_s)->getTabTwiChilds(true);
     for (TwItem *twi : tabTwi)
         twi->setText(2, QString(200, u'b'));
     const QByteArray whole = gedBytes(doc.lines());
@@ -976,7 +976,7 @@ void TstWriter::numbersWhateverTheLocale()
     QVERIFY(
         doc.load(QStringList{u"0 @I1@ INDI"_s, u"1 NOTE a"_s} + QStringList(1'100, u"2 CONC b"_s)));
     QCOMPARE(doc.newJournal().constLast(), u"INFO : Chargement de 1103 lignes terminé."_s);
-    QCOMPARE(doc.tree.topLevelItem(1)->text(1), u"1"_s);
+    QCOMPARE(sectionNode(doc.tree, u"personnes"_s)->text(1), u"1"_s);
     TwItem *last = doc.gedcom.getTabTotalTwItems().constLast();
     QCOMPARE(last->toolTip(0), u"ligne 1102"_s);
     QCOMPARE(doc.gedcom.unConc(), 1'100);

@@ -9,6 +9,18 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+qsizetype positionOf(const QStringList &lines, const QString &line)
+{
+    const qsizetype position = lines.indexOf(line);
+    if (position == -1)
+        qFatal("no line %s", qPrintable(line));
+    return position;
+}
+
+} // namespace
+
 QStringList journalWithoutTimes(const QString &journal)
 {
     static const QRegularExpression time(uR"(^\d\d:\d\d:\d\d\.\d\d\d - )"_s);
@@ -46,6 +58,27 @@ QStringList readLines(const QString &path)
     if (lines.constLast().isEmpty())
         lines.removeLast();
     return lines;
+}
+
+QStringList replaced(QStringList lines, const QString &line, const QString &other)
+{
+    lines.replace(positionOf(lines, line), other);
+    return lines;
+}
+
+QStringList insertedBehind(QStringList lines, const QString &line, const QString &added)
+{
+    lines.insert(positionOf(lines, line) + 1, added);
+    return lines;
+}
+
+TwItem *sectionNode(const QTreeWidget &tree, const QString &label)
+{
+    for (int i = 0; i < tree.topLevelItemCount(); ++i) {
+        if (tree.topLevelItem(i)->text(0) == label)
+            return static_cast<TwItem *>(tree.topLevelItem(i));
+    }
+    qFatal("the tree has no section %s", qPrintable(label));
 }
 
 Document::Document()

@@ -26,6 +26,15 @@ QByteArray readBytes(const QString &path);
 /// The lines of a UTF-8 file; the text behind the last line feed, if any, is the last of them.
 QStringList readLines(const QString &path);
 
+/// \p lines with \p other in the place of the first that reads \p line, which must be there.
+QStringList replaced(QStringList lines, const QString &line, const QString &other);
+
+/// \p lines with \p added behind the first that reads \p line, which must be there.
+QStringList insertedBehind(QStringList lines, const QString &line, const QString &added);
+
+/// The row of the tree that is the section of this label, which must be there.
+TwItem *sectionNode(const QTreeWidget &tree, const QString &label);
+
 /// A document with the three widgets that it borrows, in a temporary folder of its own.
 class Document
 {

@@ -88,16 +88,6 @@ QList<TwItem *> ReviewSession::entries() const
     return entries;
 }
 
-TwItem *ReviewSession::entry(const QString &line) const
-{
-    const QList<TwItem *> tabTwi = entries();
-    for (TwItem *twi : tabTwi) {
-        if (lineText(twi) == line)
-            return twi;
-    }
-    qFatal("no row %s", qPrintable(line));
-}
-
 QStringList ReviewSession::rows() const
 {
     QStringList rows;

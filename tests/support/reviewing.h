@@ -103,8 +103,6 @@ public:
 
     /// All rows of the tree but the section nodes, the hidden ones too.
     [[nodiscard]] QList<TwItem *> entries() const;
-    /// The first of them with this line text.
-    [[nodiscard]] TwItem *entry(const QString &line) const;
     /// Each of them as marked() has it, with its own state, whatever that of those above it.
     [[nodiscard]] QStringList rows() const;
     /// Their pictures.

@@ -17,6 +17,7 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 
 using namespace Qt::StringLiterals;
 
@@ -63,6 +64,16 @@ QProgressBar *Session::progress() const
 QTreeWidget *Session::tree() const
 {
     return find<QTreeWidget>(u"treeWidget"_s);
+}
+
+TwItem *Session::row(const QString &line) const
+{
+    for (QTreeWidgetItemIterator it(tree()); *it; ++it) {
+        auto *twi = static_cast<TwItem *>(*it);
+        if (lineText(twi) == line)
+            return twi;
+    }
+    qFatal("no row %s", qPrintable(line));
 }
 
 QString Session::status() const

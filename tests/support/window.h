@@ -14,6 +14,7 @@ class FenJournal;
 class QAbstractButton;
 class QProgressBar;
 class QTreeWidget;
+class TwItem;
 
 /// The path of a file that lies beside the executable.
 QString besideExecutable(const QString &name);
@@ -49,6 +50,8 @@ public:
     }
     [[nodiscard]] QProgressBar *progress() const;
     [[nodiscard]] QTreeWidget *tree() const;
+    /// The first row of the tree that reads \p line, which must be there.
+    [[nodiscard]] TwItem *row(const QString &line) const;
     [[nodiscard]] QString status() const;
     /// Whether the user can reach the widget or the action.
     [[nodiscard]] bool isEnabled(const QString &control) const;
