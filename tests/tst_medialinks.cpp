@@ -273,6 +273,31 @@ QStringList filesIn(const QString &folder)
     return files;
 }
 
+void addLinkColumns()
+{
+    QTest::addColumn<QString>("flags");
+    QTest::addColumn<QStringList>("csv");
+    QTest::addColumn<QStringList>("changes");
+    QTest::addColumn<QStringList>("journal");
+}
+
+void linkRow(const QString &name, const QString &flags, const QStringList &csv,
+             const QString &changes, const QString &journal)
+{
+    QTest::newRow(qPrintable(name)) << flags << csv << linesOf(changes) << linesOf(journal);
+}
+
+void addNoteColumns()
+{
+    QTest::addColumn<QStringList>("event");
+    QTest::addColumn<QString>("parent"); // of the new line
+}
+
+void noteRow(const QString &name, const QString &parent, const QString &event)
+{
+    QTest::newRow(qPrintable(name)) << linesOf(event) << parent;
+}
+
 } // namespace
 
 class TstMedialinks : public QObject
@@ -284,8 +309,22 @@ private slots:
 
     void links_data();
     void links();
+    void linksInEvents_data();
+    void linksInEvents();
+    void deletionNeedsALink_data();
+    void deletionNeedsALink();
+    void deletedEntries_data();
+    void deletedEntries();
+    void placeOfTheAddress_data();
+    void placeOfTheAddress();
+    void textOfTheAddress_data();
+    void textOfTheAddress();
     void linkNotes_data();
     void linkNotes();
+    void placeInALinkNote_data();
+    void placeInALinkNote();
+    void severalLinkNotes_data();
+    void severalLinkNotes();
     void flags_data();
     void flags();
     void newEntries();
@@ -305,6 +344,11 @@ private slots:
     void textsAreTranslated();
 
 private:
+    /// Imports what a linkRow() says, and compares.
+    void compareLinks();
+    /// Imports one link into the event of a noteRow(), and compares.
+    void compareLinkNote();
+
     AnsweredBoxes m_boxes; // none is shown; one that nobody answers would stop the test for ever
 };
 
@@ -313,19 +357,27 @@ void TstMedialinks::cleanup()
     QCOMPARE(m_boxes.texts(), QStringList());
 }
 
+void TstMedialinks::compareLinks()
+{
+    QFETCH(QString, flags);
+    QFETCH(QStringList, csv);
+    QFETCH(QStringList, changes);
+    QFETCH(QStringList, journal);
+
+    Document doc;
+    Rework rework(changes + Rest);
+    QVERIFY(rework.load(&doc));
+    QCOMPARE(run(&doc, csv, flags), rework.added());
+    QCOMPARE(doc.newJournal(), journalOf(doc, csv.size(), journal));
+    QCOMPARE(doc.status(), u"%1 URL médias ajoutées."_s.arg(rework.added(u"1 WWW "_s)));
+    rework.compare(doc);
+}
+
 void TstMedialinks::links_data()
 {
-    QTest::addColumn<QString>("flags");
-    QTest::addColumn<QStringList>("csv");
-    QTest::addColumn<QStringList>("changes");
-    QTest::addColumn<QStringList>("journal");
+    addLinkColumns();
 
-    const auto row = [](const QString &name, const QString &flags, const QStringList &csv,
-                        const QString &changes, const QString &journal) {
-        QTest::newRow(qPrintable(name)) << flags << csv << linesOf(changes) << linesOf(journal);
-    };
-
-    row(u"source, event, reference and record"_s, u"sour evt del"_s, OneLink, uR"(
+    linkRow(u"source, event, reference and record"_s, u"sour evt del"_s, OneLink, uR"(
         - 0 @O1@ OBJE
         - 1 FILE media/a.jpg
         0 @S1@ SOUR
@@ -337,7 +389,7 @@ void TstMedialinks::links_data()
         2 SOUR @S1@
         + 2 NOTE Source : http://a.fr/1
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise SOUR.WWW http://a.fr/1 référençant la balise OBJE.FILE a.jpg (l.2)
         Ajout de la balise INDI.BIRT 2 NOTE Source : http://a.fr/1 référençant la source @S1@ (l.3)
         Suppression de l'enregistrement : SOUR.OBJE 1 OBJE @O1@ (l.5)
@@ -347,8 +399,8 @@ void TstMedialinks::links_data()
         Ajout de 1 balises INDI.BIRT.NOTE
         Sppression de 1 enregistrements OBJE
         )"_s);
-    row(u"two media in two sources, with two events"_s, u"sour evt del"_s,
-        {u"a.jpg,http://a.fr/1"_s, u"b.jpg,http://b.fr/2"_s}, uR"(
+    linkRow(u"two media in two sources, with two events"_s, u"sour evt del"_s,
+            {u"a.jpg,http://a.fr/1"_s, u"b.jpg,http://b.fr/2"_s}, uR"(
         - 0 @O1@ OBJE
         - 1 FILE media/a.jpg
         - 0 @O2@ OBJE
@@ -373,7 +425,7 @@ void TstMedialinks::links_data()
         + 2 NOTE Source : http://a.fr/1
         + 3 CONT http://b.fr/2
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise SOUR.WWW http://a.fr/1 référençant la balise OBJE.FILE a.jpg (l.2)
         Ajout de la balise INDI.BIRT 2 NOTE Source : http://a.fr/1 référençant la source @S1@ (l.5)
         Suppression de l'enregistrement : SOUR.OBJE 1 OBJE @O1@ (l.6)
@@ -396,8 +448,8 @@ void TstMedialinks::links_data()
         Ajout de 1 balises INDI.DEAT.NOTE.CONT
         Sppression de 2 enregistrements OBJE
         )"_s);
-    row(u"the lines decide on the order"_s, u"sour evt"_s,
-        {u"b.jpg,http://b.fr/2"_s, u"a.jpg,http://a.fr/1"_s}, uR"(
+    linkRow(u"the lines decide on the order"_s, u"sour evt"_s,
+            {u"b.jpg,http://b.fr/2"_s, u"a.jpg,http://a.fr/1"_s}, uR"(
         0 @O1@ OBJE
         1 FILE media/a.jpg
         0 @O2@ OBJE
@@ -413,7 +465,7 @@ void TstMedialinks::links_data()
         + 2 NOTE Source : http://b.fr/2
         + 3 CONT http://a.fr/1
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise SOUR.WWW http://b.fr/2 référençant la balise OBJE.FILE b.jpg (l.4)
         Ajout de la balise INDI.BIRT 2 NOTE Source : http://b.fr/2 référençant la source @S1@ (l.5)
         Ajout de la balise SOUR.WWW http://a.fr/1 référençant la balise OBJE.FILE a.jpg (l.2)
@@ -422,8 +474,8 @@ void TstMedialinks::links_data()
         Ajout de 1 balises INDI.BIRT.NOTE
         Ajout de 1 balises INDI.BIRT.NOTE.CONT
         )"_s);
-    row(u"the same file name on two lines"_s, u"sour evt del"_s,
-        {u"a.jpg,http://a.fr/1"_s, u"a.jpg,http://a.fr/2"_s}, uR"(
+    linkRow(u"the same file name on two lines"_s, u"sour evt del"_s,
+            {u"a.jpg,http://a.fr/1"_s, u"a.jpg,http://a.fr/2"_s}, uR"(
         - 0 @O1@ OBJE
         - 1 FILE media/a.jpg
         0 @S1@ SOUR
@@ -436,7 +488,7 @@ void TstMedialinks::links_data()
         + 2 NOTE Source : http://a.fr/1
         + 3 CONT http://a.fr/2
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise SOUR.WWW http://a.fr/1 référençant la balise OBJE.FILE a.jpg (l.2)
         Ajout de la balise INDI.BIRT 2 NOTE Source : http://a.fr/1 référençant la source @S1@ (l.3)
         Suppression de l'enregistrement : SOUR.OBJE 1 OBJE @O1@ (l.4)
@@ -449,7 +501,7 @@ void TstMedialinks::links_data()
         Ajout de 1 balises INDI.BIRT.NOTE.CONT
         Sppression de 1 enregistrements OBJE
         )"_s);
-    row(u"two references of a source to one record"_s, u"sour evt del"_s, OneLink, uR"(
+    linkRow(u"two references of a source to one record"_s, u"sour evt del"_s, OneLink, uR"(
         - 0 @O1@ OBJE
         - 1 FILE media/a.jpg
         0 @S1@ SOUR
@@ -463,7 +515,7 @@ void TstMedialinks::links_data()
         + 2 NOTE Source : http://a.fr/1
         + 3 CONT http://a.fr/1
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise SOUR.WWW http://a.fr/1 référençant la balise OBJE.FILE a.jpg (l.2)
         Ajout de la balise INDI.BIRT 2 NOTE Source : http://a.fr/1 référençant la source @S1@ (l.3)
         Suppression de l'enregistrement : SOUR.OBJE 1 OBJE @O1@ (l.4)
@@ -477,7 +529,18 @@ void TstMedialinks::links_data()
         Ajout de 1 balises INDI.BIRT.NOTE.CONT
         Sppression de 1 enregistrements OBJE
         )"_s);
-    row(u"an event that cites the source three times"_s, u"evt"_s, OneLink, uR"(
+}
+
+void TstMedialinks::links()
+{
+    compareLinks();
+}
+
+void TstMedialinks::linksInEvents_data()
+{
+    addLinkColumns();
+
+    linkRow(u"an event that cites the source three times"_s, u"evt"_s, OneLink, uR"(
         0 @O1@ OBJE
         1 FILE media/a.jpg
         0 @S1@ SOUR
@@ -491,15 +554,15 @@ void TstMedialinks::links_data()
         + 3 CONT http://a.fr/1
         + 3 CONT http://a.fr/1
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise INDI.BIRT 2 NOTE Source : http://a.fr/1 référençant la source @S1@ (l.3)
         Ajout de la balise INDI.BIRT.NOTE 3 CONT http://a.fr/1 référençant la source @S1@ (l.3)
         Ajout de la balise INDI.BIRT.NOTE 3 CONT http://a.fr/1 référençant la source @S1@ (l.3)
         Ajout de 1 balises INDI.BIRT.NOTE
         Ajout de 2 balises INDI.BIRT.NOTE.CONT
         )"_s);
-    row(u"links of several lines in front of other rows of a note"_s, u"evt"_s,
-        {u"a.jpg,http://a.fr/1"_s, u"a.jpg,http://a.fr/2"_s}, uR"(
+    linkRow(u"links of several lines in front of other rows of a note"_s, u"evt"_s,
+            {u"a.jpg,http://a.fr/1"_s, u"a.jpg,http://a.fr/2"_s}, uR"(
         0 @O1@ OBJE
         1 FILE media/a.jpg
         0 @S1@ SOUR
@@ -518,14 +581,14 @@ void TstMedialinks::links_data()
         3 DATE 1900
         2 SOUR @S1@
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise INDI.BIRT.NOTE 3 CONT http://a.fr/1 référençant la source @S1@ (l.3)
         Ajout de la balise INDI.BIRT.NOTE 3 CONT http://a.fr/1 référençant la source @S1@ (l.3)
         Ajout de la balise INDI.BIRT.NOTE 3 CONT http://a.fr/2 référençant la source @S1@ (l.3)
         Ajout de la balise INDI.BIRT.NOTE 3 CONT http://a.fr/2 référençant la source @S1@ (l.3)
         Ajout de 4 balises INDI.BIRT.NOTE.CONT
         )"_s);
-    row(u"events of persons, then of families; summaries by tag"_s, u"evt"_s, OneLink, uR"(
+    linkRow(u"events of persons, then of families; summaries by tag"_s, u"evt"_s, OneLink, uR"(
         0 @O1@ OBJE
         1 FILE media/a.jpg
         0 @S1@ SOUR
@@ -554,7 +617,7 @@ void TstMedialinks::links_data()
         2 SOUR @S1@
         + 2 NOTE Source : http://a.fr/1
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise INDI._MED 2 NOTE Source : http://a.fr/1 référençant la source @S1@ (l.3)
         Ajout de la balise INDI.DEAT 2 NOTE Source : http://a.fr/1 référençant la source @S1@ (l.3)
         Ajout de la balise INDI.DEAT.NOTE 3 CONT http://a.fr/1 référençant la source @S1@ (l.3)
@@ -569,7 +632,7 @@ void TstMedialinks::links_data()
         Ajout de 1 balises INDI.DEAT.NOTE.CONT
         Ajout de 1 balises INDI._MED.NOTE
         )"_s);
-    row(u"an event without a tag, and one that is a note itself"_s, u"evt"_s, OneLink, uR"(
+    linkRow(u"an event without a tag, and one that is a note itself"_s, u"evt"_s, OneLink, uR"(
         0 @O1@ OBJE
         1 FILE media/a.jpg
         0 @S1@ SOUR
@@ -584,7 +647,7 @@ void TstMedialinks::links_data()
         2 SOUR @S1@
         + 2 NOTE Source : http://a.fr/1
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise  2 NOTE Source : http://a.fr/1 référençant la source @S1@ (l.3)
         Ajout de la balise NOTE 3 CONT http://a.fr/1 référençant la source @S1@ (l.3)
         Ajout de la balise INDI.NOTE 2 NOTE Source : http://a.fr/1 référençant la source @S1@ (l.3)
@@ -592,9 +655,18 @@ void TstMedialinks::links_data()
         Ajout de 1 balises NOTE
         Ajout de 1 balises NOTE.CONT
         )"_s);
+}
 
-    // What has got no link is not deleted.
-    row(u"no link, no deletion"_s, u"evt del"_s, OneLink, uR"(
+void TstMedialinks::linksInEvents()
+{
+    compareLinks();
+}
+
+void TstMedialinks::deletionNeedsALink_data()
+{
+    addLinkColumns();
+
+    linkRow(u"no link, no deletion"_s, u"evt del"_s, OneLink, uR"(
         0 @O1@ OBJE
         1 FILE media/a.jpg
         0 @S1@ SOUR
@@ -602,9 +674,9 @@ void TstMedialinks::links_data()
         0 @I1@ INDI
         1 BIRT
         )"_s,
-        u"Sppression de 0 enregistrements OBJE"_s);
-    row(u"the link of an earlier source of the line counts for a later one"_s, u"evt del"_s,
-        OneLink, uR"(
+            u"Sppression de 0 enregistrements OBJE"_s);
+    linkRow(u"the link of an earlier source of the line counts for a later one"_s, u"evt del"_s,
+            OneLink, uR"(
         - 0 @O1@ OBJE
         - 1 FILE media/a.jpg
         0 @S1@ SOUR
@@ -618,7 +690,7 @@ void TstMedialinks::links_data()
         2 SOUR @S2@
         + 2 NOTE Source : http://a.fr/1
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise INDI.BIRT 2 NOTE Source : http://a.fr/1 référençant la source @S2@ (l.5)
         Suppression de l'enregistrement : SOUR.OBJE 1 OBJE @O1@ (l.6)
         Suppression de l'enregistrement : SOUR.OBJE 1 OBJE @O1@ (l.8)
@@ -627,8 +699,8 @@ void TstMedialinks::links_data()
         Ajout de 1 balises INDI.BIRT.NOTE
         Sppression de 1 enregistrements OBJE
         )"_s);
-    row(u"the link of an earlier line does not count"_s, u"evt del"_s,
-        {u"a.jpg,http://a.fr/1"_s, u"b.jpg,http://b.fr/2"_s}, uR"(
+    linkRow(u"the link of an earlier line does not count"_s, u"evt del"_s,
+            {u"a.jpg,http://a.fr/1"_s, u"b.jpg,http://b.fr/2"_s}, uR"(
         - 0 @O1@ OBJE
         - 1 FILE media/a.jpg
         0 @O2@ OBJE
@@ -642,7 +714,7 @@ void TstMedialinks::links_data()
         2 SOUR @S1@
         + 2 NOTE Source : http://a.fr/1
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise INDI.BIRT 2 NOTE Source : http://a.fr/1 référençant la source @S1@ (l.5)
         Suppression de l'enregistrement : SOUR.OBJE 1 OBJE @O1@ (l.6)
         Suppression de l'entrée : OBJE.FILE 1 FILE media/a.jpg (l.2)
@@ -650,7 +722,7 @@ void TstMedialinks::links_data()
         Ajout de 1 balises INDI.BIRT.NOTE
         Sppression de 1 enregistrements OBJE
         )"_s);
-    row(u"no source shows the record"_s, u"sour evt del"_s, OneLink, uR"(
+    linkRow(u"no source shows the record"_s, u"sour evt del"_s, OneLink, uR"(
         0 @O1@ OBJE
         1 FILE media/a.jpg
         0 @S1@ SOUR
@@ -659,16 +731,16 @@ void TstMedialinks::links_data()
         1 BIRT
         2 SOUR @S1@
         )"_s,
-        u"Sppression de 0 enregistrements OBJE"_s);
-    row(u"lines that fail count for nothing"_s, u"sour evt del"_s,
-        {u",http://x.fr/1"_s, u"b.jpg,http://b.fr/1"_s, u"a.jpg,http://a.fr/1"_s}, uR"(
+            u"Sppression de 0 enregistrements OBJE"_s);
+    linkRow(u"lines that fail count for nothing"_s, u"sour evt del"_s,
+            {u",http://x.fr/1"_s, u"b.jpg,http://b.fr/1"_s, u"a.jpg,http://a.fr/1"_s}, uR"(
         - 0 @O1@ OBJE
         - 1 FILE media/a.jpg
         0 @S1@ SOUR
         - 1 OBJE @O1@
         + 1 WWW http://a.fr/1
         )"_s,
-        uR"(
+            uR"(
         ERROR : Erreur dans la ligne ,http://x.fr/1
         ERROR : b.jpg référençant http://b.fr/1 non détecté dans {}
         Ajout de la balise SOUR.WWW http://a.fr/1 référençant la balise OBJE.FILE a.jpg (l.2)
@@ -678,9 +750,18 @@ void TstMedialinks::links_data()
         Ajout de 1 balises SOUR.WWW
         Sppression de 1 enregistrements OBJE
         )"_s);
+}
 
-    // What is deleted.
-    row(u"reference and record with lines below"_s, u"sour evt del"_s, OneLink, uR"(
+void TstMedialinks::deletionNeedsALink()
+{
+    compareLinks();
+}
+
+void TstMedialinks::deletedEntries_data()
+{
+    addLinkColumns();
+
+    linkRow(u"reference and record with lines below"_s, u"sour evt del"_s, OneLink, uR"(
         - 0 @O1@ OBJE
         - 1 FILE media/a.jpg
         - 2 FORM jpg
@@ -693,7 +774,7 @@ void TstMedialinks::links_data()
         - 3 CONC  suite
         - 2 NOTE Verso
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise SOUR.WWW http://a.fr/1 référençant la balise OBJE.FILE a.jpg (l.2)
         Suppression de l'entrée : SOUR.OBJE.TITL 2 TITL Page (l.8)
         Suppression de l'entrée : SOUR.OBJE.TITL.CONC 3 CONC  suite (l.9)
@@ -708,7 +789,7 @@ void TstMedialinks::links_data()
         Sppression de 1 enregistrements OBJE
         )"_s);
     // Below a reference whose own lines are all deleted nobody looks.
-    row(u"lines deleted before"_s, u"sour evt del"_s, OneLink, uR"(
+    linkRow(u"lines deleted before"_s, u"sour evt del"_s, OneLink, uR"(
         - 0 @O1@ OBJE
         - 1 FILE media/a.jpg
         ~ 2 FORM jpg
@@ -725,7 +806,7 @@ void TstMedialinks::links_data()
         - 3 CONC suite
         - 2 NOTE Verso
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise SOUR.WWW http://a.fr/1 référençant la balise OBJE.FILE a.jpg (l.2)
         Suppression de l'enregistrement : SOUR.OBJE 1 OBJE @O1@ (l.6)
         Ajout de la balise SOUR.WWW http://a.fr/1 référençant la balise OBJE.FILE a.jpg (l.2)
@@ -738,8 +819,8 @@ void TstMedialinks::links_data()
         Ajout de 2 balises SOUR.WWW
         Sppression de 1 enregistrements OBJE
         )"_s);
-    row(u"two files of one record"_s, u"sour evt del"_s,
-        {u"a.jpg,http://a.fr/1"_s, u"b.jpg,http://b.fr/2"_s}, uR"(
+    linkRow(u"two files of one record"_s, u"sour evt del"_s,
+            {u"a.jpg,http://a.fr/1"_s, u"b.jpg,http://b.fr/2"_s}, uR"(
         - 0 @O1@ OBJE
         - 1 FILE media/a.jpg
         - 1 FILE media/b.jpg
@@ -748,7 +829,7 @@ void TstMedialinks::links_data()
         + 1 WWW http://a.fr/1
         + 1 WWW http://b.fr/2
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise SOUR.WWW http://a.fr/1 référençant la balise OBJE.FILE a.jpg (l.2)
         Suppression de l'enregistrement : SOUR.OBJE 1 OBJE @O1@ (l.5)
         Suppression de l'entrée : OBJE.FILE 1 FILE media/a.jpg (l.2)
@@ -759,7 +840,7 @@ void TstMedialinks::links_data()
         Sppression de 1 enregistrements OBJE
         )"_s);
 
-    row(u"a citation below a deleted event"_s, u"evt"_s, OneLink, uR"(
+    linkRow(u"a citation below a deleted event"_s, u"evt"_s, OneLink, uR"(
         0 @O1@ OBJE
         1 FILE media/a.jpg
         0 @S1@ SOUR
@@ -769,15 +850,26 @@ void TstMedialinks::links_data()
         2 SOUR @S1@
         + 2 NOTE Source : http://a.fr/1
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise INDI.BIRT 2 NOTE Source : http://a.fr/1 référençant la source @S1@ (l.3)
         Ajout de 1 balises INDI.BIRT.NOTE
         )"_s);
+}
+
+void TstMedialinks::deletedEntries()
+{
+    compareLinks();
+}
+
+void TstMedialinks::placeOfTheAddress_data()
+{
+    addLinkColumns();
+
     // The address of a source enters the file as many lines from the top as there are lines of
     // level 1.
-    const auto address = [&row](const QString &name, const QString &source) {
-        row(name, u"sour evt"_s, OneLink,
-            u"0 @O1@ OBJE\n1 FILE media/a.jpg\n0 @S1@ SOUR\n"_s + source, uR"(
+    const auto address = [](const QString &name, const QString &source) {
+        linkRow(name, u"sour evt"_s, OneLink,
+                u"0 @O1@ OBJE\n1 FILE media/a.jpg\n0 @S1@ SOUR\n"_s + source, uR"(
             Ajout de la balise SOUR.WWW http://a.fr/1 référençant la balise OBJE.FILE a.jpg (l.2)
             Ajout de 1 balises SOUR.WWW
             )"_s);
@@ -823,8 +915,8 @@ void TstMedialinks::links_data()
         1 OBJE @O1@
         + 1 WWW http://a.fr/1
         )"_s);
-    row(u"two addresses of a source with deeper lines"_s, u"sour evt"_s,
-        {u"a.jpg,http://a.fr/1"_s, u"a.jpg,http://a.fr/2"_s}, uR"(
+    linkRow(u"two addresses of a source with deeper lines"_s, u"sour evt"_s,
+            {u"a.jpg,http://a.fr/1"_s, u"a.jpg,http://a.fr/2"_s}, uR"(
         0 @O1@ OBJE
         1 FILE media/a.jpg
         0 @S1@ SOUR
@@ -835,15 +927,24 @@ void TstMedialinks::links_data()
         2 CONC fin
         1 OBJE @O1@
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise SOUR.WWW http://a.fr/1 référençant la balise OBJE.FILE a.jpg (l.2)
         Ajout de la balise SOUR.WWW http://a.fr/2 référençant la balise OBJE.FILE a.jpg (l.2)
         Ajout de 2 balises SOUR.WWW
         )"_s);
+}
 
-    // What the address may be.
-    row(u"a blank in front of the address hides the link note"_s, u"sour evt"_s,
-        {u"a.jpg, http://a.fr/1"_s}, uR"(
+void TstMedialinks::placeOfTheAddress()
+{
+    compareLinks();
+}
+
+void TstMedialinks::textOfTheAddress_data()
+{
+    addLinkColumns();
+
+    linkRow(u"a blank in front of the address hides the link note"_s, u"sour evt"_s,
+            {u"a.jpg, http://a.fr/1"_s}, uR"(
         0 @O1@ OBJE
         1 FILE media/a.jpg
         0 @S1@ SOUR
@@ -856,15 +957,15 @@ void TstMedialinks::links_data()
         + 2 NOTE Source :  http://a.fr/1
         + 2 NOTE Source :  http://a.fr/1
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise SOUR.WWW  http://a.fr/1 référençant la balise OBJE.FILE a.jpg (l.2)
         Ajout de la balise INDI.BIRT 2 NOTE Source :  http://a.fr/1 référençant la source @S1@ (l.3)
         Ajout de la balise INDI.BIRT 2 NOTE Source :  http://a.fr/1 référençant la source @S1@ (l.3)
         Ajout de 1 balises SOUR.WWW
         Ajout de 2 balises INDI.BIRT.NOTE
         )"_s);
-    row(u"an address of another kind makes no link note"_s, u"evt"_s, {u"a.jpg,ftp://a.fr/1"_s},
-        uR"(
+    linkRow(u"an address of another kind makes no link note"_s, u"evt"_s, {u"a.jpg,ftp://a.fr/1"_s},
+            uR"(
         0 @O1@ OBJE
         1 FILE media/a.jpg
         0 @S1@ SOUR
@@ -876,13 +977,13 @@ void TstMedialinks::links_data()
         + 2 NOTE Source : ftp://a.fr/1
         + 2 NOTE Source : ftp://a.fr/1
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise INDI.BIRT 2 NOTE Source : ftp://a.fr/1 référençant la source @S1@ (l.3)
         Ajout de la balise INDI.BIRT 2 NOTE Source : ftp://a.fr/1 référençant la source @S1@ (l.3)
         Ajout de 2 balises INDI.BIRT.NOTE
         )"_s);
-    row(u"blanks and percent signs in the address and in the name"_s, u"sour evt del"_s,
-        {u"a %1 %2.jpg,https://a.fr/%1 %2%20é,x"_s}, uR"(
+    linkRow(u"blanks and percent signs in the address and in the name"_s, u"sour evt del"_s,
+            {u"a %1 %2.jpg,https://a.fr/%1 %2%20é,x"_s}, uR"(
         - 0 @O1@ OBJE
         - 1 FILE media/a %1 %2.jpg
         0 @S1@ SOUR
@@ -895,7 +996,7 @@ void TstMedialinks::links_data()
         + 2 NOTE Source : https://a.fr/%1 %2%20é,x
         + 3 CONT https://a.fr/%1 %2%20é,x
         )"_s,
-        uR"(
+            uR"(
         Ajout de la balise SOUR.WWW https://a.fr/%1 %2%20é,x référençant la balise OBJE.FILE a %1 %2.jpg (l.2)
         Ajout de la balise INDI.BIRT 2 NOTE Source : https://a.fr/%1 %2%20é,x référençant la source @S1@ (l.3)
         Ajout de la balise INDI.BIRT.NOTE 3 CONT https://a.fr/%1 %2%20é,x référençant la source @S1@ (l.3)
@@ -909,32 +1010,35 @@ void TstMedialinks::links_data()
         )"_s);
 }
 
-void TstMedialinks::links()
+void TstMedialinks::textOfTheAddress()
 {
-    QFETCH(QString, flags);
-    QFETCH(QStringList, csv);
-    QFETCH(QStringList, changes);
-    QFETCH(QStringList, journal);
+    compareLinks();
+}
+
+void TstMedialinks::compareLinkNote()
+{
+    QFETCH(QStringList, event);
+    QFETCH(QString, parent);
 
     Document doc;
-    Rework rework(changes + Rest);
+    Rework rework(OneMedium.first(6) + event + Rest);
     QVERIFY(rework.load(&doc));
-    QCOMPARE(run(&doc, csv, flags), rework.added());
-    QCOMPARE(doc.newJournal(), journalOf(doc, csv.size(), journal));
-    QCOMPARE(doc.status(), u"%1 URL médias ajoutées."_s.arg(rework.added(u"1 WWW "_s)));
+    QCOMPARE(run(&doc, OneLink, u"evt"_s), 1);
+    const QString line = event.filter(u"+ "_s).constFirst().mid(2);
+    QCOMPARE(
+        doc.newJournal(),
+        journalOf(doc, 1,
+                  {u"Ajout de la balise %1 %2 référençant la source @S1@ (l.3)"_s.arg(parent, line),
+                   u"Ajout de 1 balises %1.%2"_s.arg(parent, line.mid(2, 4))}));
+    QCOMPARE(doc.status(), u"0 URL médias ajoutées."_s);
     rework.compare(doc);
 }
 
 void TstMedialinks::linkNotes_data()
 {
-    QTest::addColumn<QStringList>("event");
-    QTest::addColumn<QString>("parent"); // of the new line
+    addNoteColumns();
 
-    const auto row = [](const QString &name, const QString &parent, const QString &event) {
-        QTest::newRow(qPrintable(name)) << linesOf(event) << parent;
-    };
-
-    row(u"a new note is the last child of the event"_s, u"INDI.BIRT"_s, uR"(
+    noteRow(u"a new note is the last child of the event"_s, u"INDI.BIRT"_s, uR"(
         2 SOUR @S1@
         3 PAGE 12
         2 DATE 1900
@@ -943,29 +1047,29 @@ void TstMedialinks::linkNotes_data()
         4 LATI N45
         + 2 NOTE Source : http://a.fr/1
         )"_s);
-    row(u"link note without children"_s, u"INDI.BIRT.NOTE"_s, uR"(
+    noteRow(u"link note without children"_s, u"INDI.BIRT.NOTE"_s, uR"(
         2 NOTE Source : http://z.fr/1
         + 3 CONT http://a.fr/1
         2 SOUR @S1@
         )"_s);
-    row(u"link note to a secure address, behind the citation"_s, u"INDI.BIRT.NOTE"_s, uR"(
+    noteRow(u"link note to a secure address, behind the citation"_s, u"INDI.BIRT.NOTE"_s, uR"(
         2 SOUR @S1@
         2 DATE 1900
         2 NOTE Source : https://z.fr/1
         + 3 CONT http://a.fr/1
         2 PLAC Lyon
         )"_s);
-    row(u"link note with the same address"_s, u"INDI.BIRT.NOTE"_s, uR"(
+    noteRow(u"link note with the same address"_s, u"INDI.BIRT.NOTE"_s, uR"(
         2 SOUR @S1@
         2 NOTE Source : http://a.fr/1
         + 3 CONT http://a.fr/1
         )"_s);
-    row(u"how the text goes on behind http does not matter"_s, u"INDI.BIRT.NOTE"_s, uR"(
+    noteRow(u"how the text goes on behind http does not matter"_s, u"INDI.BIRT.NOTE"_s, uR"(
         2 NOTE Source : httpx
         + 3 CONT http://a.fr/1
         2 SOUR @S1@
         )"_s);
-    row(u"notes with other texts and texts under other tags"_s, u"INDI.BIRT"_s, uR"(
+    noteRow(u"notes with other texts and texts under other tags"_s, u"INDI.BIRT"_s, uR"(
         2 SOUR @S1@
         2 NOTE Source : ftp://z.fr/1
         2 NOTE Source : HTTP://z.fr/1
@@ -984,7 +1088,7 @@ void TstMedialinks::linkNotes_data()
         2 note Source : http://z.fr/1
         + 2 NOTE Source : http://a.fr/1
         )"_s);
-    row(u"link notes that are not children of the event"_s, u"INDI.BIRT"_s, uR"(
+    noteRow(u"link notes that are not children of the event"_s, u"INDI.BIRT"_s, uR"(
         2 SOUR @S1@
         3 NOTE Source : http://z.fr/1
         + 2 NOTE Source : http://a.fr/1
@@ -992,15 +1096,25 @@ void TstMedialinks::linkNotes_data()
         1 DEAT
         2 NOTE Source : http://z.fr/1
         )"_s);
+}
 
-    row(u"behind the last continuation"_s, u"INDI.BIRT.NOTE"_s, uR"(
+void TstMedialinks::linkNotes()
+{
+    compareLinkNote();
+}
+
+void TstMedialinks::placeInALinkNote_data()
+{
+    addNoteColumns();
+
+    noteRow(u"behind the last continuation"_s, u"INDI.BIRT.NOTE"_s, uR"(
         2 NOTE Source : http://z.fr/1
         3 CONT http://z.fr/2
         3 CONT suite
         + 3 CONT http://a.fr/1
         2 SOUR @S1@
         )"_s);
-    row(u"between the last continuation and what follows it"_s, u"INDI.BIRT.NOTE"_s, uR"(
+    noteRow(u"between the last continuation and what follows it"_s, u"INDI.BIRT.NOTE"_s, uR"(
         2 NOTE Source : http://z.fr/1
         3 CONC /suite
         3 CONT http://z.fr/2
@@ -1009,7 +1123,7 @@ void TstMedialinks::linkNotes_data()
         3 SOUR @S2@
         2 SOUR @S1@
         )"_s);
-    row(u"behind the last continuation, whatever stands before it"_s, u"INDI.BIRT.NOTE"_s, uR"(
+    noteRow(u"behind the last continuation, whatever stands before it"_s, u"INDI.BIRT.NOTE"_s, uR"(
         2 NOTE Source : http://z.fr/1
         3 CONT http://z.fr/2
         3 CONC /suite
@@ -1021,7 +1135,7 @@ void TstMedialinks::linkNotes_data()
         + 3 CONT http://a.fr/1
         2 SOUR @S1@
         )"_s);
-    row(u"in front of all children if none is a continuation"_s, u"INDI.BIRT.NOTE"_s, uR"(
+    noteRow(u"in front of all children if none is a continuation"_s, u"INDI.BIRT.NOTE"_s, uR"(
         2 NOTE Source : http://z.fr/1
         + 3 CONT http://a.fr/1
         3 CONC /suite
@@ -1031,7 +1145,7 @@ void TstMedialinks::linkNotes_data()
         3 cont suite
         2 SOUR @S1@
         )"_s);
-    row(u"a deleted continuation decides as well"_s, u"INDI.BIRT.NOTE"_s, uR"(
+    noteRow(u"a deleted continuation decides as well"_s, u"INDI.BIRT.NOTE"_s, uR"(
         2 NOTE Source : http://z.fr/1
         3 CONT http://z.fr/2
         3 CONC /suite
@@ -1040,27 +1154,37 @@ void TstMedialinks::linkNotes_data()
         3 CONC /suite
         2 SOUR @S1@
         )"_s);
-    row(u"a deleted link note takes the link"_s, u"INDI.BIRT.NOTE"_s, uR"(
+    noteRow(u"a deleted link note takes the link"_s, u"INDI.BIRT.NOTE"_s, uR"(
         ~ 2 NOTE Source : http://z.fr/1
         ~ 3 CONT http://z.fr/2
         + 3 CONT http://a.fr/1
         2 SOUR @S1@
         )"_s);
+}
 
-    row(u"a second link note is not reached"_s, u"INDI.BIRT.NOTE"_s, uR"(
+void TstMedialinks::placeInALinkNote()
+{
+    compareLinkNote();
+}
+
+void TstMedialinks::severalLinkNotes_data()
+{
+    addNoteColumns();
+
+    noteRow(u"a second link note is not reached"_s, u"INDI.BIRT.NOTE"_s, uR"(
         2 SOUR @S1@
         2 NOTE Source : http://z.fr/1
         + 3 CONT http://a.fr/1
         2 NOTE Source : http://z.fr/2
         3 CONT http://z.fr/3
         )"_s);
-    row(u"nor is one behind a deleted link note"_s, u"INDI.BIRT.NOTE"_s, uR"(
+    noteRow(u"nor is one behind a deleted link note"_s, u"INDI.BIRT.NOTE"_s, uR"(
         ~ 2 NOTE Source : http://z.fr/1
         + 3 CONT http://a.fr/1
         2 NOTE Source : http://z.fr/2
         2 SOUR @S1@
         )"_s);
-    row(u"a link note behind another note"_s, u"INDI.BIRT.NOTE"_s, uR"(
+    noteRow(u"a link note behind another note"_s, u"INDI.BIRT.NOTE"_s, uR"(
         2 NOTE Vue
         3 CONT suite
         2 NOTE Source : http://z.fr/1
@@ -1069,7 +1193,7 @@ void TstMedialinks::linkNotes_data()
         )"_s);
 
     // The search goes on among the children of the note, from the index behind the note's own.
-    row(u"a link note below the link note"_s, u"INDI.BIRT.NOTE.NOTE"_s, uR"(
+    noteRow(u"a link note below the link note"_s, u"INDI.BIRT.NOTE.NOTE"_s, uR"(
         2 NOTE Source : http://z.fr/1
         3 CONT http://z.fr/2
         3 NOTE Source : http://z.fr/3
@@ -1077,7 +1201,7 @@ void TstMedialinks::linkNotes_data()
         3 CONT http://z.fr/4
         2 SOUR @S1@
         )"_s);
-    row(u"a link note below, with children"_s, u"INDI.BIRT.NOTE.NOTE"_s, uR"(
+    noteRow(u"a link note below, with children"_s, u"INDI.BIRT.NOTE.NOTE"_s, uR"(
         2 NOTE Source : http://z.fr/1
         3 CONC /suite
         ~ 3 NOTE Source : http://z.fr/3
@@ -1086,21 +1210,21 @@ void TstMedialinks::linkNotes_data()
         4 CONC /suite
         2 SOUR @S1@
         )"_s);
-    row(u"a link note below, at an index already passed"_s, u"INDI.BIRT.NOTE"_s, uR"(
+    noteRow(u"a link note below, at an index already passed"_s, u"INDI.BIRT.NOTE"_s, uR"(
         2 NOTE Source : http://z.fr/1
         + 3 CONT http://a.fr/1
         3 NOTE Source : http://z.fr/3
         3 CONC /suite
         2 SOUR @S1@
         )"_s);
-    row(u"a link note below a second child, at its own index"_s, u"INDI.BIRT.NOTE"_s, uR"(
+    noteRow(u"a link note below a second child, at its own index"_s, u"INDI.BIRT.NOTE"_s, uR"(
         2 SOUR @S1@
         2 NOTE Source : http://z.fr/1
         3 CONT http://z.fr/2
         + 3 CONT http://a.fr/1
         3 NOTE Source : http://z.fr/3
         )"_s);
-    row(u"a link note below a second child, behind its index"_s, u"INDI.BIRT.NOTE.NOTE"_s, uR"(
+    noteRow(u"a link note below a second child, behind its index"_s, u"INDI.BIRT.NOTE.NOTE"_s, uR"(
         2 SOUR @S1@
         2 NOTE Source : http://z.fr/1
         3 CONT http://z.fr/2
@@ -1108,7 +1232,7 @@ void TstMedialinks::linkNotes_data()
         3 NOTE Source : http://z.fr/3
         + 4 CONT http://a.fr/1
         )"_s);
-    row(u"three link notes, each below the other"_s, u"INDI.BIRT.NOTE.NOTE.NOTE"_s, uR"(
+    noteRow(u"three link notes, each below the other"_s, u"INDI.BIRT.NOTE.NOTE.NOTE"_s, uR"(
         2 NOTE Source : http://z.fr/1
         3 CONT http://z.fr/2
         3 NOTE Source : http://z.fr/3
@@ -1118,7 +1242,7 @@ void TstMedialinks::linkNotes_data()
         + 5 CONT http://a.fr/1
         2 SOUR @S1@
         )"_s);
-    row(u"another note below the link note"_s, u"INDI.BIRT.NOTE"_s, uR"(
+    noteRow(u"another note below the link note"_s, u"INDI.BIRT.NOTE"_s, uR"(
         2 NOTE Source : http://z.fr/1
         + 3 CONT http://a.fr/1
         3 CONC /suite
@@ -1128,23 +1252,9 @@ void TstMedialinks::linkNotes_data()
         )"_s);
 }
 
-void TstMedialinks::linkNotes()
+void TstMedialinks::severalLinkNotes()
 {
-    QFETCH(QStringList, event);
-    QFETCH(QString, parent);
-
-    Document doc;
-    Rework rework(OneMedium.first(6) + event + Rest);
-    QVERIFY(rework.load(&doc));
-    QCOMPARE(run(&doc, OneLink, u"evt"_s), 1);
-    const QString line = event.filter(u"+ "_s).constFirst().mid(2);
-    QCOMPARE(
-        doc.newJournal(),
-        journalOf(doc, 1,
-                  {u"Ajout de la balise %1 %2 référençant la source @S1@ (l.3)"_s.arg(parent, line),
-                   u"Ajout de 1 balises %1.%2"_s.arg(parent, line.mid(2, 4))}));
-    QCOMPARE(doc.status(), u"0 URL médias ajoutées."_s);
-    rework.compare(doc);
+    compareLinkNote();
 }
 
 void TstMedialinks::flags_data()
