@@ -498,6 +498,14 @@ class TstMove : public QObject
     Q_OBJECT
 
 private slots:
+    void branches_data();
+    void branches();
+    void values_data();
+    void values();
+    void stars_data();
+    void stars();
+    void levels_data();
+    void levels();
     void pairs_data();
     void pairs();
     void duplicates_data();
@@ -560,7 +568,7 @@ void TstMove::compareRow()
     QCOMPARE(m_boxes.texts(), QStringList());
 }
 
-void TstMove::pairs_data()
+void TstMove::branches_data()
 {
     addColumns();
 
@@ -655,6 +663,16 @@ void TstMove::pairs_data()
         << u"0 @I1@ INDI|2 CONT b|2 SOUR s|3 PAGE p|1 TEXT a|2 CONT u"_s
         << QStringList{edited(u"INDI.TEXT 1 TEXT t (l.6) en a (l.2)"_s),
                        deleted(u"INDI.NOTE 1 NOTE a (l.2)"_s)};
+}
+
+void TstMove::branches()
+{
+    compareRow();
+}
+
+void TstMove::values_data()
+{
+    addColumns();
 
     QTest::newRow("value of one blank")
         << u"0 @I1@ INDI|1 NOTE  |1 TEXT t"_s << u"INDI.NOTE"_s << u"INDI.TEXT"_s << (Copy | Delete)
@@ -690,6 +708,16 @@ void TstMove::pairs_data()
         << u"0 @I1@ INDI|1 XY ABC|2 NOTE a|2 NOTE b"_s << u"INDI.ABC.NOTE"_s << u"INDI.ABC"_s
         << Everything << u"0 @I1@ INDI|1 XY a|2 NOTE b"_s
         << QStringList{edited(u" 1 XY ABC (l.2) en a (l.3)"_s), deleted(u"NOTE 2 NOTE a (l.3)"_s)};
+}
+
+void TstMove::values()
+{
+    compareRow();
+}
+
+void TstMove::stars_data()
+{
+    addColumns();
 
     QTest::newRow("stars in both paths")
         << u"0 @I1@ INDI|1 BIRT|2 NOTE a|2 SOUR s|1 DEAT|2 SOUR t|2 NOTE b|1 OCCU|2 NOTE c|"
@@ -770,6 +798,17 @@ void TstMove::pairs_data()
                        u"(l.3)"_s),
                edited(u"INDI.NOTE.SOUR.DATE 3 DATE (l.-1) en a (l.2)"_s),
            };
+}
+
+void TstMove::stars()
+{
+    compareRow();
+}
+
+void TstMove::levels_data()
+{
+    addColumns();
+
     // A level alone is written with the blank in front of its empty tag.
     QTest::newRow("empty last component is created as an empty tag")
         << u"0 @I1@ INDI|1 NOTE|1 NOTE a"_s << u"INDI.NOTE"_s << u"INDI."_s << (Copy | Create)
@@ -790,6 +829,16 @@ void TstMove::pairs_data()
         << QStringList{created(ninePath + u".TEXT 1  TEXT fille de la balise "_s + ninePath
                                + u" 9 NOTE z (l.10)"_s),
                        edited(u" 1  TEXT (l.-1) en z (l.10)"_s)};
+}
+
+void TstMove::levels()
+{
+    compareRow();
+}
+
+void TstMove::pairs_data()
+{
+    addColumns();
 
     const QString kinds = u"0 @I1@ INDI|1 NOTE a|1 TEXT t|0 @F1@ FAM|1 NOTE b|1 TEXT u|"
                           u"0 @I2@ INDI|1 NOTE c|1 TEXT v"_s;

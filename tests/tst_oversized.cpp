@@ -69,6 +69,33 @@ QList<QTreeWidgetItem *> hiddenRows(Document *doc)
     return rows;
 }
 
+const QString Indi = u"0 @I1@ INDI"_s;
+const QString Note = u"1 NOTE "_s; // with it 248 characters of a value fit
+const QString Conc = u"2 CONC "_s;
+
+void addCutColumns()
+{
+    QTest::addColumn<QStringList>("record");
+    QTest::addColumn<QStringList>("expected");
+    QTest::addColumn<QStringList>("splits");
+    QTest::addColumn<int>("left"); // lines over the limit that stay
+}
+
+/// A person with one note, cut once.
+void addNote(const char *name, const QString &value, const QString &one, const QString &two)
+{
+    QTest::newRow(name) << QStringList{Indi, Note + value}
+                        << QStringList{Indi, Note + one, Conc + two}
+                        << QStringList{added("INDI.NOTE.CONC "_L1 + Conc + two,
+                                             "INDI.NOTE "_L1 + Note + one, 2)}
+                        << 0;
+}
+
+void addUncut(const char *name, const QStringList &record, int left)
+{
+    QTest::newRow(name) << record << record << QStringList{} << left;
+}
+
 } // namespace
 
 class TstOversized : public QObject
@@ -76,8 +103,18 @@ class TstOversized : public QObject
     Q_OBJECT
 
 private slots:
-    void cut_data();
-    void cut();
+    void characters_data();
+    void characters();
+    void chains_data();
+    void chains();
+    void placeOfTheRest_data();
+    void placeOfTheRest();
+    void roots_data();
+    void roots();
+    void levels_data();
+    void levels();
+    void longTags_data();
+    void longTags();
     void cutBetweenTheUnitsOfACharacter();
     void noRecords();
     void deletedEntriesAreNotCut();
@@ -96,237 +133,13 @@ private slots:
     void foldingGivesTheValuesBack();
     void allAtOnceAsOneByOne_data();
     void allAtOnceAsOneByOne();
+
+private:
+    /// Cuts the record of a row, and compares.
+    void compareCuts();
 };
 
-void TstOversized::cut_data()
-{
-    QTest::addColumn<QStringList>("record");
-    QTest::addColumn<QStringList>("expected");
-    QTest::addColumn<QStringList>("splits");
-    QTest::addColumn<int>("left"); // lines over the limit that stay
-
-    const QString indi = u"0 @I1@ INDI"_s;
-    const QString note = u"1 NOTE "_s; // with it 248 characters of a value fit
-    const QString conc = u"2 CONC "_s;
-    // A person with one note, cut once.
-    const auto addNote = [&](const char *name, const QString &value, const QString &one,
-                             const QString &two) {
-        QTest::newRow(name) << QStringList{indi, note + value}
-                            << QStringList{indi, note + one, conc + two}
-                            << QStringList{added("INDI.NOTE.CONC "_L1 + conc + two,
-                                                 "INDI.NOTE "_L1 + note + one, 2)}
-                            << 0;
-    };
-    const auto addUncut = [&](const char *name, const QStringList &record, int left) {
-        QTest::newRow(name) << record << record << QStringList{} << left;
-    };
-
-    addUncut("255 characters stay", {indi, note + run(248)}, 0);
-    addNote("256 characters leave one character over", run(249), run(248), run(249).right(1));
-    addUncut("characters are counted, not their bytes", {indi, note + QString(248, u'é')}, 0);
-    addNote("accents are one character at the cut", QString(250, u'é'), QString(248, u'é'),
-            u"éé"_s);
-    addNote("a blank at the cut goes to the second line", run(247) + " suite"_L1, run(247),
-            u" suite"_s);
-    addNote("a blank behind the cut begins the second line", run(248) + " suite"_L1, run(248),
-            u" suite"_s);
-    addNote("of two blanks at the cut one stays in front of it", run(246) + "  suite"_L1,
-            run(246) + u' ', u" suite"_s);
-    addNote("of two blanks around the cut both go", run(247) + "  suite"_L1, run(247),
-            u"  suite"_s);
-    addNote("a blank alone can be left over", run(247) + "  "_L1, run(247), u"  "_s);
-    addNote("a value of nothing but blanks is cut", QString(300, u' '), QString(247, u' '),
-            QString(53, u' '));
-    addNote("a value may hold what looks like a place marker", "%1 %2 %3 "_L1 + run(300),
-            "%1 %2 %3 "_L1 + run(239), run(300).mid(239));
-    const QString faces = u"\U0001F600"_s.repeated(3);
-    addUncut("a character of two units counts as two", {indi, note + run(242) + faces}, 0);
-    addNote("a cut may fall between two such characters", run(246) + faces,
-            run(246) + faces.left(2), faces.mid(2));
-
-    const QString text = run(600);
-    QTest::newRow("of several cuts the first is told")
-        << QStringList{indi, u"1 BIRT"_s, "2 NOTE "_L1 + text}
-        << QStringList{indi, u"1 BIRT"_s, "2 NOTE "_L1 + text.left(248),
-                       "3 CONC "_L1 + text.mid(248, 248), "3 CONC "_L1 + text.mid(496)}
-        << QStringList{added("INDI.BIRT.NOTE.CONC 3 CONC "_L1 + text.mid(248),
-                             "INDI.BIRT.NOTE 2 NOTE "_L1 + text.left(248), 3)}
-        << 0;
-    const QString blanks = run(247) + u' ' + run(246) + u' ' + run(30);
-    QTest::newRow("each cut of a chain steps back from a blank")
-        << QStringList{indi, note + blanks}
-        << QStringList{indi, note + run(247), conc + u' ' + run(246), conc + u' ' + run(30)}
-        << QStringList{added("INDI.NOTE.CONC 2 CONC "_L1 + blanks.mid(247),
-                             "INDI.NOTE 1 NOTE "_L1 + run(247), 2)}
-        << 0;
-    QTest::newRow("a rest of exactly 255 characters ends the chain")
-        << QStringList{indi, note + run(496)}
-        << QStringList{indi, note + run(248), conc + run(496).mid(248)}
-        << QStringList{added("INDI.NOTE.CONC 2 CONC "_L1 + run(496).mid(248),
-                             "INDI.NOTE 1 NOTE "_L1 + run(248), 2)}
-        << 0;
-
-    const QString value = run(300);
-    const QString one = value.left(248);
-    const QString two = value.mid(248);
-    QTest::newRow("a continuation gets a sibling directly behind it")
-        << QStringList{indi, u"1 NOTE a"_s, u"2 CONT b"_s, "2 CONT "_L1 + value, u"2 CONT c"_s}
-        << QStringList{indi,       u"1 NOTE a"_s, u"2 CONT b"_s, "2 CONT "_L1 + one,
-                       conc + two, u"2 CONT c"_s}
-        << QStringList{added("INDI.NOTE.CONC 2 CONC "_L1 + two, "INDI.NOTE.CONT 2 CONT "_L1 + one,
-                             4)}
-        << 0;
-    QTest::newRow("a CONC line of the file gets a sibling too")
-        << QStringList{indi, u"1 NOTE a"_s, conc + value, u"2 CONC c"_s}
-        << QStringList{indi, u"1 NOTE a"_s, conc + one, conc + two, u"2 CONC c"_s}
-        << QStringList{added("INDI.NOTE.CONC 2 CONC "_L1 + two, "INDI.NOTE.CONC 2 CONC "_L1 + one,
-                             3)}
-        << 0;
-    QTest::newRow("the sibling of a continuation stands behind what hangs below that")
-        << QStringList{indi, u"1 NOTE a"_s, "2 CONT "_L1 + value, u"3 SOUR b"_s}
-        << QStringList{indi, u"1 NOTE a"_s, "2 CONT "_L1 + one, u"3 SOUR b"_s, conc + two}
-        << QStringList{added("INDI.NOTE.CONC 2 CONC "_L1 + two, "INDI.NOTE.CONT 2 CONT "_L1 + one,
-                             3)}
-        << 0;
-    QTest::newRow("a line gets its rest in front of its children")
-        << QStringList{indi, note + value, u"2 CONC b"_s, u"2 CONT c"_s, u"2 SOUR d"_s}
-        << QStringList{indi, note + one, conc + two, u"2 CONC b"_s, u"2 CONT c"_s, u"2 SOUR d"_s}
-        << QStringList{added("INDI.NOTE.CONC 2 CONC "_L1 + two, "INDI.NOTE 1 NOTE "_L1 + one, 2)}
-        << 0;
-    QTest::newRow("a tag that only contains CONC is no continuation")
-        << QStringList{indi, "1 _CONC "_L1 + value}
-        << QStringList{indi, "1 _CONC "_L1 + value.left(247), conc + value.mid(247)}
-        << QStringList{added("INDI._CONC.CONC 2 CONC "_L1 + value.mid(247),
-                             "INDI._CONC 1 _CONC "_L1 + value.left(247), 2)}
-        << 0;
-    QTest::newRow("the length of the tag counts, of one that is none too")
-        << QStringList{indi, "1 xy "_L1 + value}
-        << QStringList{indi, "1 xy "_L1 + value.left(250), conc + value.mid(250)}
-        << QStringList{added("CONC 2 CONC "_L1 + value.mid(250), " 1 xy "_L1 + value.left(250), 2)}
-        << 0;
-
-    // The text of a root note stands in one column with the tag, so that the root has no tag.
-    QTest::newRow("a root note with its text is cut")
-        << QStringList{"0 @N1@ NOTE "_L1 + value, u"1 CONT b"_s}
-        << QStringList{"0 @N1@ NOTE "_L1 + value.left(243), "1 CONC "_L1 + value.mid(243),
-                       u"1 CONT b"_s}
-        << QStringList{added("CONC 1 CONC "_L1 + value.mid(243),
-                             " 0 @N1@ NOTE "_L1 + value.left(243), 1)}
-        << 0;
-    QTest::newRow("a root note with a long text is cut into a chain")
-        << QStringList{"0 @N1@ NOTE "_L1 + text, u"1 CONT b"_s, u"2 SOUR c"_s}
-        << QStringList{"0 @N1@ NOTE "_L1 + text.left(243), "1 CONC "_L1 + text.mid(243, 248),
-                       "1 CONC "_L1 + text.mid(491), u"1 CONT b"_s, u"2 SOUR c"_s}
-        << QStringList{added("CONC 1 CONC "_L1 + text.mid(243), " 0 @N1@ NOTE "_L1 + text.left(243),
-                             1)}
-        << 0;
-    QTest::newRow("a root without an identifier is cut")
-        << QStringList{"0 HEAD "_L1 + value, u"1 CHAR UTF-8"_s}
-        << QStringList{"0 HEAD "_L1 + one, "1 CONC "_L1 + two, u"1 CHAR UTF-8"_s}
-        << QStringList{added("HEAD.CONC 1 CONC "_L1 + two, "HEAD 0 HEAD "_L1 + one, 1)} << 0;
-    QTest::newRow("records that are not on screen or of an unknown kind are cut")
-        << QStringList{u"0 @U1@ SUBM"_s, note + value, u"0 @U2@ SUBN"_s, note + value}
-        << QStringList{u"0 @U1@ SUBM"_s, note + one, conc + two,
-                       u"0 @U2@ SUBN"_s, note + one, conc + two}
-        << QStringList{added("SUBM.NOTE.CONC 2 CONC "_L1 + two, "SUBM.NOTE 1 NOTE "_L1 + one, 2),
-                       added("SUBN.NOTE.CONC 2 CONC "_L1 + two, "SUBN.NOTE 1 NOTE "_L1 + one, 4)}
-        << 0;
-
-    QStringList nine{indi};
-    for (int level = 1; level < 9; ++level)
-        nine += QString::number(level) + " EVEN"_L1;
-    // The line 10 CONC reads as level 1, an empty tag, and a value that begins with CONC.
-    QTest::newRow("below level 9 there is no further level")
-        << nine + QStringList{"9 NOTE "_L1 + value}
-        << nine + QStringList{"9 NOTE "_L1 + one, "1  CONC "_L1 + two}
-        << QStringList{added(" 1  CONC "_L1 + two,
-                             "INDI"_L1 + u".EVEN"_s.repeated(8) + ".NOTE 9 NOTE "_L1 + one, 10)}
-        << 0;
-    QTest::newRow("what stands below level 9 is cut like a line of level 1")
-        << nine + QStringList{"9 NOTE "_L1 + text}
-        << nine
-               + QStringList{"9 NOTE "_L1 + text.left(248), "1  CONC "_L1 + text.mid(248, 247),
-                             "2 CONC "_L1 + text.mid(495)}
-        << QStringList{added(
-               " 1  CONC "_L1 + text.mid(248),
-               "INDI"_L1 + u".EVEN"_s.repeated(8) + ".NOTE 9 NOTE "_L1 + text.left(248), 10)}
-        << 0;
-    QTest::newRow("a continuation of level 9 stays at its level")
-        << nine + QStringList{"9 CONT "_L1 + value}
-        << nine + QStringList{"9 CONT "_L1 + one, "9 CONC "_L1 + two}
-        << QStringList{added("INDI"_L1 + u".EVEN"_s.repeated(8) + ".CONC 9 CONC "_L1 + two,
-                             "INDI"_L1 + u".EVEN"_s.repeated(8) + ".CONT 9 CONT "_L1 + one, 10)}
-        << 0;
-
-    // At a root the place in the tree is taken for the place in the file.
-    QTest::newRow("a rest at level 1 lands too early behind entries that have children")
-        << QStringList{u"0 @N1@ NOTE a"_s, u"1 SOUR @S1@"_s, u"2 PAGE b"_s, u"2 DATA c"_s,
-                       "1 CONT "_L1 + value}
-        << QStringList{u"0 @N1@ NOTE a"_s, u"1 SOUR @S1@"_s, u"2 PAGE b"_s,
-                       "1 CONC "_L1 + two, u"2 DATA c"_s,    "1 CONT "_L1 + one}
-        << QStringList{added("CONC 1 CONC "_L1 + two, "CONT 1 CONT "_L1 + one, 5)} << 0;
-    QTest::newRow("a later cut below the root brings it to its place")
-        << QStringList{u"0 @N1@ NOTE a"_s, u"1 SOUR @S1@"_s,     u"2 PAGE b"_s,
-                       u"2 DATA c"_s,      "1 CONT "_L1 + value, note + value}
-        << QStringList{u"0 @N1@ NOTE a"_s, u"1 SOUR @S1@"_s,   u"2 PAGE b"_s, u"2 DATA c"_s,
-                       "1 CONT "_L1 + one, "1 CONC "_L1 + two, note + one,    conc + two}
-        << QStringList{added("CONC 1 CONC "_L1 + two, "CONT 1 CONT "_L1 + one, 5),
-                       added("NOTE.CONC 2 CONC "_L1 + two, "NOTE 1 NOTE "_L1 + one, 6)}
-        << 0;
-    QTest::newRow("a cut below the root puts the record into the order of the tree")
-        << QStringList{indi, u"1 NOTE a"_s, "2 TEXT "_L1 + value, u"1 NOTE c"_s, u"3 DATA d"_s}
-        << QStringList{indi,          u"1 NOTE a"_s, "2 TEXT "_L1 + one, "3 CONC "_L1 + two,
-                       u"3 DATA d"_s, u"1 NOTE c"_s}
-        << QStringList{added("INDI.NOTE.TEXT.CONC 3 CONC "_L1 + two,
-                             "INDI.NOTE.TEXT 2 TEXT "_L1 + one, 3)}
-        << 0;
-
-    addUncut("a line without a value is left", {indi, "1 "_L1 + longTag(254)}, 1);
-    addUncut("a root without a value is left", {"0 "_L1 + longTag(300), u"1 NOTE a"_s}, 1);
-    addUncut("a continuation at the top of the tree is left",
-             {"0 CONC "_L1 + value, u"1 NOTE a"_s, "0 CONT "_L1 + value, u"1 NOTE a"_s}, 2);
-    addUncut("a continuation below the section of the notes is left",
-             {"0 CONC NOTE "_L1 + value, u"1 NOTE a"_s}, 1);
-    QTest::newRow("a line that is left does not hold up the next one")
-        << QStringList{indi, "1 "_L1 + longTag(254), note + value}
-        << QStringList{indi, "1 "_L1 + longTag(254), note + one, conc + two}
-        << QStringList{added("INDI.NOTE.CONC 2 CONC "_L1 + two, "INDI.NOTE 1 NOTE "_L1 + one, 3)}
-        << 1;
-    // Level and tag together, without the blanks: 252 characters leave room for one.
-    QTest::newRow("a long tag leaves room for one character")
-        << QStringList{indi, "1 "_L1 + longTag(251) + " abc"_L1}
-        << QStringList{indi, "1 "_L1 + longTag(251) + " a"_L1, u"2 CONC bc"_s}
-        << QStringList{added(u"CONC 2 CONC bc"_s, " 1 "_L1 + longTag(251) + " a"_L1, 2)} << 0;
-    QTest::newRow("the one character can be a blank, and goes")
-        << QStringList{indi, "1 "_L1 + longTag(251) + "  bc"_L1}
-        << QStringList{indi, "1 "_L1 + longTag(251) + u' ', u"2 CONC  bc"_s}
-        << QStringList{added(u"CONC 2 CONC  bc"_s, " 1 "_L1 + longTag(251) + u' ', 2)} << 0;
-    QTest::newRow("a long tag leaves room for nothing")
-        << QStringList{indi, "1 "_L1 + longTag(252) + " abc"_L1}
-        << QStringList{indi, "1 "_L1 + longTag(252) + u' ', u"2 CONC abc"_s}
-        << QStringList{added(u"CONC 2 CONC abc"_s, " 1 "_L1 + longTag(252) + u' ', 2)} << 0;
-    QTest::newRow("a tag over the limit loses its whole value and stays")
-        << QStringList{indi, "1 "_L1 + longTag(253) + " abc"_L1}
-        << QStringList{indi, "1 "_L1 + longTag(253) + u' ', u"2 CONC abc"_s}
-        << QStringList{added(u"CONC 2 CONC abc"_s, " 1 "_L1 + longTag(253) + u' ', 2)} << 1;
-    QTest::newRow("an identifier over the limit loses its tag")
-        << QStringList{"0 @"_L1 + longTag(300) + "@ INDI"_L1, u"1 SEX M"_s}
-        << QStringList{"0 @"_L1 + longTag(300) + "@ "_L1, u"1 CONC INDI"_s, u"1 SEX M"_s}
-        << QStringList{added(u"CONC 1 CONC INDI"_s, " 0 @"_L1 + longTag(300) + "@ "_L1, 1)} << 1;
-    // The place of the rest follows the tag that the shortened line has.
-    QTest::newRow("a value that is cut down to CONC makes a continuation of its line")
-        << QStringList{indi, "1 "_L1 + longTag(248) + " CONCabcd"_L1, u"1 SEX M"_s}
-        << QStringList{indi, "1 "_L1 + longTag(248) + " CONC"_L1, u"1 CONC abcd"_s, u"1 SEX M"_s}
-        << QStringList{added(u"INDI.CONC 1 CONC abcd"_s,
-                             "INDI.CONC 1 "_L1 + longTag(248) + " CONC"_L1, 2)}
-        << 0;
-    QTest::newRow("a value CONC that is gone makes no continuation of its line")
-        << QStringList{indi, "1 "_L1 + longTag(253) + " CONC"_L1, u"1 SEX M"_s}
-        << QStringList{indi, "1 "_L1 + longTag(253) + u' ', u"2 CONC CONC"_s, u"1 SEX M"_s}
-        << QStringList{added(u"CONC 2 CONC CONC"_s, " 1 "_L1 + longTag(253) + u' ', 2)} << 1;
-}
-
-void TstOversized::cut()
+void TstOversized::compareCuts()
 {
     QFETCH(QStringList, record);
     QFETCH(QStringList, expected);
@@ -362,6 +175,281 @@ void TstOversized::cut()
     QCOMPARE(doc.gedcom.checkOversized(), 0);
     QCOMPARE(told.take(), toldOfCheck(left, {}));
     QCOMPARE(doc.lines(), expected);
+}
+
+void TstOversized::characters_data()
+{
+    addCutColumns();
+
+    addUncut("255 characters stay", {Indi, Note + run(248)}, 0);
+    addNote("256 characters leave one character over", run(249), run(248), run(249).right(1));
+    addUncut("characters are counted, not their bytes", {Indi, Note + QString(248, u'é')}, 0);
+    addNote("accents are one character at the cut", QString(250, u'é'), QString(248, u'é'),
+            u"éé"_s);
+    addNote("a blank at the cut goes to the second line", run(247) + " suite"_L1, run(247),
+            u" suite"_s);
+    addNote("a blank behind the cut begins the second line", run(248) + " suite"_L1, run(248),
+            u" suite"_s);
+    addNote("of two blanks at the cut one stays in front of it", run(246) + "  suite"_L1,
+            run(246) + u' ', u" suite"_s);
+    addNote("of two blanks around the cut both go", run(247) + "  suite"_L1, run(247),
+            u"  suite"_s);
+    addNote("a blank alone can be left over", run(247) + "  "_L1, run(247), u"  "_s);
+    addNote("a value of nothing but blanks is cut", QString(300, u' '), QString(247, u' '),
+            QString(53, u' '));
+    addNote("a value may hold what looks like a place marker", "%1 %2 %3 "_L1 + run(300),
+            "%1 %2 %3 "_L1 + run(239), run(300).mid(239));
+    const QString faces = u"\U0001F600"_s.repeated(3);
+    addUncut("a character of two units counts as two", {Indi, Note + run(242) + faces}, 0);
+    addNote("a cut may fall between two such characters", run(246) + faces,
+            run(246) + faces.left(2), faces.mid(2));
+}
+
+void TstOversized::characters()
+{
+    compareCuts();
+}
+
+void TstOversized::chains_data()
+{
+    addCutColumns();
+
+    const QString text = run(600);
+    QTest::newRow("of several cuts the first is told")
+        << QStringList{Indi, u"1 BIRT"_s, "2 NOTE "_L1 + text}
+        << QStringList{Indi, u"1 BIRT"_s, "2 NOTE "_L1 + text.left(248),
+                       "3 CONC "_L1 + text.mid(248, 248), "3 CONC "_L1 + text.mid(496)}
+        << QStringList{added("INDI.BIRT.NOTE.CONC 3 CONC "_L1 + text.mid(248),
+                             "INDI.BIRT.NOTE 2 NOTE "_L1 + text.left(248), 3)}
+        << 0;
+    const QString blanks = run(247) + u' ' + run(246) + u' ' + run(30);
+    QTest::newRow("each cut of a chain steps back from a blank")
+        << QStringList{Indi, Note + blanks}
+        << QStringList{Indi, Note + run(247), Conc + u' ' + run(246), Conc + u' ' + run(30)}
+        << QStringList{added("INDI.NOTE.CONC 2 CONC "_L1 + blanks.mid(247),
+                             "INDI.NOTE 1 NOTE "_L1 + run(247), 2)}
+        << 0;
+    QTest::newRow("a rest of exactly 255 characters ends the chain")
+        << QStringList{Indi, Note + run(496)}
+        << QStringList{Indi, Note + run(248), Conc + run(496).mid(248)}
+        << QStringList{added("INDI.NOTE.CONC 2 CONC "_L1 + run(496).mid(248),
+                             "INDI.NOTE 1 NOTE "_L1 + run(248), 2)}
+        << 0;
+}
+
+void TstOversized::chains()
+{
+    compareCuts();
+}
+
+void TstOversized::placeOfTheRest_data()
+{
+    addCutColumns();
+
+    const QString value = run(300);
+    const QString one = value.left(248);
+    const QString two = value.mid(248);
+    QTest::newRow("a continuation gets a sibling directly behind it")
+        << QStringList{Indi, u"1 NOTE a"_s, u"2 CONT b"_s, "2 CONT "_L1 + value, u"2 CONT c"_s}
+        << QStringList{Indi,       u"1 NOTE a"_s, u"2 CONT b"_s, "2 CONT "_L1 + one,
+                       Conc + two, u"2 CONT c"_s}
+        << QStringList{added("INDI.NOTE.CONC 2 CONC "_L1 + two, "INDI.NOTE.CONT 2 CONT "_L1 + one,
+                             4)}
+        << 0;
+    QTest::newRow("a CONC line of the file gets a sibling too")
+        << QStringList{Indi, u"1 NOTE a"_s, Conc + value, u"2 CONC c"_s}
+        << QStringList{Indi, u"1 NOTE a"_s, Conc + one, Conc + two, u"2 CONC c"_s}
+        << QStringList{added("INDI.NOTE.CONC 2 CONC "_L1 + two, "INDI.NOTE.CONC 2 CONC "_L1 + one,
+                             3)}
+        << 0;
+    QTest::newRow("the sibling of a continuation stands behind what hangs below that")
+        << QStringList{Indi, u"1 NOTE a"_s, "2 CONT "_L1 + value, u"3 SOUR b"_s}
+        << QStringList{Indi, u"1 NOTE a"_s, "2 CONT "_L1 + one, u"3 SOUR b"_s, Conc + two}
+        << QStringList{added("INDI.NOTE.CONC 2 CONC "_L1 + two, "INDI.NOTE.CONT 2 CONT "_L1 + one,
+                             3)}
+        << 0;
+    QTest::newRow("a line gets its rest in front of its children")
+        << QStringList{Indi, Note + value, u"2 CONC b"_s, u"2 CONT c"_s, u"2 SOUR d"_s}
+        << QStringList{Indi, Note + one, Conc + two, u"2 CONC b"_s, u"2 CONT c"_s, u"2 SOUR d"_s}
+        << QStringList{added("INDI.NOTE.CONC 2 CONC "_L1 + two, "INDI.NOTE 1 NOTE "_L1 + one, 2)}
+        << 0;
+    QTest::newRow("a tag that only contains CONC is no continuation")
+        << QStringList{Indi, "1 _CONC "_L1 + value}
+        << QStringList{Indi, "1 _CONC "_L1 + value.left(247), Conc + value.mid(247)}
+        << QStringList{added("INDI._CONC.CONC 2 CONC "_L1 + value.mid(247),
+                             "INDI._CONC 1 _CONC "_L1 + value.left(247), 2)}
+        << 0;
+    QTest::newRow("the length of the tag counts, of one that is none too")
+        << QStringList{Indi, "1 xy "_L1 + value}
+        << QStringList{Indi, "1 xy "_L1 + value.left(250), Conc + value.mid(250)}
+        << QStringList{added("CONC 2 CONC "_L1 + value.mid(250), " 1 xy "_L1 + value.left(250), 2)}
+        << 0;
+}
+
+void TstOversized::placeOfTheRest()
+{
+    compareCuts();
+}
+
+void TstOversized::roots_data()
+{
+    addCutColumns();
+
+    const QString text = run(600);
+    const QString value = run(300);
+    const QString one = value.left(248);
+    const QString two = value.mid(248);
+    // The text of a root note stands in one column with the tag, so that the root has no tag.
+    QTest::newRow("a root note with its text is cut")
+        << QStringList{"0 @N1@ NOTE "_L1 + value, u"1 CONT b"_s}
+        << QStringList{"0 @N1@ NOTE "_L1 + value.left(243), "1 CONC "_L1 + value.mid(243),
+                       u"1 CONT b"_s}
+        << QStringList{added("CONC 1 CONC "_L1 + value.mid(243),
+                             " 0 @N1@ NOTE "_L1 + value.left(243), 1)}
+        << 0;
+    QTest::newRow("a root note with a long text is cut into a chain")
+        << QStringList{"0 @N1@ NOTE "_L1 + text, u"1 CONT b"_s, u"2 SOUR c"_s}
+        << QStringList{"0 @N1@ NOTE "_L1 + text.left(243), "1 CONC "_L1 + text.mid(243, 248),
+                       "1 CONC "_L1 + text.mid(491), u"1 CONT b"_s, u"2 SOUR c"_s}
+        << QStringList{added("CONC 1 CONC "_L1 + text.mid(243), " 0 @N1@ NOTE "_L1 + text.left(243),
+                             1)}
+        << 0;
+    QTest::newRow("a root without an identifier is cut")
+        << QStringList{"0 HEAD "_L1 + value, u"1 CHAR UTF-8"_s}
+        << QStringList{"0 HEAD "_L1 + one, "1 CONC "_L1 + two, u"1 CHAR UTF-8"_s}
+        << QStringList{added("HEAD.CONC 1 CONC "_L1 + two, "HEAD 0 HEAD "_L1 + one, 1)} << 0;
+    QTest::newRow("records that are not on screen or of an unknown kind are cut")
+        << QStringList{u"0 @U1@ SUBM"_s, Note + value, u"0 @U2@ SUBN"_s, Note + value}
+        << QStringList{u"0 @U1@ SUBM"_s, Note + one, Conc + two,
+                       u"0 @U2@ SUBN"_s, Note + one, Conc + two}
+        << QStringList{added("SUBM.NOTE.CONC 2 CONC "_L1 + two, "SUBM.NOTE 1 NOTE "_L1 + one, 2),
+                       added("SUBN.NOTE.CONC 2 CONC "_L1 + two, "SUBN.NOTE 1 NOTE "_L1 + one, 4)}
+        << 0;
+
+    // At a root the place in the tree is taken for the place in the file.
+    QTest::newRow("a rest at level 1 lands too early behind entries that have children")
+        << QStringList{u"0 @N1@ NOTE a"_s, u"1 SOUR @S1@"_s, u"2 PAGE b"_s, u"2 DATA c"_s,
+                       "1 CONT "_L1 + value}
+        << QStringList{u"0 @N1@ NOTE a"_s, u"1 SOUR @S1@"_s, u"2 PAGE b"_s,
+                       "1 CONC "_L1 + two, u"2 DATA c"_s,    "1 CONT "_L1 + one}
+        << QStringList{added("CONC 1 CONC "_L1 + two, "CONT 1 CONT "_L1 + one, 5)} << 0;
+    QTest::newRow("a later cut below the root brings it to its place")
+        << QStringList{u"0 @N1@ NOTE a"_s, u"1 SOUR @S1@"_s,     u"2 PAGE b"_s,
+                       u"2 DATA c"_s,      "1 CONT "_L1 + value, Note + value}
+        << QStringList{u"0 @N1@ NOTE a"_s, u"1 SOUR @S1@"_s,   u"2 PAGE b"_s, u"2 DATA c"_s,
+                       "1 CONT "_L1 + one, "1 CONC "_L1 + two, Note + one,    Conc + two}
+        << QStringList{added("CONC 1 CONC "_L1 + two, "CONT 1 CONT "_L1 + one, 5),
+                       added("NOTE.CONC 2 CONC "_L1 + two, "NOTE 1 NOTE "_L1 + one, 6)}
+        << 0;
+    QTest::newRow("a cut below the root puts the record into the order of the tree")
+        << QStringList{Indi, u"1 NOTE a"_s, "2 TEXT "_L1 + value, u"1 NOTE c"_s, u"3 DATA d"_s}
+        << QStringList{Indi,          u"1 NOTE a"_s, "2 TEXT "_L1 + one, "3 CONC "_L1 + two,
+                       u"3 DATA d"_s, u"1 NOTE c"_s}
+        << QStringList{added("INDI.NOTE.TEXT.CONC 3 CONC "_L1 + two,
+                             "INDI.NOTE.TEXT 2 TEXT "_L1 + one, 3)}
+        << 0;
+}
+
+void TstOversized::roots()
+{
+    compareCuts();
+}
+
+void TstOversized::levels_data()
+{
+    addCutColumns();
+
+    const QString text = run(600);
+    const QString value = run(300);
+    const QString one = value.left(248);
+    const QString two = value.mid(248);
+    QStringList nine{Indi};
+    for (int level = 1; level < 9; ++level)
+        nine += QString::number(level) + " EVEN"_L1;
+    // The line 10 CONC reads as level 1, an empty tag, and a value that begins with CONC.
+    QTest::newRow("below level 9 there is no further level")
+        << nine + QStringList{"9 NOTE "_L1 + value}
+        << nine + QStringList{"9 NOTE "_L1 + one, "1  CONC "_L1 + two}
+        << QStringList{added(" 1  CONC "_L1 + two,
+                             "INDI"_L1 + u".EVEN"_s.repeated(8) + ".NOTE 9 NOTE "_L1 + one, 10)}
+        << 0;
+    QTest::newRow("what stands below level 9 is cut like a line of level 1")
+        << nine + QStringList{"9 NOTE "_L1 + text}
+        << nine
+               + QStringList{"9 NOTE "_L1 + text.left(248), "1  CONC "_L1 + text.mid(248, 247),
+                             "2 CONC "_L1 + text.mid(495)}
+        << QStringList{added(
+               " 1  CONC "_L1 + text.mid(248),
+               "INDI"_L1 + u".EVEN"_s.repeated(8) + ".NOTE 9 NOTE "_L1 + text.left(248), 10)}
+        << 0;
+    QTest::newRow("a continuation of level 9 stays at its level")
+        << nine + QStringList{"9 CONT "_L1 + value}
+        << nine + QStringList{"9 CONT "_L1 + one, "9 CONC "_L1 + two}
+        << QStringList{added("INDI"_L1 + u".EVEN"_s.repeated(8) + ".CONC 9 CONC "_L1 + two,
+                             "INDI"_L1 + u".EVEN"_s.repeated(8) + ".CONT 9 CONT "_L1 + one, 10)}
+        << 0;
+}
+
+void TstOversized::levels()
+{
+    compareCuts();
+}
+
+void TstOversized::longTags_data()
+{
+    addCutColumns();
+
+    const QString value = run(300);
+    const QString one = value.left(248);
+    const QString two = value.mid(248);
+    addUncut("a line without a value is left", {Indi, "1 "_L1 + longTag(254)}, 1);
+    addUncut("a root without a value is left", {"0 "_L1 + longTag(300), u"1 NOTE a"_s}, 1);
+    addUncut("a continuation at the top of the tree is left",
+             {"0 CONC "_L1 + value, u"1 NOTE a"_s, "0 CONT "_L1 + value, u"1 NOTE a"_s}, 2);
+    addUncut("a continuation below the section of the notes is left",
+             {"0 CONC NOTE "_L1 + value, u"1 NOTE a"_s}, 1);
+    QTest::newRow("a line that is left does not hold up the next one")
+        << QStringList{Indi, "1 "_L1 + longTag(254), Note + value}
+        << QStringList{Indi, "1 "_L1 + longTag(254), Note + one, Conc + two}
+        << QStringList{added("INDI.NOTE.CONC 2 CONC "_L1 + two, "INDI.NOTE 1 NOTE "_L1 + one, 3)}
+        << 1;
+    // Level and tag together, without the blanks: 252 characters leave room for one.
+    QTest::newRow("a long tag leaves room for one character")
+        << QStringList{Indi, "1 "_L1 + longTag(251) + " abc"_L1}
+        << QStringList{Indi, "1 "_L1 + longTag(251) + " a"_L1, u"2 CONC bc"_s}
+        << QStringList{added(u"CONC 2 CONC bc"_s, " 1 "_L1 + longTag(251) + " a"_L1, 2)} << 0;
+    QTest::newRow("the one character can be a blank, and goes")
+        << QStringList{Indi, "1 "_L1 + longTag(251) + "  bc"_L1}
+        << QStringList{Indi, "1 "_L1 + longTag(251) + u' ', u"2 CONC  bc"_s}
+        << QStringList{added(u"CONC 2 CONC  bc"_s, " 1 "_L1 + longTag(251) + u' ', 2)} << 0;
+    QTest::newRow("a long tag leaves room for nothing")
+        << QStringList{Indi, "1 "_L1 + longTag(252) + " abc"_L1}
+        << QStringList{Indi, "1 "_L1 + longTag(252) + u' ', u"2 CONC abc"_s}
+        << QStringList{added(u"CONC 2 CONC abc"_s, " 1 "_L1 + longTag(252) + u' ', 2)} << 0;
+    QTest::newRow("a tag over the limit loses its whole value and stays")
+        << QStringList{Indi, "1 "_L1 + longTag(253) + " abc"_L1}
+        << QStringList{Indi, "1 "_L1 + longTag(253) + u' ', u"2 CONC abc"_s}
+        << QStringList{added(u"CONC 2 CONC abc"_s, " 1 "_L1 + longTag(253) + u' ', 2)} << 1;
+    QTest::newRow("an identifier over the limit loses its tag")
+        << QStringList{"0 @"_L1 + longTag(300) + "@ INDI"_L1, u"1 SEX M"_s}
+        << QStringList{"0 @"_L1 + longTag(300) + "@ "_L1, u"1 CONC INDI"_s, u"1 SEX M"_s}
+        << QStringList{added(u"CONC 1 CONC INDI"_s, " 0 @"_L1 + longTag(300) + "@ "_L1, 1)} << 1;
+    // The place of the rest follows the tag that the shortened line has.
+    QTest::newRow("a value that is cut down to CONC makes a continuation of its line")
+        << QStringList{Indi, "1 "_L1 + longTag(248) + " CONCabcd"_L1, u"1 SEX M"_s}
+        << QStringList{Indi, "1 "_L1 + longTag(248) + " CONC"_L1, u"1 CONC abcd"_s, u"1 SEX M"_s}
+        << QStringList{added(u"INDI.CONC 1 CONC abcd"_s,
+                             "INDI.CONC 1 "_L1 + longTag(248) + " CONC"_L1, 2)}
+        << 0;
+    QTest::newRow("a value CONC that is gone makes no continuation of its line")
+        << QStringList{Indi, "1 "_L1 + longTag(253) + " CONC"_L1, u"1 SEX M"_s}
+        << QStringList{Indi, "1 "_L1 + longTag(253) + u' ', u"2 CONC CONC"_s, u"1 SEX M"_s}
+        << QStringList{added(u"CONC 2 CONC CONC"_s, " 1 "_L1 + longTag(253) + u' ', 2)} << 1;
+}
+
+void TstOversized::longTags()
+{
+    compareCuts();
 }
 
 void TstOversized::cutBetweenTheUnitsOfACharacter()
