@@ -1,11 +1,8 @@
 #include "boxes.h"
-#include "debuglistener.h"
 #include "document.h"
 #include "markingtranslator.h"
-#include "progresslog.h"
 #include "reviewing.h"
 #include "testmain.h"
-#include "told.h"
 
 #include "gedcom.h"
 #include "twitem.h"
@@ -48,8 +45,7 @@ class Review : public ReviewedDocument
 public:
     using ReviewedDocument::ReviewedDocument;
 
-    /// What the check box does.
-    void filter()
+    void filter() override
     {
         hideAll();
         gedcom.filterSourceDateDiff();
@@ -1189,37 +1185,18 @@ void TstDatefilter::secondRun()
 void TstDatefilter::saved()
 {
     Review review(citedInTurn(3));
-    const QByteArray before = readBytes(review.path());
-    review.filter();
-    QCOMPARE(readBytes(review.path()), before);
-    QVERIFY(review.gedcom.writeGedFile(review.path()));
-    QCOMPARE(readBytes(review.path()), before);
+    compareSave(&review);
 }
 
 void TstDatefilter::frame()
 {
     Review review(citedInTurn(250));
-    review.hideAll();
-    QStringList debug;
-    Told told(&review);
-    {
-        const DebugListener listener([&debug](const QString &text) { debug += text; });
-        review.gedcom.filterSourceDateDiff();
-    }
-    QCOMPARE(told.take(),
-             QStringList({"status: "_L1 + Announced, u"bar shown"_s, u"bar: 100 of 250"_s,
-                          u"events"_s, u"bar: 200 of 250"_s, u"events"_s, u"bar hidden"_s,
-                          u"status: 125 incohérences sources / évènements détectées."_s}));
-    QCOMPARE(debug, QStringList());
-    QCOMPARE(review.newJournal(), QStringList());
+    compareFrame(&review, Announced, concluded(125));
 }
 
 void TstDatefilter::progress_data()
 {
-    QTest::addColumn<int>("size");
-    QTest::addColumn<QStringList>("expected"); // between the first events and the end
-    QTest::addColumn<int>("value"); // at the end
-    QTest::addColumn<QStringList>("again"); // the same of a second run, with the events before
+    addProgressColumns();
 
     const QStringList nothing{u"events at -1"_s};
     QTest::newRow("no citation") << 0 << QStringList() << -1 << nothing;
@@ -1235,9 +1212,6 @@ void TstDatefilter::progress_data()
 void TstDatefilter::progress()
 {
     QFETCH(int, size);
-    QFETCH(QStringList, expected);
-    QFETCH(int, value);
-    QFETCH(QStringList, again);
 
     // All citations count, those of families and those without a date too; others do not.
     QStringList lines{u" 0 @F1@ FAM"_s, u" 1 MARR"_s};
@@ -1249,18 +1223,7 @@ void TstDatefilter::progress()
         lines += u"-2 SOUR @S1@"_s;
     }
     Review review(lines + source(1, u"1840"_s));
-    const ProgressLog log(&review.progress);
-    review.filter();
-    const QStringList whole =
-        QStringList{u"show"_s, u"events at -1"_s} + expected + QStringList{u"hide"_s};
-    QCOMPARE(log.entries(), whole);
-    QCOMPARE(review.progress.minimum(), 0);
-    QCOMPARE(review.progress.maximum(), size);
-    QCOMPARE(review.progress.value(), value); // it is hidden rather than reset
-    QVERIFY(review.progress.isHidden());
-
-    review.filter();
-    QCOMPARE(log.entries(), whole + QStringList{u"show"_s} + again + QStringList{u"hide"_s});
+    compareProgress(&review);
 }
 
 void TstDatefilter::texts()

@@ -193,6 +193,19 @@ int deletionCount(const QStringList &journal)
     return int(journal.filter(u"INFO : Suppression de l'entrée : "_s).size());
 }
 
+/// The column "operation" with what processes events while the file is read, reworked and written.
+void addOperations()
+{
+    QTest::addColumn<QString>("operation");
+
+    QTest::newRow("load") << Load;
+    QTest::newRow("folding") << Fold;
+    QTest::newRow("deletion") << Delete;
+    QTest::newRow("measuring") << Measure;
+    QTest::newRow("cutting") << Cut;
+    QTest::newRow("writing") << WriteFile;
+}
+
 } // namespace
 
 class TstEvents : public QObject
@@ -345,14 +358,7 @@ void TstEvents::actionDuringAnOperation()
 
 void TstEvents::inputIsDelivered_data()
 {
-    QTest::addColumn<QString>("operation");
-
-    QTest::newRow("load") << Load;
-    QTest::newRow("folding") << Fold;
-    QTest::newRow("deletion") << Delete;
-    QTest::newRow("measuring") << Measure;
-    QTest::newRow("cutting") << Cut;
-    QTest::newRow("writing") << WriteFile;
+    addOperations();
     QTest::newRow("journal file") << WriteJournal;
 }
 
@@ -591,14 +597,7 @@ void TstEvents::editOfTheForm()
 
 void TstEvents::closingTheWindow_data()
 {
-    QTest::addColumn<QString>("operation");
-
-    QTest::newRow("load") << Load;
-    QTest::newRow("folding") << Fold;
-    QTest::newRow("deletion") << Delete;
-    QTest::newRow("measuring") << Measure;
-    QTest::newRow("cutting") << Cut;
-    QTest::newRow("writing") << WriteFile;
+    addOperations();
 }
 
 void TstEvents::closingTheWindow()

@@ -1,11 +1,8 @@
 #include "boxes.h"
-#include "debuglistener.h"
 #include "document.h"
 #include "markingtranslator.h"
-#include "progresslog.h"
 #include "reviewing.h"
 #include "testmain.h"
-#include "told.h"
 
 #include "gedcom.h"
 #include "twitem.h"
@@ -36,8 +33,7 @@ class Review : public ReviewedDocument
 public:
     using ReviewedDocument::ReviewedDocument;
 
-    /// What the check box does.
-    void filter()
+    void filter() override
     {
         hideAll();
         gedcom.filterSourceMultiUse();
@@ -665,37 +661,18 @@ void TstMultiuse::secondRun()
 void TstMultiuse::saved()
 {
     Review review(born(1, true) + born(2, true) + sources(1, 2));
-    const QByteArray before = readBytes(review.path());
-    review.filter();
-    QCOMPARE(readBytes(review.path()), before);
-    QVERIFY(review.gedcom.writeGedFile(review.path()));
-    QCOMPARE(readBytes(review.path()), before);
+    compareSave(&review);
 }
 
 void TstMultiuse::frame()
 {
     Review review(born(1, true) + born(2, true) + sources(1, 250));
-    review.hideAll();
-    QStringList debug;
-    Told told(&review);
-    {
-        const DebugListener listener([&debug](const QString &text) { debug += text; });
-        review.gedcom.filterSourceMultiUse();
-    }
-    QCOMPARE(told.take(),
-             QStringList({"status: "_L1 + Announced, u"bar shown"_s, u"bar: 100 of 250"_s,
-                          u"events"_s, u"bar: 200 of 250"_s, u"events"_s, u"bar hidden"_s,
-                          u"status: Recherche terminée. 1 occurences dédoublées."_s}));
-    QCOMPARE(debug, QStringList());
-    QCOMPARE(review.newJournal(), QStringList());
+    compareFrame(&review, Announced, concluded(1));
 }
 
 void TstMultiuse::progress_data()
 {
-    QTest::addColumn<int>("size");
-    QTest::addColumn<QStringList>("expected"); // between the first events and the end
-    QTest::addColumn<int>("value"); // at the end
-    QTest::addColumn<QStringList>("again"); // the same of a second run, with the events before
+    addProgressColumns();
 
     const QStringList nothing{u"events at -1"_s};
     QTest::newRow("no source") << 0 << QStringList() << -1 << nothing;
@@ -712,26 +689,12 @@ void TstMultiuse::progress_data()
 void TstMultiuse::progress()
 {
     QFETCH(int, size);
-    QFETCH(QStringList, expected);
-    QFETCH(int, value);
-    QFETCH(QStringList, again);
 
     // Deleted sources and other records do not count.
     Review review(
         born(1, true) + sources(1, size)
         + QStringList{u"-0 @S999@ SOUR"_s, u" 1 TITL x"_s, u" 0 @SX@ SOUR"_s, u" 1 TITL x"_s});
-    const ProgressLog log(&review.progress);
-    review.filter();
-    const QStringList whole =
-        QStringList{u"show"_s, u"events at -1"_s} + expected + QStringList{u"hide"_s};
-    QCOMPARE(log.entries(), whole);
-    QCOMPARE(review.progress.minimum(), 0);
-    QCOMPARE(review.progress.maximum(), size);
-    QCOMPARE(review.progress.value(), value); // it is hidden rather than reset
-    QVERIFY(review.progress.isHidden());
-
-    review.filter();
-    QCOMPARE(log.entries(), whole + QStringList{u"show"_s} + again + QStringList{u"hide"_s});
+    compareProgress(&review);
 }
 
 void TstMultiuse::texts()

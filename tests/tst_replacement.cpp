@@ -121,6 +121,25 @@ QString difference(QStringList before, const QStringList &after)
 
 Q_DECLARE_METATYPE(Arguments)
 
+namespace {
+
+void addReplacementColumns()
+{
+    QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<Arguments>("arguments");
+    QTest::addColumn<QStringList>("expected");
+    QTest::addColumn<QStringList>("changes");
+}
+
+/// A document before and after a replacement, and what the journal says of the changes.
+void replacementRow(const char *name, const QStringList &lines, const Arguments &arguments,
+                    const QStringList &expected, const QStringList &changes)
+{
+    QTest::newRow(name) << lines << arguments << expected << changes;
+}
+
+} // namespace
+
 class TstReplacement : public QObject
 {
     Q_OBJECT
@@ -168,24 +187,16 @@ void TstReplacement::cleanup()
 
 void TstReplacement::replaces_data()
 {
-    QTest::addColumn<QStringList>("lines");
-    QTest::addColumn<Arguments>("arguments");
-    QTest::addColumn<QStringList>("expected");
-    QTest::addColumn<QStringList>("changes");
+    addReplacementColumns();
 
-    const auto row = [](const char *name, const QStringList &lines, const Arguments &arguments,
-                        const QStringList &expected, const QStringList &changes) {
-        QTest::newRow(name) << lines << arguments << expected << changes;
-    };
     // A record with one line, which alone changes.
-    const auto lineRow = [&row](const char *name, const QString &line, const Arguments &arguments,
-                                const QString &expected, const QString &change) {
+    const auto lineRow = [](const char *name, const QString &line, const Arguments &arguments,
+                            const QString &expected, const QString &change) {
         const QString root = u"0 @I@ INDI"_s;
-        row(name, {root, line}, arguments, {root, expected}, {change + " (l.2)"_L1});
+        replacementRow(name, {root, line}, arguments, {root, expected}, {change + " (l.2)"_L1});
     };
-    const auto nothingRow = [&row](const char *name, const QString &line,
-                                   const Arguments &arguments) {
-        row(name, {u"0 @I@ INDI"_s, line}, arguments, {u"0 @I@ INDI"_s, line}, {});
+    const auto nothingRow = [](const char *name, const QString &line, const Arguments &arguments) {
+        replacementRow(name, {u"0 @I@ INDI"_s, line}, arguments, {u"0 @I@ INDI"_s, line}, {});
     };
 
     lineRow("tag before value", u"1 NAME NAME"_s, {u"NAME"_s, u"NOM"_s}, u"1 NOM NAME"_s,
@@ -249,40 +260,41 @@ void TstReplacement::replaces_data()
     lineRow("and is found as such", u"1 NOTE a^$b"_s, {u"^$"_s, u"x"_s}, u"1 NOTE axb"_s,
             u"'INDI.NOTE a^$b' par 'axb'"_s);
     for (const Mode mode : {Text, TextAnyCase}) {
-        row(mode == Text ? "empty text, around every level" : "the same in any case",
-            {u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"2 VERS"_s}, {{}, u"D"_s, {}, mode},
-            {u"D0D HEAD"_s, u"D1D CHAR UTF-8"_s, u"D2D VERS"_s},
-            {u"'HEAD 0' par 'D0D' (l.1)"_s, u"'HEAD.CHAR 1' par 'D1D' (l.2)"_s,
-             u"'HEAD.CHAR.VERS 2' par 'D2D' (l.3)"_s});
+        replacementRow(mode == Text ? "empty text, around every level" : "the same in any case",
+                       {u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"2 VERS"_s}, {{}, u"D"_s, {}, mode},
+                       {u"D0D HEAD"_s, u"D1D CHAR UTF-8"_s, u"D2D VERS"_s},
+                       {u"'HEAD 0' par 'D0D' (l.1)"_s, u"'HEAD.CHAR 1' par 'D1D' (l.2)"_s,
+                        u"'HEAD.CHAR.VERS 2' par 'D2D' (l.3)"_s});
     }
 
     const QStringList persons{u"0 @I1@ INDI"_s, u"1 FAMS @I1@"_s, u"0 @I12@ INDI"_s,
                               u"1 ASSO @I1@"_s};
-    row("identifier", persons, {u"@I1@"_s, u"@I7@"_s},
-        {u"0 @I7@ INDI"_s, u"1 FAMS @I7@"_s, u"0 @I12@ INDI"_s, u"1 ASSO @I7@"_s},
-        {u"'INDI @I1@' par '@I7@' (l.1)"_s, u"'INDI.FAMS @I1@' par '@I7@' (l.2)"_s,
-         u"'INDI.ASSO @I1@' par '@I7@' (l.4)"_s});
-    row("tag of a record behind its identifier", persons, {u"INDI"_s, u"PERS"_s},
-        {u"0 @I1@ PERS"_s, u"1 FAMS @I1@"_s, u"0 @I12@ PERS"_s, u"1 ASSO @I1@"_s},
-        {u"'INDI INDI' par 'PERS' (l.1)"_s, u"'INDI INDI' par 'PERS' (l.3)"_s});
-    row("identifier before the tag of the record", {u"0 @INDI@ INDI"_s, u"1 SEX M"_s},
-        {u"INDI"_s, u"I"_s}, {u"0 @I@ INDI"_s, u"1 SEX M"_s}, {u"'INDI @INDI@' par '@I@' (l.1)"_s});
-    row("level of a record", {u"0 HEAD"_s, u"1 CHAR 0"_s}, {u"0"_s, u"9"_s},
-        {u"9 HEAD"_s, u"1 CHAR 9"_s},
-        {u"'HEAD 0' par '9' (l.1)"_s, u"'HEAD.CHAR 0' par '9' (l.2)"_s});
-    row("text of a note record", {u"0 @N1@ NOTE texte"_s, u"1 CONT texte"_s},
-        {u"texte"_s, u"mot"_s}, {u"0 @N1@ NOTE mot"_s, u"1 CONT mot"_s},
-        // The text behind the tag hides it.
-        {u"' NOTE texte' par 'NOTE mot' (l.1)"_s, u"'CONT texte' par 'mot' (l.2)"_s});
-    row("records of every kind in the order of the file",
-        {u"0 @S1@ SOUR"_s, u"1 TITL a"_s, u"0 @U1@ SUBM"_s, u"1 NAME a"_s, u"0 @I1@ INDI"_s,
-         u"1 BIRT"_s, u"2 PLAC a"_s, u"1 NOTE a"_s},
-        {u"a"_s, u"b"_s},
-        {u"0 @S1@ SOUR"_s, u"1 TITL b"_s, u"0 @U1@ SUBM"_s, u"1 NAME b"_s, u"0 @I1@ INDI"_s,
-         u"1 BIRT"_s, u"2 PLAC b"_s, u"1 NOTE b"_s},
-        {u"'SOUR.TITL a' par 'b' (l.2)"_s, u"'SUBM.NAME a' par 'b' (l.4)"_s,
-         u"'INDI.BIRT.PLAC a' par 'b' (l.7)"_s, u"'INDI.NOTE a' par 'b' (l.8)"_s});
-    row("no record at all", {}, {u"a"_s, u"b"_s}, {}, {});
+    replacementRow("identifier", persons, {u"@I1@"_s, u"@I7@"_s},
+                   {u"0 @I7@ INDI"_s, u"1 FAMS @I7@"_s, u"0 @I12@ INDI"_s, u"1 ASSO @I7@"_s},
+                   {u"'INDI @I1@' par '@I7@' (l.1)"_s, u"'INDI.FAMS @I1@' par '@I7@' (l.2)"_s,
+                    u"'INDI.ASSO @I1@' par '@I7@' (l.4)"_s});
+    replacementRow("tag of a record behind its identifier", persons, {u"INDI"_s, u"PERS"_s},
+                   {u"0 @I1@ PERS"_s, u"1 FAMS @I1@"_s, u"0 @I12@ PERS"_s, u"1 ASSO @I1@"_s},
+                   {u"'INDI INDI' par 'PERS' (l.1)"_s, u"'INDI INDI' par 'PERS' (l.3)"_s});
+    replacementRow("identifier before the tag of the record", {u"0 @INDI@ INDI"_s, u"1 SEX M"_s},
+                   {u"INDI"_s, u"I"_s}, {u"0 @I@ INDI"_s, u"1 SEX M"_s},
+                   {u"'INDI @INDI@' par '@I@' (l.1)"_s});
+    replacementRow("level of a record", {u"0 HEAD"_s, u"1 CHAR 0"_s}, {u"0"_s, u"9"_s},
+                   {u"9 HEAD"_s, u"1 CHAR 9"_s},
+                   {u"'HEAD 0' par '9' (l.1)"_s, u"'HEAD.CHAR 0' par '9' (l.2)"_s});
+    replacementRow("text of a note record", {u"0 @N1@ NOTE texte"_s, u"1 CONT texte"_s},
+                   {u"texte"_s, u"mot"_s}, {u"0 @N1@ NOTE mot"_s, u"1 CONT mot"_s},
+                   // The text behind the tag hides it.
+                   {u"' NOTE texte' par 'NOTE mot' (l.1)"_s, u"'CONT texte' par 'mot' (l.2)"_s});
+    replacementRow("records of every kind in the order of the file",
+                   {u"0 @S1@ SOUR"_s, u"1 TITL a"_s, u"0 @U1@ SUBM"_s, u"1 NAME a"_s,
+                    u"0 @I1@ INDI"_s, u"1 BIRT"_s, u"2 PLAC a"_s, u"1 NOTE a"_s},
+                   {u"a"_s, u"b"_s},
+                   {u"0 @S1@ SOUR"_s, u"1 TITL b"_s, u"0 @U1@ SUBM"_s, u"1 NAME b"_s,
+                    u"0 @I1@ INDI"_s, u"1 BIRT"_s, u"2 PLAC b"_s, u"1 NOTE b"_s},
+                   {u"'SOUR.TITL a' par 'b' (l.2)"_s, u"'SUBM.NAME a' par 'b' (l.4)"_s,
+                    u"'INDI.BIRT.PLAC a' par 'b' (l.7)"_s, u"'INDI.NOTE a' par 'b' (l.8)"_s});
+    replacementRow("no record at all", {}, {u"a"_s, u"b"_s}, {}, {});
 
     lineRow("expression, the text that it found first", u"1 NAME Jean Joan"_s,
             {u"J.an"_s, u"Paul"_s, {}, Regex}, u"1 NAME Paul Joan"_s,
@@ -327,10 +339,10 @@ void TstReplacement::replaces_data()
     lineRow("empty match in a value, around every character", u"1 NAME Jo"_s,
             {u"(?=o)"_s, u"-"_s, {}, Regex}, u"1 NAME -J-o-"_s, u"'INDI.NAME Jo' par '-J-o-'"_s);
     for (const QString &pattern : {u""_s, u"x*"_s, u"^"_s, u"()"_s}) {
-        row(qPrintable(u"empty match, around every level: \"%1\""_s.arg(pattern)),
-            {u"0 HEAD"_s, u"1 CHAR UTF-8"_s}, {pattern, u"D"_s, {}, Regex},
-            {u"D0D HEAD"_s, u"D1D CHAR UTF-8"_s},
-            {u"'HEAD 0' par 'D0D' (l.1)"_s, u"'HEAD.CHAR 1' par 'D1D' (l.2)"_s});
+        replacementRow(qPrintable(u"empty match, around every level: \"%1\""_s.arg(pattern)),
+                       {u"0 HEAD"_s, u"1 CHAR UTF-8"_s}, {pattern, u"D"_s, {}, Regex},
+                       {u"D0D HEAD"_s, u"D1D CHAR UTF-8"_s},
+                       {u"'HEAD 0' par 'D0D' (l.1)"_s, u"'HEAD.CHAR 1' par 'D1D' (l.2)"_s});
     }
 }
 
@@ -354,51 +366,52 @@ void TstReplacement::replaces()
 
 void TstReplacement::fillsEmptyValues_data()
 {
-    QTest::addColumn<QStringList>("lines");
-    QTest::addColumn<Arguments>("arguments");
-    QTest::addColumn<QStringList>("expected");
-    QTest::addColumn<QStringList>("changes");
+    addReplacementColumns();
 
-    const auto row = [](const char *name, const QStringList &lines, const Arguments &arguments,
-                        const QStringList &expected, const QStringList &changes) {
-        QTest::newRow(name) << lines << arguments << expected << changes;
-    };
     const QStringList births{u"0 HEAD"_s, u"1 DATE"_s, u"0 @I1@ INDI"_s,
                              u"1 BIRT"_s, u"2 DATE"_s, u"2 DATE 1901"_s};
     const QStringList dated{u"0 HEAD"_s, u"1 DATE 1900"_s, u"0 @I1@ INDI"_s,
                             u"1 BIRT"_s, u"2 DATE 1900"_s, u"2 DATE 1901"_s};
     const QStringList datedChanges{u"'HEAD.DATE ' par '1900' (l.2)"_s,
                                    u"'INDI.BIRT.DATE ' par '1900' (l.5)"_s};
-    row("entries of a tag", births, {u"^$"_s, u"1900"_s, u"DATE"_s, Regex}, dated, datedChanges);
-    row("in any case", births, {u"^$"_s, u"1900"_s, u"DATE"_s, RegexAnyCase}, dated, datedChanges);
-    row("entries of a full tag", births, {u"^$"_s, u"1900"_s, u"INDI.BIRT.DATE"_s, Regex},
-        {u"0 HEAD"_s, u"1 DATE"_s, u"0 @I1@ INDI"_s, u"1 BIRT"_s, u"2 DATE 1900"_s,
-         u"2 DATE 1901"_s},
-        {datedChanges.at(1)});
-    row("all entries, a record without identifier too", births, {u"^$"_s, u"x"_s, {}, Regex},
-        {u"0 HEAD x"_s, u"1 DATE x"_s, u"0 @I1@ INDI"_s, u"1 BIRT x"_s, u"2 DATE x"_s,
-         u"2 DATE 1901"_s},
-        {u"'HEAD ' par 'x' (l.1)"_s, u"'HEAD.DATE ' par 'x' (l.2)"_s,
-         u"'INDI.BIRT ' par 'x' (l.4)"_s, u"'INDI.BIRT.DATE ' par 'x' (l.5)"_s});
-    row("by nothing, which makes an empty column", births, {u"^$"_s, {}, u"BIRT"_s, Regex},
+    replacementRow("entries of a tag", births, {u"^$"_s, u"1900"_s, u"DATE"_s, Regex}, dated,
+                   datedChanges);
+    replacementRow("in any case", births, {u"^$"_s, u"1900"_s, u"DATE"_s, RegexAnyCase}, dated,
+                   datedChanges);
+    replacementRow("entries of a full tag", births,
+                   {u"^$"_s, u"1900"_s, u"INDI.BIRT.DATE"_s, Regex},
+                   {u"0 HEAD"_s, u"1 DATE"_s, u"0 @I1@ INDI"_s, u"1 BIRT"_s, u"2 DATE 1900"_s,
+                    u"2 DATE 1901"_s},
+                   {datedChanges.at(1)});
+    replacementRow("all entries, a record without identifier too", births,
+                   {u"^$"_s, u"x"_s, {}, Regex},
+                   {u"0 HEAD x"_s, u"1 DATE x"_s, u"0 @I1@ INDI"_s, u"1 BIRT x"_s, u"2 DATE x"_s,
+                    u"2 DATE 1901"_s},
+                   {u"'HEAD ' par 'x' (l.1)"_s, u"'HEAD.DATE ' par 'x' (l.2)"_s,
+                    u"'INDI.BIRT ' par 'x' (l.4)"_s, u"'INDI.BIRT.DATE ' par 'x' (l.5)"_s});
+    replacementRow(
+        "by nothing, which makes an empty column", births, {u"^$"_s, {}, u"BIRT"_s, Regex},
         {u"0 HEAD"_s, u"1 DATE"_s, u"0 @I1@ INDI"_s, u"1 BIRT "_s, u"2 DATE"_s, u"2 DATE 1901"_s},
         {u"'INDI.BIRT ' par '' (l.4)"_s});
-    row("by text that is no expression", births, {u"^$"_s, u"\\1 %1 <b>"_s, u"BIRT"_s, Regex},
-        {u"0 HEAD"_s, u"1 DATE"_s, u"0 @I1@ INDI"_s, u"1 BIRT \\1 %1 <b>"_s, u"2 DATE"_s,
-         u"2 DATE 1901"_s},
-        {u"'INDI.BIRT ' par '\\1 %1 <b>' (l.4)"_s});
-    row("a tag that is not there", births, {u"^$"_s, u"x"_s, u"DEAT"_s, Regex}, births, {});
-    row("a value of one blank is one", {u"0 @I1@ INDI"_s, u"1 NOTE  "_s},
-        {u"^$"_s, u"x"_s, {}, Regex}, {u"0 @I1@ INDI"_s, u"1 NOTE  "_s}, {});
-    row("a blank behind the tag is none", {u"0 @I1@ INDI"_s, u"1 NOTE "_s},
-        {u"^$"_s, u"x"_s, {}, Regex}, {u"0 @I1@ INDI"_s, u"1 NOTE x"_s},
-        {u"'INDI.NOTE ' par 'x' (l.2)"_s});
+    replacementRow("by text that is no expression", births,
+                   {u"^$"_s, u"\\1 %1 <b>"_s, u"BIRT"_s, Regex},
+                   {u"0 HEAD"_s, u"1 DATE"_s, u"0 @I1@ INDI"_s, u"1 BIRT \\1 %1 <b>"_s, u"2 DATE"_s,
+                    u"2 DATE 1901"_s},
+                   {u"'INDI.BIRT ' par '\\1 %1 <b>' (l.4)"_s});
+    replacementRow("a tag that is not there", births, {u"^$"_s, u"x"_s, u"DEAT"_s, Regex}, births,
+                   {});
+    replacementRow("a value of one blank is one", {u"0 @I1@ INDI"_s, u"1 NOTE  "_s},
+                   {u"^$"_s, u"x"_s, {}, Regex}, {u"0 @I1@ INDI"_s, u"1 NOTE  "_s}, {});
+    replacementRow("a blank behind the tag is none", {u"0 @I1@ INDI"_s, u"1 NOTE "_s},
+                   {u"^$"_s, u"x"_s, {}, Regex}, {u"0 @I1@ INDI"_s, u"1 NOTE x"_s},
+                   {u"'INDI.NOTE ' par 'x' (l.2)"_s});
     // The empty tag of such a line is a column of its own, and comes first.
-    row("an empty tag", {u"0 @I1@ INDI"_s, u"12 NOTE texte"_s}, {u"^$"_s, u"x"_s, {}, Regex},
-        {u"0 @I1@ INDI"_s, u"1 x NOTE texte"_s}, {u"' ' par 'x' (l.2)"_s});
+    replacementRow("an empty tag", {u"0 @I1@ INDI"_s, u"12 NOTE texte"_s},
+                   {u"^$"_s, u"x"_s, {}, Regex}, {u"0 @I1@ INDI"_s, u"1 x NOTE texte"_s},
+                   {u"' ' par 'x' (l.2)"_s});
     for (const QString &pattern : {u"^()$"_s, u"^$|^$"_s, u"(?:^$)"_s, u"^ *$"_s, u"^\\z"_s}) {
-        row(qPrintable(u"only that expression does it, not \"%1\""_s.arg(pattern)), births,
-            {pattern, u"x"_s, {}, Regex}, births, {});
+        replacementRow(qPrintable(u"only that expression does it, not \"%1\""_s.arg(pattern)),
+                       births, {pattern, u"x"_s, {}, Regex}, births, {});
     }
 }
 

@@ -1,5 +1,9 @@
 #include "reviewing.h"
 
+#include "debuglistener.h"
+#include "progresslog.h"
+#include "told.h"
+
 #include <QAbstractButton>
 #include <QBrush>
 #include <QLineEdit>
@@ -192,6 +196,59 @@ void ReviewedDocument::hideAll()
     const QList<TwItem *> live = gedcom.getTabTotalTwItems();
     for (TwItem *twi : live)
         twi->setTwiHidden(true);
+}
+
+void compareFrame(ReviewedDocument *review, const QString &announced, const QString &concluded)
+{
+    QStringList debug;
+    Told told(review);
+    {
+        const DebugListener listener([&debug](const QString &text) { debug += text; });
+        review->filter();
+    }
+    QCOMPARE(told.take(), QStringList({"status: "_L1 + announced, u"bar shown"_s,
+                                       u"bar: 100 of 250"_s, u"events"_s, u"bar: 200 of 250"_s,
+                                       u"events"_s, u"bar hidden"_s, "status: "_L1 + concluded}));
+    QCOMPARE(debug, QStringList());
+    QCOMPARE(review->newJournal(), QStringList());
+}
+
+void addProgressColumns()
+{
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QStringList>("expected"); // between the first events and the end
+    QTest::addColumn<int>("value"); // at the end
+    QTest::addColumn<QStringList>("again"); // the same of a second run, with the events before
+}
+
+void compareProgress(ReviewedDocument *review)
+{
+    QFETCH(int, size);
+    QFETCH(QStringList, expected);
+    QFETCH(int, value);
+    QFETCH(QStringList, again);
+
+    const ProgressLog log(&review->progress);
+    review->filter();
+    const QStringList whole =
+        QStringList{u"show"_s, u"events at -1"_s} + expected + QStringList{u"hide"_s};
+    QCOMPARE(log.entries(), whole);
+    QCOMPARE(review->progress.minimum(), 0);
+    QCOMPARE(review->progress.maximum(), size);
+    QCOMPARE(review->progress.value(), value); // it is hidden rather than reset
+    QVERIFY(review->progress.isHidden());
+
+    review->filter();
+    QCOMPARE(log.entries(), whole + QStringList{u"show"_s} + again + QStringList{u"hide"_s});
+}
+
+void compareSave(ReviewedDocument *review)
+{
+    const QByteArray before = readBytes(review->path());
+    review->filter();
+    QCOMPARE(readBytes(review->path()), before);
+    QVERIFY(review->gedcom.writeGedFile(review->path()));
+    QCOMPARE(readBytes(review->path()), before);
 }
 
 void addSeeds()

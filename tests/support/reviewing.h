@@ -129,6 +129,7 @@ class ReviewedDocument : public Document
 {
 public:
     explicit ReviewedDocument(const QStringList &pictures);
+    virtual ~ReviewedDocument() = default;
 
     /// All entries in file order, deleted ones too.
     [[nodiscard]] QList<TwItem *> entries() const
@@ -141,10 +142,25 @@ public:
     [[nodiscard]] QStringList statusAndBar() const;
 
     void hideAll();
+    /// What the check box of the filter does.
+    virtual void filter() = 0;
 
 private:
     QList<TwItem *> m_entries;
 };
+
+/// Filters a document of 250 entries that count, and compares all that it reports.
+void compareFrame(ReviewedDocument *review, const QString &announced, const QString &concluded);
+
+/// The columns of what compareProgress() expects.
+void addProgressColumns();
+
+/// Filters twice, and compares what the bar goes through with what the row says of \p review, whose
+/// range is the size of the row.
+void compareProgress(ReviewedDocument *review);
+
+/// Filters the document that has been loaded, and compares what a save writes with its file.
+void compareSave(ReviewedDocument *review);
 
 /// The column "seed" with a row for each generated document.
 void addSeeds();
@@ -155,8 +171,8 @@ QStringList allHidden(QStringList lines);
 /// Runs a filter over \p review, and the same put down plainly as \p plain, while more and more
 /// entries are deleted, and compares what they leave. \p concluded makes the status text of a
 /// count, which must each time be more than \p least, or chance has done little.
-template <typename Review, typename PlainFilter>
-void compareWithPlainFilter(Review *review, PlainFilter *plain, QRandomGenerator *random,
+template <typename PlainFilter>
+void compareWithPlainFilter(ReviewedDocument *review, PlainFilter *plain, QRandomGenerator *random,
                             QString (*concluded)(qsizetype), qsizetype least)
 {
     const QList<QStringList> columns = review->columns();
