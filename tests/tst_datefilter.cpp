@@ -1,6 +1,5 @@
 #include "boxes.h"
 #include "document.h"
-#include "markingtranslator.h"
 #include "reviewing.h"
 #include "testmain.h"
 
@@ -1229,14 +1228,7 @@ void TstDatefilter::progress()
 void TstDatefilter::texts()
 {
     Review review(citedInTurn(1));
-    const MarkingTranslator translator;
-    QStringList statusTexts;
-    connect(&review.statusBar, &QStatusBar::messageChanged, this,
-            [&statusTexts](const QString &text) { statusTexts += text; });
-    review.filter();
-    QCOMPARE(statusTexts.size(), 2);
-    for (const QString &text : std::as_const(statusTexts))
-        QVERIFY2(text.contains(u"[Gedcom]"_s), qPrintable(text));
+    compareTranslation(&review);
     QVERIFY(review.entry(u"2 SOUR @S2@"_s)->toolTip(0).contains(u"[Gedcom]"_s));
 }
 
@@ -1560,40 +1552,18 @@ void TstDatefilter::checkBox()
     session.apply({u"gbDelTags"_s, u"leTagsToDel=INDI.BIRT.NOTE"_s});
     const QStringList journal = session.journal();
 
-    // On top of a search, whose text stays.
     session.search(u"Anne"_s);
     QCOMPARE(session.status(), u"2/10 entrées affichées."_s);
-    session.toggle(DateDiff);
-    QVERIFY(session.isChecked(DateDiff));
     const QStringList filtered = withToolTips(
         {u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u"+1 BIRT"_s, u"+2 DATE 12 MAR 1805"_s,
          u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s, u"-2 NOTE x"_s, u" 1 SEX M"_s, u" 0 @I2@ INDI"_s,
          u" 1 NAME Anne /MARTIN/"_s, u" 0 @S1@ SOUR"_s, u" 1 DATE 1840"_s});
-    QCOMPARE(session.pictures(), filtered);
-    QCOMPARE(session.status(), u"1 incohérences sources / évènements détectées."_s);
-    QCOMPARE(session.text(u"leRecherche"_s), u"Anne"_s);
-    QVERIFY(session.progress()->isHidden());
-    for (int i = 0; i < SectionNodes - 1; ++i) // but the notes, of which there are none
-        QVERIFY(!session.tree()->topLevelItem(i)->isHidden());
-
-    // Unchecked, it shows all but the deleted row. To empty the field is an edit of it.
-    session.toggle(DateDiff);
-    QVERIFY(!session.isChecked(DateDiff));
-    const QStringList all = allShown(filtered);
-    QCOMPARE(session.pictures(), all);
-    QCOMPARE(session.text(u"leRecherche"_s), QString());
-    QCOMPARE(session.status(), Hint);
-
-    session.toggle(DateDiff);
-    QCOMPARE(session.pictures(), filtered);
-    session.toggle(DateDiff);
-    QCOMPARE(session.pictures(), all);
-    QCOMPARE(session.status(), u"1 incohérences sources / évènements détectées."_s);
+    compareCheckBox(session, DateDiff, filtered, concluded(1));
 
     // A search brings other rows back while the box stays checked.
     session.toggle(DateDiff);
     session.enter();
-    QCOMPARE(session.pictures(), all);
+    QCOMPARE(session.pictures(), allShown(filtered));
     QVERIFY(session.isChecked(DateDiff));
     QCOMPARE(session.journal(), journal);
 
@@ -1612,15 +1582,7 @@ void TstDatefilter::checkBox()
 
 void TstDatefilter::everyStateButUncheckedFilters()
 {
-    const ReviewSession session({u"0 @I1@ INDI"_s, u"1 SEX M"_s});
-    for (const int state : {int(Qt::Checked), int(Qt::PartiallyChecked)}) {
-        QVERIFY(QMetaObject::invokeMethod(session.window.get(), "on_cbSourceDateDiff_stateChanged",
-                                          Q_ARG(int, state)));
-        QCOMPARE(session.pictures(), QStringList({u" 0 @I1@ INDI"_s, u" 1 SEX M"_s}));
-        QVERIFY(QMetaObject::invokeMethod(session.window.get(), "on_cbSourceDateDiff_stateChanged",
-                                          Q_ARG(int, int(Qt::Unchecked))));
-        QCOMPARE(session.pictures(), QStringList({u"+0 @I1@ INDI"_s, u"+1 SEX M"_s}));
-    }
+    compareBoxStates("on_cbSourceDateDiff_stateChanged");
 }
 
 void TstDatefilter::uncheckedInTheMidst()

@@ -1,6 +1,5 @@
 #include "boxes.h"
 #include "document.h"
-#include "markingtranslator.h"
 #include "reviewing.h"
 #include "testmain.h"
 
@@ -700,14 +699,7 @@ void TstMultiuse::progress()
 void TstMultiuse::texts()
 {
     Review review(born(1, true) + born(2, true) + sources(1, 2));
-    const MarkingTranslator translator;
-    QStringList statusTexts;
-    connect(&review.statusBar, &QStatusBar::messageChanged, this,
-            [&statusTexts](const QString &text) { statusTexts += text; });
-    review.filter();
-    QCOMPARE(statusTexts.size(), 2);
-    for (const QString &text : std::as_const(statusTexts))
-        QVERIFY2(text.contains(u"[Gedcom]"_s), qPrintable(text));
+    compareTranslation(&review);
 }
 
 void TstMultiuse::eventsBeforeTheLoop_data()
@@ -887,11 +879,8 @@ void TstMultiuse::checkBox()
     session.apply({u"gbDelTags"_s, u"leTagsToDel=NOTE"_s});
     const QStringList journal = session.journal();
 
-    // On top of a search, whose text stays.
     session.search(u"Jean"_s);
     QCOMPARE(session.status(), u"2/13 entrées affichées."_s);
-    session.toggle(MultiUse);
-    QVERIFY(session.isChecked(MultiUse));
     const QStringList filtered{u"+0 @I1@ INDI"_s,
                                u"+1 NAME Jean /DUPONT/"_s,
                                u"*1 BIRT"_s,
@@ -906,26 +895,7 @@ void TstMultiuse::checkBox()
                                u" 1 DATE 1840"_s,
                                u" 0 @S2@ SOUR"_s,
                                u" 1 DATE 1840"_s};
-    QCOMPARE(session.pictures(), filtered);
-    QCOMPARE(session.status(), u"Recherche terminée. 1 occurences dédoublées."_s);
-    QCOMPARE(session.text(u"leRecherche"_s), u"Jean"_s);
-    QVERIFY(session.progress()->isHidden());
-    for (int i = 0; i < SectionNodes - 1; ++i) // but the notes, of which there are none
-        QVERIFY(!session.tree()->topLevelItem(i)->isHidden());
-
-    // Unchecked, it shows all but the deleted row. To empty the field is an edit of it.
-    session.toggle(MultiUse);
-    QVERIFY(!session.isChecked(MultiUse));
-    const QStringList all = allShown(filtered);
-    QCOMPARE(session.pictures(), all);
-    QCOMPARE(session.text(u"leRecherche"_s), QString());
-    QCOMPARE(session.status(), Hint);
-
-    session.toggle(MultiUse);
-    QCOMPARE(session.pictures(), filtered);
-    session.toggle(MultiUse);
-    QCOMPARE(session.pictures(), all);
-    QCOMPARE(session.status(), u"Recherche terminée. 1 occurences dédoublées."_s);
+    compareCheckBox(session, MultiUse, filtered, concluded(1));
     QCOMPARE(session.journal(), journal);
 }
 
@@ -971,15 +941,7 @@ void TstMultiuse::twoBoxes()
 
 void TstMultiuse::everyStateButUncheckedFilters()
 {
-    const ReviewSession session({u"0 @I1@ INDI"_s, u"1 SEX M"_s});
-    for (const int state : {int(Qt::Checked), int(Qt::PartiallyChecked)}) {
-        QVERIFY(QMetaObject::invokeMethod(session.window.get(), "on_cbSourceMultiUse_stateChanged",
-                                          Q_ARG(int, state)));
-        QCOMPARE(session.pictures(), QStringList({u" 0 @I1@ INDI"_s, u" 1 SEX M"_s}));
-        QVERIFY(QMetaObject::invokeMethod(session.window.get(), "on_cbSourceMultiUse_stateChanged",
-                                          Q_ARG(int, int(Qt::Unchecked))));
-        QCOMPARE(session.pictures(), QStringList({u"+0 @I1@ INDI"_s, u"+1 SEX M"_s}));
-    }
+    compareBoxStates("on_cbSourceMultiUse_stateChanged");
 }
 
 void TstMultiuse::uncheckedInTheMidst()

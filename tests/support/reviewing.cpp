@@ -1,6 +1,7 @@
 #include "reviewing.h"
 
 #include "debuglistener.h"
+#include "markingtranslator.h"
 #include "progresslog.h"
 #include "told.h"
 
@@ -240,6 +241,59 @@ void compareProgress(ReviewedDocument *review)
 
     review->filter();
     QCOMPARE(log.entries(), whole + QStringList{u"show"_s} + again + QStringList{u"hide"_s});
+}
+
+void compareTranslation(ReviewedDocument *review)
+{
+    const MarkingTranslator translator;
+    const QSignalSpy texts(&review->statusBar, &QStatusBar::messageChanged);
+    review->filter();
+    QCOMPARE(texts.size(), 2);
+    for (const QList<QVariant> &arguments : texts) {
+        const QString text = arguments.constFirst().toString();
+        QVERIFY2(text.contains(u"[Gedcom]"_s), qPrintable(text));
+    }
+}
+
+void compareCheckBox(const ReviewSession &session, const QString &box, const QStringList &filtered,
+                     const QString &concluded)
+{
+    // On top of a search, whose text stays.
+    const QString text = session.text(u"leRecherche"_s);
+    session.toggle(box);
+    QVERIFY(session.isChecked(box));
+    QCOMPARE(session.pictures(), filtered);
+    QCOMPARE(session.status(), concluded);
+    QCOMPARE(session.text(u"leRecherche"_s), text);
+    QVERIFY(session.progress()->isHidden());
+    for (int i = 0; i < SectionNodes - 1; ++i) // but the notes, of which there are none
+        QVERIFY(!session.tree()->topLevelItem(i)->isHidden());
+
+    // Unchecked, it shows all but the deleted row. To empty the field is an edit of it.
+    session.toggle(box);
+    QVERIFY(!session.isChecked(box));
+    const QStringList all = allShown(filtered);
+    QCOMPARE(session.pictures(), all);
+    QCOMPARE(session.text(u"leRecherche"_s), QString());
+    QCOMPARE(session.status(), Hint);
+
+    session.toggle(box);
+    QCOMPARE(session.pictures(), filtered);
+    session.toggle(box);
+    QCOMPARE(session.pictures(), all);
+    QCOMPARE(session.status(), concluded);
+}
+
+void compareBoxStates(const char *slot)
+{
+    const ReviewSession session({u"0 @I1@ INDI"_s, u"1 SEX M"_s});
+    for (const int state : {int(Qt::Checked), int(Qt::PartiallyChecked)}) {
+        QVERIFY(QMetaObject::invokeMethod(session.window.get(), slot, Q_ARG(int, state)));
+        QCOMPARE(session.pictures(), QStringList({u" 0 @I1@ INDI"_s, u" 1 SEX M"_s}));
+        QVERIFY(
+            QMetaObject::invokeMethod(session.window.get(), slot, Q_ARG(int, int(Qt::Unchecked))));
+        QCOMPARE(session.pictures(), QStringList({u"+0 @I1@ INDI"_s, u"+1 SEX M"_s}));
+    }
 }
 
 void compareSave(ReviewedDocument *review)

@@ -159,6 +159,17 @@ void addProgressColumns();
 /// range is the size of the row.
 void compareProgress(ReviewedDocument *review);
 
+/// Filters with every text translated, and looks for a translation in both status texts.
+void compareTranslation(ReviewedDocument *review);
+
+/// Checks the box of a filter on top of a search, unchecks it and does so again, and compares the
+/// rows and the status text each time. \p filtered are the pictures under the filter.
+void compareCheckBox(const ReviewSession &session, const QString &box, const QStringList &filtered,
+                     const QString &concluded);
+
+/// Calls the slot of a filter's box with each state, of which only the unchecked one shows all.
+void compareBoxStates(const char *slot);
+
 /// Filters the document that has been loaded, and compares what a save writes with its file.
 void compareSave(ReviewedDocument *review);
 
