@@ -28,7 +28,7 @@ const QString UnequalBase =
 const QString NoValueToDelete =
     u"Indiquer la valeur à rechercher dans la balise et sous balises."_s;
 
-/// A document with a note that is cut in two, and a record without a tag.
+/// A document with a note in two pieces, and a record without a tag.
 const QStringList Family{
     u"0 HEAD"_s,          u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s,       u"1 NAME Jean /DUPONT/"_s,
     u"1 NOTE un texte"_s, u"2 CONC  long"_s, u"0 @N1@ NOTE texte"_s, u"1 CONT suite"_s,
@@ -38,13 +38,13 @@ const QString Folded =
     u"INFO : Balise 'INDI.NOTE.CONC  long (l.6) concaténée dans la balise INDI.NOTE un texte "
     u"long (l.5)"_s;
 
-/// The form, with a correspondence file to pick.
+/// The form, with a correspondence file that can be picked.
 class FamilyForm : public Form
 {
 public:
     explicit FamilyForm(const QStringList &lines = Family) : Form(lines) { }
 
-    /// The settings of a session, and "csv", which picks the file.
+    /// The settings of Form; "csv" picks the file.
     void set(QStringList settings) const
     {
         const bool picks = settings.removeAll(u"csv"_s) > 0;
@@ -54,7 +54,7 @@ public:
         const QString csv = path(u"liens.csv"_s);
         writeLines(csv, {u"photo.jpg,https://www.dropbox.com/une photo"_s});
         const AnsweredFileDialogs dialogs(csv);
-        find<QAbstractButton>(u"pbImportCsvLinks"_s)->click(); // whether it is enabled or not
+        find<QAbstractButton>(u"pbImportCsvLinks"_s)->click(); // even if it is disabled
         QCOMPARE(dialogs.count(), 1);
     }
 };
@@ -145,12 +145,12 @@ void TstApply::stateWhileTheBoxIsOpen()
     form.boxes().setInspector([&form, &state](const QMessageBox *) {
         QVERIFY(form.progress()->isVisible());
         QCOMPARE(form.journalWindows().size(), 0);
-        // The folding counts as done, and the box itself is no matter for the journal.
+        // The folding is done, and the box leaves no trace in the journal.
         QCOMPARE(form.runJournal(),
                  (QStringList{Folded, u"INFO : 1 balises CONC reconcaténées."_s}));
         QCOMPARE(form.state(), state);
     });
-    // The box is closed by now, and its group runs with what the form still holds.
+    // The box is closed by now, and its operation runs with what the form still contains.
     const auto connection = connect(form.window->statusBar(), &QStatusBar::messageChanged, this,
                                     [&form, &state](const QString &text) {
                                         if (text != "Suppression des balises en cours..."_L1)
@@ -172,7 +172,7 @@ void TstApply::stateWhileTheBoxIsOpen()
 void TstApply::everySelectorOff()
 {
     FamilyForm form;
-    // Fields without their selector are of no account.
+    // Fields of an unchecked group are ignored.
     form.set({u"leTagsToDel=NOTE"_s, u"leTextOri=texte"_s, u"leNewMediaPath=C:\\images"_s});
     const QByteArray before = readBytes(form.path());
     form.apply();
@@ -187,7 +187,7 @@ void TstApply::everySelectorOff()
     QVERIFY(!form.progress()->isVisible());
     QCOMPARE(form.state(), QStringList{u"rbMarkdown"_s});
 
-    // The run is one of the tree in memory.
+    // A run changes only the tree in memory.
     QCOMPARE(readBytes(form.path()), before);
     QCOMPARE(QDir(form.folder()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              QStringList{u"arbre.ged"_s});
@@ -303,7 +303,7 @@ void TstApply::requirements_data()
     row("spacing and links to click have no condition",
         {u"cbEspacer"_s, u"gbClickablesLinks"_s, u"leTagToClickable="_s});
 
-    // Everything is missing at first, and is then put right in the order of the messages.
+    // At first everything is missing; then it is filled in, in the order of the messages.
     QStringList settings{
         u"gbSetURLLinks"_s,
         u"gbExtractMediasToKeep"_s,
@@ -356,7 +356,7 @@ void TstApply::requirements()
     QCOMPARE(form.messages(), message.isEmpty() ? QStringList() : QStringList{message});
     QCOMPARE(form.boxes().titles(), message.isEmpty() ? QStringList() : QStringList{u"Erreur"_s});
     QVERIFY(form.boxes().allCritical(nullptr));
-    // Whatever was said, the run has gone on to its end.
+    // Whatever the message, the run went on to the end.
     QCOMPARE(form.deletedLines(), deleted);
     QCOMPARE(form.journalWindows().size(), 1);
     QCOMPARE(form.state(), QStringList{u"rbMarkdown"_s});
@@ -370,7 +370,7 @@ void TstApply::messagesAreTranslated()
     form.set({u"gbSetURLLinks"_s, u"gbExtractMediasToKeep"_s, u"gbMoveTagContent"_s,
               u"gbReplaceMediaPath"_s, u"gbDelTags"_s, u"cbDelIfContent"_s, u"gbReplaceString"_s,
               u"leStrPlitCsv="_s, u"cbEspacer"_s});
-    // Each remedy brings the next message; the form is filled again as it was before the run.
+    // Each remedy leads to the next message. The form is filled again as before the run.
     const QStringList before = form.state();
     const struct
     {
@@ -558,7 +558,7 @@ void TstApply::orderOfTheReset()
         u"cbDelIfContent off"_s,
         u"leStrPlitCsv="_s,
         u"cbUrlInEvt off"_s,
-        // The answer to the next one, within it: the group is still checked.
+        // Unchecking the other kind of link checks this one again: the group is still checked.
         u"cbUrlInEvt on"_s,
         u"cbUrlInSour off"_s,
         u"cbDelTagObjeFile off"_s,
@@ -609,7 +609,7 @@ void TstApply::keptByTheReset()
     QVERIFY(!form.isChecked(u"cbSourceMultiUse"_s));
     QVERIFY(form.isChecked(u"cbSourceDateDiff"_s));
 
-    // The picked files are still known; the default separator is gone for good.
+    // The picked files are still there; the default separator is not.
     form.set({u"gbSetURLLinks"_s});
     form.apply();
     QCOMPARE(form.messages(), QStringList{NoCsvSeparator});
@@ -642,7 +642,7 @@ void TstApply::linkKindsAfterTheReset()
     form.apply();
     QCOMPARE(form.state(), left);
 
-    // The next use of the group starts from there.
+    // The group starts from there the next time.
     form.set({u"gbSetURLLinks"_s});
     QStringList state = left + QStringList{u"gbSetURLLinks"_s};
     state.sort();
@@ -714,7 +714,7 @@ void TstApply::valueFieldAfterTheReset()
     form.set({u"gbDelTags"_s});
     QCOMPARE(form.isEnabled(u"leValueToDel"_s), enabled);
     QCOMPARE(form.isEnabled(u"cbDelIfContentRX"_s), enabled);
-    // A click of the user goes by the check box again.
+    // A click of the user follows the check box again.
     QTest::keyClick(form.find<QGroupBox>(u"gbDelTags"_s), Qt::Key_Space);
     QTest::keyClick(form.find<QGroupBox>(u"gbDelTags"_s), Qt::Key_Space);
     QCOMPARE(form.state(), (QStringList{u"gbDelTags"_s, u"rbMarkdown"_s}));

@@ -29,7 +29,7 @@ QString link(const QString &url, bool markdown)
     return "<a href=\""_L1 + url + "\" target=\"_blank\">"_L1 + url + "</a>"_L1;
 }
 
-/// The text with each address that stands in braces made a link.
+/// The text with each address in braces turned into a link.
 QString withLinks(const QString &text, bool markdown)
 {
     QString result;
@@ -62,7 +62,7 @@ QStringList journalOf(const QStringList &changes)
              u"INFO : Modification de %1 liens hypertexte terminée."_s.arg(changes.size())};
 }
 
-/// What an entry's columns become, put down as plainly as can be: every column is tried.
+/// What becomes of an entry's columns, in the simplest form: every column is tried.
 class PlainLinks
 {
 public:
@@ -97,7 +97,7 @@ private:
         uR"(https?:\/\/(?:www\.)?[-a-zA-Z0-9@:%._\+~#=]{1,256}\.[a-zA-Z0-9()]{1,6}\b(?:[-a-zA-Z0-9()@:%_\+.~#?&\/=,]*))"_s};
 };
 
-/// All texts of up to four pieces, and many longer ones, always the same.
+/// All texts of up to four pieces and many longer ones, the same at each call.
 QStringList generatedTexts()
 {
     const QStringList few{u"http"_s, u"https"_s, u"HTTP"_s, u"htt"_s, u"://"_s, u"www."_s,
@@ -111,7 +111,7 @@ QStringList generatedTexts()
         }
     }
 
-    // What makes an address or a link is there more than once.
+    // What makes an address or a link comes more than once.
     const QStringList others{u"http://"_s,   u"http://"_s, u"http://a.b"_s, u"https://www.c.de/x"_s,
                              u"https://"_s,  u"c.de"_s,    u"a.b"_s,        u"ttp"_s,
                              u"p"_s,         u":"_s,       u"/"_s,          u")"_s,
@@ -192,7 +192,7 @@ private slots:
     void barKeepsItsVisibility();
 
 private:
-    AnsweredBoxes m_boxes; // none is shown; one that nobody answers would stop the test for ever
+    AnsweredBoxes m_boxes; // none is expected; an unanswered one would block the test for ever
 };
 
 void TstClickable::cleanup()
@@ -363,7 +363,7 @@ void TstClickable::values()
     QCOMPARE(doc.newJournal(), journalOf(changes));
     QCOMPARE(doc.status(), u"%1 URL modifiés."_s.arg(changes.size()));
 
-    // Neither form makes links of links, whatever else the text holds.
+    // Neither form makes links of links, whatever else the text contains.
     for (const bool form : {Markdown, Html}) {
         QCOMPARE(doc.gedcom.setURLClickable(form, {}), 0);
         QCOMPARE(doc.lines(), lines);
@@ -473,7 +473,7 @@ void TstClickable::everyKindOfRecord()
                               u"1 NOTE"_s,
                               "2 CONT "_L1 + links.at(5),
                           }));
-    // A record that is a note with text has no tag.
+    // A note record with text has no tag.
     QCOMPARE(doc.newJournal(),
              journalOf({edited(u"HEAD"_s, links.at(0), 1), edited(u"INDI"_s, links.at(1), 3),
                         edited(QString(), "NOTE "_L1 + links.at(2), 5),
@@ -493,7 +493,7 @@ void TstClickable::generatedColumns()
 {
     QFETCH(bool, markdown);
 
-    // As values, and as whole lines, which puts the text in front of a blank into the tag column.
+    // As values and as whole lines; the latter puts the text before a blank into the tag column.
     const QStringList texts = generatedTexts();
     QStringList lines{u"0 @I1@ INDI"_s};
     for (qsizetype i = 0; i < texts.size(); ++i)
@@ -503,7 +503,7 @@ void TstClickable::generatedColumns()
     QList<TwItem *> entries = doc.gedcom.getTabTotalTwItems();
     QCOMPARE(entries.size(), lines.size());
     entries.removeFirst();
-    // A replacement may put anything into the level, too.
+    // A replacement can put anything into the level, too.
     for (qsizetype i = 0; i < entries.size(); i += 5)
         entries.at(i)->setText(0, texts.at(texts.size() - 1 - i));
     doc.newJournal();
@@ -526,7 +526,7 @@ void TstClickable::generatedColumns()
         }
         expected += columns.join(u'|');
     }
-    // The texts are worth the trouble.
+    // The generated texts cover enough.
     QVERIFY2(*std::min_element(taken.cbegin(), taken.cend()) > 300, "few texts have an address");
     QVERIFY2(left > 300, "few texts have a link already");
     QVERIFY2(entries.size() - changes.size() - left > 3000, "few texts have no address");
@@ -689,7 +689,7 @@ void TstClickable::generatedTags()
     QStringList candidates{QString(), u"*"_s, u"."_s, u"ERREUR"_s};
     for (TwItem *twi : entries) {
         values += twi->text(2);
-        // All that the tags of the document can be cut to, from either end.
+        // Everything that the tags of the document can be shortened to, from either end.
         const QString fullTag = twi->getFullTag().join(u'.');
         for (qsizetype i = 0; i < fullTag.size(); ++i)
             candidates += {fullTag.mid(i), fullTag.first(i)};
@@ -739,7 +739,7 @@ void TstClickable::deletedEntriesTakeNoPart()
     QVERIFY(!other->isToDelete());
     doc.newJournal();
 
-    // What is live below a deleted line counts, what is live in a deleted record does not.
+    // Live entries below a deleted line count; those in a deleted record do not.
     QCOMPARE(doc.gedcom.setURLClickable(true, {}), 2);
     QCOMPARE(doc.newJournal(), journalOf({u"INFO : Modification du lien INDI.NOTE.CONT "
                                           u"[http://a.fr/3](http://a.fr/3) (l.3)"_s,
@@ -807,7 +807,7 @@ void TstClickable::secondRun()
              QStringList({u"0 @I1@ INDI"_s, linked, u"1 WWW http://c.fr"_s, u"1 NOTE texte"_s}));
     doc.newJournal();
 
-    // Only what the first run left aside, in the other form.
+    // Only what the first run skipped, in the other form.
     QCOMPARE(doc.gedcom.setURLClickable(false, {}), 1);
     const QStringList both{u"0 @I1@ INDI"_s, linked,
                            u"1 WWW <a href=\"http://c.fr\" target=\"_blank\">http://c.fr</a>"_s,
@@ -877,7 +877,7 @@ void TstClickable::frame()
         changes += edited(u"INDI.NOTE"_s, link(u"http://a.fr/%1"_s.arg(i), true), i + 1);
     const QStringList journal = journalOf(changes);
     const QStringList start{u"debug: ON setURLClickable"_s,
-                            u"bar at -1 of 27"_s, // the range of the load before
+                            u"bar at -1 of 27"_s, // the range is still that of the load
                             u"status: Modification des URL en cours..."_s, u"bar at -1 of 27"_s};
     const QStringList end{u"status: 25 URL modifiés."_s, u"bar at 20 of 25"_s,
                           u"debug: OFF setURLClickable"_s, u"bar at 20 of 25"_s};
@@ -913,7 +913,7 @@ void TstClickable::progress()
     QFETCH(int, count);
     QFETCH(QStringList, expected);
 
-    // Other entries do not count.
+    // Other entries do not count for the bar.
     QStringList lines{u"0 @I1@ INDI"_s};
     for (int i = 0; i < size; ++i)
         lines += {u"1 NOTE http://a.fr"_s, u"2 CONT texte"_s, u"2 CONT [x](http://a.fr)"_s};
@@ -947,8 +947,8 @@ void TstClickable::eventsDuringTheRun()
             linked->setText(2, u"[x](http://c.fr)"_s);
         },
         Qt::QueuedConnection);
-    // The list of what is to be done is as it was at the start; the texts are those of the moment,
-    // and whether they hold a link is not asked again.
+    // The list of entries is made at the start; their texts are read when their turn comes, and not
+    // checked for links again.
     QCOMPARE(doc.gedcom.setURLClickable(true, {}), 25);
     QCOMPARE(before.size(), 11);
     QCOMPARE(before.constLast(), edited(u"INDI.NOTE"_s, link(u"http://a.fr/10"_s, Markdown), 11));

@@ -35,7 +35,7 @@ namespace {
 const QByteArray Utf8Mark("\xEF\xBB\xBF");
 const QString Running = u"Ajout des URL médias en cours..."_s;
 
-/// The arguments of a run behind the files and the separator.
+/// The arguments of a run after the files and the separator.
 struct Options
 {
     bool urlSour = true;
@@ -72,7 +72,7 @@ QString noted(const QString &fullTag, const QString &added, const QString &idSou
          + idSour + " (l."_L1 + line + u')';
 }
 
-/// The sum of the links in sources at the end of the journal.
+/// The count of links in sources at the end of the journal.
 QStringList linkSum(qsizetype links)
 {
     return links == 0 ? QStringList()
@@ -95,7 +95,7 @@ QByteArray bytesOf(const QStringList &lines)
     return (lines.join(u'\n') + u'\n').toUtf8();
 }
 
-/// A document, with the correspondence files that lie beside it.
+/// A document with correspondence files beside it.
 class Tree : public Document
 {
 public:
@@ -134,13 +134,13 @@ public:
         writeBytes(csv(), bytesOf(lines));
         return import({csv()}, splitStr, options);
     }
-    /// The journal of importLines() with these lines for the correspondences and the sums.
+    /// The journal of importLines(), with these lines for the correspondences and the counts.
     [[nodiscard]] QStringList journalOf(qsizetype lines, const QStringList &changes) const
     {
         return QStringList{loading(csv()), counted(lines)} + changes;
     }
 
-    /// Writes changes of texts to the journal, as a run of the last operation of the form does.
+    /// Replaces texts, as the last operation of the form does.
     void replace(const QString &before, const QString &after, const QString &tags)
     {
         QVERIFY(gedcom.searchAndReplace(before, after, tags, true, false) > 0);
@@ -164,7 +164,7 @@ QString fileLine(qsizetype index)
     return QString::number(2 * index + 2);
 }
 
-/// The lines with a web address more for the source of that file.
+/// The lines with a web address added to the source of that file.
 void addLink(QStringList *lines, qsizetype index, const QString &url)
 {
     qsizetype end = lines->indexOf(u"1 OBJE @O%1@"_s.arg(index + 1)) + 1;
@@ -173,15 +173,15 @@ void addLink(QStringList *lines, qsizetype index, const QString &url)
     lines->insert(end, "1 WWW "_L1 + url);
 }
 
-/// A person, a source that one of the events cites, a media that the source shows, and one that
-/// nobody shows.
+/// A person, a source cited by one of his events, a medium that the source shows, and one that no
+/// source shows.
 const QStringList Family{
     u"0 HEAD"_s,      u"1 CHAR UTF-8"_s,       u"0 @I1@ INDI"_s,
     u"1 BIRT"_s,      u"2 SOUR @S1@"_s,        u"0 @S1@ SOUR"_s,
     u"1 OBJE @O1@"_s, u"0 @O1@ OBJE"_s,        u"1 FILE media/a.jpg"_s,
     u"0 @O2@ OBJE"_s, u"1 FILE media/b.jpg"_s,
 };
-// What the journal says where a.jpg of the family gets the address http://a.fr/1.
+// The journal line when a.jpg of the family gets the address http://a.fr/1.
 const QString FamilyWww = linked(u"a.jpg"_s, u"http://a.fr/1"_s, u"9"_s);
 const QString FamilyNote =
     noted(u"INDI.BIRT"_s, u"2 NOTE Source : http://a.fr/1"_s, u"@S1@"_s, u"6"_s);
@@ -191,7 +191,7 @@ constexpr QFile::Permissions ForReading =
 constexpr QFile::Permissions ForEntering =
     QFile::ExeOwner | QFile::ExeUser | QFile::ExeGroup | QFile::ExeOther;
 
-/// The names in a folder, sorted; a folder has a "/" behind it.
+/// The names in a folder, sorted; those of folders end in "/".
 QStringList listing(const QString &folder)
 {
     QStringList names;
@@ -202,8 +202,8 @@ QStringList listing(const QString &folder)
     return names;
 }
 
-/// Has functions called as events, each when the bar first reaches a value, but not when the run
-/// that such a function starts moves the bar.
+/// Calls functions as events, each when the bar first reaches a value. Moves of the bar by a run
+/// that such a function starts do not count.
 class AtProgress : public QObject
 {
 public:
@@ -238,8 +238,8 @@ private:
     bool m_inside = false;
 };
 
-/// The matching put down as plainly as can be: for each line all entries are tried in turn, with
-/// the texts of that moment. Knows of links in sources alone.
+/// The matching in its simplest form: each line tries all entries in turn, with their current
+/// texts. Handles links in sources only.
 class PlainImport
 {
 public:
@@ -250,7 +250,7 @@ public:
     {
     }
 
-    /// The entry that holds the file name, or null.
+    /// The entry with the file name, or null.
     [[nodiscard]] TwItem *find(const QString &name) const
     {
         for (TwItem *twi : m_files) {
@@ -311,7 +311,7 @@ private:
     QList<TwItem *> m_references;
 };
 
-/// The window with a file that was opened by its menu, and a correspondence file beside it.
+/// The window with a file opened from its menu, and a correspondence file beside it.
 class ImportSession : public Session
 {
 public:
@@ -326,13 +326,13 @@ public:
     {
         return path(u"liens.csv"_s);
     }
-    /// Writes the correspondence file and picks it. The group must be on.
+    /// Writes the correspondence file and picks it. The group must be checked.
     void pickCsv(const QStringList &lines) const
     {
         writeBytes(csv(), bytesOf(lines));
         pick(u"pbImportCsvLinks"_s, csv());
     }
-    /// The journal since the last call of this, less the line of the fold that begins each run.
+    /// The journal since the last call, without the line about folding that begins each run.
     QStringList runJournal()
     {
         const QStringList all = journal();
@@ -424,10 +424,10 @@ private slots:
     void laterImport();
 
 private:
-    /// Compares what the boxes have said since the last call of this.
+    /// Compares the texts of the boxes since the last call.
     void compareBoxes(const QStringList &texts);
 
-    std::optional<AnsweredBoxes> m_boxes; // one that nobody answers would stop the test for ever
+    std::optional<AnsweredBoxes> m_boxes; // an unanswered one would block the test for ever
     qsizetype m_boxesSeen = 0;
 };
 
@@ -536,7 +536,7 @@ void TstCorrespondence::cleanedLines_data()
     using Outcomes = QList<QStringList>;
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("splitStr");
-    // {name, address} that is put in, {line} that is refused, {"?", name, address} not in the tree.
+    // {name, address} if added, {line} if refused, {"?", name, address} if not in the tree.
     QTest::addColumn<Outcomes>("outcomes");
 
     const auto row = [](const char *title, const QByteArray &bytes, const QString &splitStr,
@@ -626,7 +626,7 @@ void TstCorrespondence::cleanedLines_data()
     row("no name with a long separator", ",http://a.fr/1\n", u",http"_s, {{u",http://a.fr/1"_s}});
     row("refused lines among others", ";%1\na.jpg;x\n%1;\"\nb.jpg;y\n", semicolon,
         {{u";%1"_s}, {u"a.jpg"_s, u"x"_s}, {u"%1;"_s}, {u"b.jpg"_s, u"y"_s}});
-    // The form only warns of an empty separator. It is found in front of every line.
+    // The form only warns about an empty separator. It matches at the start of every line.
     row("no separator", "a.jpg,http://a.fr/1\n\n\"\",\n", QString(),
         {{u"a.jpg,http://a.fr/1"_s}, {QString()}, {QString()}});
 }
@@ -711,7 +711,7 @@ void TstCorrespondence::severalFiles()
     QStringList paths;
     QStringList expected;
     for (const QByteArray &bytes : files) {
-        // Not in the order of their names.
+        // In another order than that of their names.
         paths += tree.write(u"%1 liens.csv"_s.arg(9 - paths.size()), bytes);
         expected += loading(paths.constLast());
     }
@@ -774,7 +774,7 @@ void TstCorrespondence::unopened()
 
     Tree tree(library({u"media/a.jpg"_s}));
     const QStringList before = tree.lines();
-    // The names are relative, so that no folder further up matters.
+    // The names are relative, so the folders above do not matter.
     const CurrentFolder current(tree.folder());
     const QStringList files{u"bons.csv"_s, name, u"autres.csv"_s};
     for (const QString &good : {files.first(), files.last()}) {
@@ -799,7 +799,7 @@ void TstCorrespondence::unopened()
 
     QCOMPARE(result, 0);
     compareBoxes({"Impossible d'ouvrir le fichier "_L1 + name});
-    QCOMPARE(last, error); // the box opens when the journal has its line
+    QCOMPARE(last, error); // the journal line comes before the box
     QCOMPARE(tree.newJournal(), QStringList({loading(files.at(0)), loading(name), error}));
     QCOMPARE(tree.lines(), before);
     QCOMPARE(tree.status(), Running);
@@ -880,7 +880,7 @@ void TstCorrespondence::refusedLines()
         QCOMPARE(tree.import(paths, splitStr, {true, true, true}), 0);
     }
     compareBoxes({error + " du fichier "_L1 + paths.at(opened - 1)});
-    QCOMPARE(last, "ERROR : "_L1 + error); // the box opens when the journal has its line
+    QCOMPARE(last, "ERROR : "_L1 + error); // the journal line comes before the box
     QStringList expected;
     for (const QString &path : paths.first(opened))
         expected += loading(path);
@@ -906,7 +906,7 @@ void TstCorrespondence::textsAreTranslated()
         tree.import({missing}, u","_s);
     }
     disconnect(connection);
-    // What does not change is not told.
+    // A text that does not change sends no signal.
     const QString running = "[Gedcom]"_L1 + Running;
     QCOMPARE(status, QStringList({running, u"[Gedcom]1 URL médias ajoutées."_s, running}));
     QCOMPARE(m_boxes->titles(), QStringList(3, u"[Gedcom]Erreur"_s));
@@ -989,7 +989,7 @@ void TstCorrespondence::matching()
     QCOMPARE(tree.gedcom.getObjeFileFromFileName(name, plain.files()),
              index == -1 ? nullptr : plain.files().at(index));
 
-    // Each line is treated like the first.
+    // Each line is handled like the first.
     const QStringList urls{u"http://a.fr/1"_s, u"http://a.fr/2"_s};
     QStringList changes;
     for (const QString &url : urls) {
@@ -1071,7 +1071,7 @@ void TstCorrespondence::shapes_data()
                {u"0 @I1@ INDI"_s, u"1 FILE media/a.jpg"_s, u"1 OBJE"_s, u"2 FILE media/a.jpg"_s,
                 u"0 @S1@ SOUR"_s, u"1 FILE media/a.jpg"_s});
 
-    // The persons come before the families, wherever they stand in the file.
+    // The persons come before the families, wherever they are in the file.
     row("events of families and persons",
         media + source
             + QStringList{u"0 @F1@ FAM"_s, u"1 MARR"_s, u"2 SOUR @S1@"_s, u"0 @I2@ INDI"_s,
@@ -1108,7 +1108,7 @@ void TstCorrespondence::shapes_data()
          u"1 OBJE @O123@"_s, u"2 TITL x"_s},
         {u"0 @I1@ INDI"_s, u"1 SEX M"_s, u"0 @O123@ OBJE"_s, u"1 TITL media/a.jpg"_s,
          u"1 FILE media/b.jpg"_s, u"2 FORM jpg"_s, u"1 FILE media/a.jpg"_s, u"0 @S9@ SOUR"_s,
-         u"1 OBJE @O123@"_s, www, u"2 TITL x"_s}, // one child stood there before: one from the top
+         u"1 OBJE @O123@"_s, www, u"2 TITL x"_s}, // there was one child: one line from the top
         {linked(u"a.jpg"_s, u"u"_s, u"7"_s), sum});
 }
 
@@ -1186,7 +1186,7 @@ void TstCorrespondence::placeholdersInPaths()
 
 void TstCorrespondence::recordWithoutAnId()
 {
-    // A replacement has put the id into the column of the tag.
+    // A replacement has put the id into the tag column.
     Tree tree({u"0 _MEDIA"_s, u"1 TITL x"_s, u"1 FILE media/a.jpg"_s, u"0 @O2@ OBJE"_s,
                u"1 FILE media/b.jpg"_s, u"0 @S1@ SOUR"_s, u"1 OBJE @O1@"_s, u"1 OBJE @O2@"_s});
     tree.replace(u"_MEDIA"_s, u"@O1@ OBJE"_s, QString());
@@ -1218,7 +1218,7 @@ void TstCorrespondence::idLostDuringTheRun_data()
         << QString(error).replace(u"%1"_s, u"OBJE 0 %1 OBJE"_s);
     QTest::newRow("the id goes") << QStringList{u"@O1@"_s, QString(), u"OBJE"_s}
                                  << error.arg(u"OBJE 0  OBJE"_s);
-    // Then the climb to the root ends at the file itself.
+    // Then the way up to the root ends at the FILE entry itself.
     QTest::newRow("the file reads like a root")
         << QStringList{u"1"_s, u"0"_s, u"FILE"_s} << error.arg(u"OBJE.FILE 0 FILE media/a.jpg"_s);
 }
@@ -1280,7 +1280,7 @@ void TstCorrespondence::rootThatReadsOtherwise()
     QCOMPARE(lines.constFirst(), u"0 @O1@ OBJE"_s);
     tree.newJournal();
     QCOMPARE(tree.importLines({u"a.jpg,x"_s, u"b.jpg,y"_s}, u","_s, {true, true}), 1);
-    // The line is passed over: there is no record to ask for its id.
+    // The line is skipped: there is no record whose id could be read.
     QCOMPARE(tree.newJournal(),
              tree.journalOf(2, QStringList{linked(u"b.jpg"_s, u"y"_s, u"4"_s)} + linkSum(1)));
     QCOMPARE(tree.lines(), lines + QStringList{u"1 WWW y"_s});
@@ -1333,14 +1333,14 @@ void TstCorrespondence::missingFolders()
     QFETCH(const QString, dest);
 
     Tree tree(Family);
-    const CurrentFolder current(tree.folder()); // no folder further up matters
+    const CurrentFolder current(tree.folder()); // the folders above do not matter
     for (const QString &folder : {u"medias"_s, u"garde"_s, u"clos/medias"_s})
         QDir().mkpath(folder);
     tree.write(u"medias/a.jpg"_s, "a");
     tree.write(u"medias/b.jpg"_s, "b");
     tree.write(u"liens.csv"_s, "a.jpg,http://a.fr/1\n");
     QFile::setPermissions(u"clos"_s, {});
-    // Whatever is there could be written to.
+    // The folders that exist are writable.
     constexpr QFile::Permissions All = ForReading | ForEntering | QFile::WriteOwner
                                      | QFile::WriteUser | QFile::WriteGroup | QFile::WriteOther;
     for (const QString &folder : {u"."_s, u"medias"_s, u"garde"_s})
@@ -1364,7 +1364,7 @@ void TstCorrespondence::missingFolders()
     QCOMPARE(journal, QStringList());
     QCOMPARE(status, Running);
     QCOMPARE(result, 2);
-    // Links and deletions as ever, and no word of the folders.
+    // Links and deletions as usual, and nothing about the folders.
     QCOMPARE(tree.newJournal(),
              QStringList({loading(u"liens.csv"_s), counted(1), FamilyWww, FamilyNote,
                           u"INFO : Suppression de l'enregistrement : SOUR.OBJE 1 OBJE @O1@ (l.7)"_s,
@@ -1388,14 +1388,14 @@ void TstCorrespondence::foldersAreLookedAtFirst()
     const Options options{true, false, false, true, missing, missing};
     const QString box = u"Vérifiez l'accès aux dossiers "_s + missing + " et "_L1 + missing;
 
-    // A file that is not there either is told of behind the folders.
+    // A missing file is reported after the folders.
     QCOMPARE(tree.import({missing}, u","_s, options), 0);
     compareBoxes({box, "Impossible d'ouvrir le fichier "_L1 + missing});
     QCOMPARE(tree.newJournal(),
              QStringList({loading(missing), u"ERROR : Chargement du fichier impossible."_s}));
 
-    // One that comes while the box is open is there in time; a folder is not. An entry that is
-    // deleted by then is in no list.
+    // A file created while the box is open comes in time; a folder does not. An entry deleted by
+    // then is in no list.
     m_boxes->setInspector([&](QMessageBox *) {
         tree.entry(u"1 FILE media/b.jpg"_s)->setDelete(true);
         writeBytes(tree.csv(), "a.jpg,x\nb.jpg,y\n");
@@ -1419,7 +1419,7 @@ void TstCorrespondence::foldersWithoutExtraction()
     QCOMPARE(tree.newJournal(),
              tree.journalOf(1, QStringList{linked(u"a.jpg"_s, u"x"_s, u"2"_s)} + linkSum(1)));
 
-    // Folders that are there are left alone as well.
+    // Existing folders are left alone as well.
     const QString medias = tree.path(u"medias"_s);
     const QString garde = tree.path(u"garde"_s);
     QDir().mkdir(medias);
@@ -1445,7 +1445,8 @@ void TstCorrespondence::listedNames()
     const Options options{true, false, false, true, medias, garde};
     const QString copied = u"INFO : Copie de %1 objets média dans le dossier "_s + garde;
 
-    // All but the hidden file and the link to nothing count, a folder too, which cannot be copied.
+    // Everything but the hidden file and the dangling link counts, even a folder, which cannot be
+    // copied.
     QCOMPARE(tree.importLines({u"a.jpg,x"_s}, u","_s, options), 1);
     QCOMPARE(tree.newJournal(),
              tree.journalOf(1, QStringList{linked(u"a.jpg"_s, u"x"_s, u"2"_s),
@@ -1454,7 +1455,7 @@ void TstCorrespondence::listedNames()
     QCOMPARE(listing(garde), QStringList({u"a.jpg"_s, u"lien.jpg"_s, u"sans extension"_s}));
     QCOMPARE(readBytes(garde + "/a.jpg"_L1), QByteArray("medias/a.jpg"));
 
-    // An empty folder is none to speak of.
+    // An empty folder counts as none.
     QDir(medias).removeRecursively();
     QDir().mkdir(medias);
     QCOMPARE(tree.importLines({u"b.jpg,x"_s}, u","_s, options), 0);
@@ -1504,7 +1505,7 @@ void TstCorrespondence::closedFolder()
     for (const QString &folder : {u"."_s, u"medias"_s})
         QFile::setPermissions(folder, ForReading | ForEntering | QFile::WriteOwner);
 
-    // It does exist; nothing is seen in it.
+    // It exists, but its content cannot be listed.
     QCOMPARE(result, 1);
     QCOMPARE(tree.newJournal(),
              QStringList({loading(u"liens.csv"_s), counted(1), linked(u"a.jpg"_s, u"x"_s, u"2"_s)})
@@ -1522,7 +1523,7 @@ void TstCorrespondence::frame()
     const QStringList journal = QStringList{loading(tree.csv()), counted(150)}
                               + QStringList(150, linked(u"a.jpg"_s, u"x"_s, u"2"_s)) + linkSum(150);
     const QStringList start{u"debug: ON setMediaFileURL"_s,
-                            u"bar at -1 of 5"_s, // the range of the load before
+                            u"bar at -1 of 5"_s, // the range is still that of the load
                             "status: "_L1 + Running, u"bar at -1 of 5"_s};
     const QStringList end{"status: "_L1 + linkStatus(150), u"bar at 100 of 150"_s,
                           u"debug: OFF setMediaFileURL"_s, u"bar at 100 of 150"_s};
@@ -1533,7 +1534,7 @@ void TstCorrespondence::frame()
 void TstCorrespondence::told()
 {
     Tree tree(library({u"media/a.jpg"_s}));
-    // A line that fails counts for the bar.
+    // A line that fails moves the bar as well.
     const QStringList lines =
         QStringList(98, u"z;y"_s) + QStringList{u";"_s, u"a.jpg;x"_s, u"z;"_s};
     Told told(&tree);
@@ -1582,10 +1583,10 @@ void TstCorrespondence::eventsDuringTheRun()
               + QStringList{u"0 @S1@ SOUR"_s, u"1 OBJE @O1@"_s, u"0 @O1@ OBJE"_s,
                             u"1 FILE media/a.jpg"_s, u"0 @S2@ SOUR"_s, u"1 OBJE @O2@"_s,
                             u"0 @O2@ OBJE"_s, u"1 FILE media/c.jpg"_s}
-              // The bar of the replacement, too, must reach the values of this one.
+              // The bar of the replacement must reach the values of this one.
               + QStringList{u"0 @N1@ NOTE"_s} + QStringList(300, u"1 CONT x"_s));
     const qsizetype before = tree.lines().size();
-    // What a step leaves: the lines that have come to the tree, and the matches of the journal.
+    // What a step leaves behind: the new lines of the tree, and the matches in the journal.
     QStringList states;
     const auto look = [&] {
         const QStringList journal = tree.newJournal();
@@ -1603,7 +1604,7 @@ void TstCorrespondence::eventsDuringTheRun()
     };
     const auto remove = [&] {
         look();
-        // What is marked as deleted now is still found.
+        // Entries that are marked as deleted now are still found.
         QCOMPARE(tree.gedcom.delListTag({u"FILE"_s, u"SOUR.OBJE"_s}, false, false, false, false,
                                         QString()),
                  4);
@@ -1618,20 +1619,21 @@ void TstCorrespondence::eventsDuringTheRun()
     const int result = tree.importLines(lines, u","_s, {true, urlEvt});
     look();
     QVERIFY(at.done());
-    QCOMPARE(states, QStringList({
-                         u"%1 lines more"_s.arg(40 * eachOfS1 + 30),
-                         u"a.jpg linked 40 times, not found 0 times"_s,
-                         u"b.jpg linked 0 times, not found 30 times"_s,
-                         u"c.jpg linked 30 times, not found 0 times"_s,
-                         u"%1 lines more"_s.arg(70 * eachOfS1 + 60),
-                         u"a.jpg linked 0 times, not found 40 times"_s,
-                         u"b.jpg linked 30 times, not found 0 times"_s,
-                         u"c.jpg linked 30 times, not found 0 times"_s,
-                         u"%1 lines more"_s.arg(100 * eachOfS1 + 90 - 4), // less those deleted
-                         u"a.jpg linked 0 times, not found 40 times"_s,
-                         u"b.jpg linked 30 times, not found 0 times"_s,
-                         u"c.jpg linked 30 times, not found 0 times"_s,
-                     }));
+    QCOMPARE(states,
+             QStringList({
+                 u"%1 lines more"_s.arg(40 * eachOfS1 + 30),
+                 u"a.jpg linked 40 times, not found 0 times"_s,
+                 u"b.jpg linked 0 times, not found 30 times"_s,
+                 u"c.jpg linked 30 times, not found 0 times"_s,
+                 u"%1 lines more"_s.arg(70 * eachOfS1 + 60),
+                 u"a.jpg linked 0 times, not found 40 times"_s,
+                 u"b.jpg linked 30 times, not found 0 times"_s,
+                 u"c.jpg linked 30 times, not found 0 times"_s,
+                 u"%1 lines more"_s.arg(100 * eachOfS1 + 90 - 4), // without the deleted ones
+                 u"a.jpg linked 0 times, not found 40 times"_s,
+                 u"b.jpg linked 30 times, not found 0 times"_s,
+                 u"c.jpg linked 30 times, not found 0 times"_s,
+             }));
     QCOMPARE(result, 100 * eachOfS1 + 90);
     QCOMPARE(tree.status(), linkStatus(190));
 }
@@ -1692,7 +1694,7 @@ void TstCorrespondence::generatedNames()
                   u"1 OBJE @O%1@"_s.arg(i)};
     }
     Tree tree(lines);
-    // What replacements can do: the value, or a part of it, stands in another column.
+    // What replacements can do: the value or a part of it moves into another column.
     const PlainImport plain(&tree);
     const QList<TwItem *> files = plain.files();
     for (qsizetype i = 0; i < files.size(); i += 9) {
@@ -1728,7 +1730,7 @@ void TstCorrespondence::generatedNames()
         };
         rename(100, 100, u"img"_s, u"IMG"_s);
         rename(200, 100, u"a.jpg"_s, u"o.jpg"_s);
-        rename(300, -1, u"FILE"_s, u"IMAGE"_s); // in the column of the tag
+        rename(300, -1, u"FILE"_s, u"IMAGE"_s); // in the tag column
     }
     const AtProgress at(&tree.progress, events);
     tree.importLines(correspondences, u"|"_s, {true, false, delTagObjeFile});
@@ -1736,7 +1738,7 @@ void TstCorrespondence::generatedNames()
 
     static const QRegularExpression rxOutcome(u"^(ERROR : |INFO : Ajout de la balise SOUR.WWW )"_s);
     QCOMPARE(tree.newJournal().filter(rxOutcome), expected);
-    // There is something to tell apart.
+    // The generated document contains all kinds.
     const qsizetype errors = expected.filter(u"ERROR : "_s).size();
     QVERIFY(errors > 100);
     QVERIFY(expected.size() - errors > 100);
@@ -1746,7 +1748,7 @@ void TstCorrespondence::generatedNames()
 void TstCorrespondence::formArguments_data()
 {
     QTest::addColumn<QStringList>("settings");
-    QTest::addColumn<QStringList>("journal"); // behind the count; "~" is the folder
+    QTest::addColumn<QStringList>("journal"); // after the count; "~" is the folder
     QTest::addColumn<QString>("status");
     QTest::addColumn<QStringList>("copied");
 
@@ -1801,7 +1803,7 @@ void TstCorrespondence::formArguments()
         QDir().mkdir(form.path(folder));
     for (const QString &name : {u"medias/a.jpg"_s, u"medias/b.jpg"_s})
         writeBytes(form.path(name), {});
-    // The fields of the folders are filled, whether or not their group is on.
+    // The folder fields are filled whether or not their group is checked.
     form.set({u"gbSetURLLinks"_s, u"gbExtractMediasToKeep"_s, u"leStrPlitCsv=;"_s});
     form.pick(u"pbExtractMediasSource"_s, form.path(u"medias"_s));
     form.pick(u"pbExtractMediasToKeep"_s, form.path(u"garde"_s));
@@ -1884,7 +1886,7 @@ void TstCorrespondence::formPickedFiles()
     const QStringList files{form.path(u"2 un.csv"_s), form.path(u"1 deux.csv"_s)};
     writeBytes(files.at(0), "a.jpg;http://a.fr/1\n");
     writeBytes(files.at(1), "a.jpg;http://a.fr/2\n");
-    form.pickCsv({u"z;z"_s}); // takes no part: the next choice takes its place
+    form.pickCsv({u"z;z"_s}); // has no effect: the next choice replaces it
     form.pick(u"pbImportCsvLinks"_s, u'"' + files.at(0) + u"\" \""_s + files.at(1) + u'"');
     form.apply();
     const QStringList expected{loading(files.at(0)),
@@ -1895,14 +1897,14 @@ void TstCorrespondence::formPickedFiles()
                                u"INFO : Ajout de 2 balises SOUR.WWW"_s};
     QCOMPARE(form.runJournal(), expected);
 
-    // The choice outlives the run, and a dialog that is cancelled; the fields do not.
+    // The choice survives the run and a cancelled dialog; the fields do not.
     QCOMPARE(form.text(u"leStrPlitCsv"_s), QString());
     form.set({u"gbSetURLLinks"_s, u"cbUrlInSour"_s, u"!cbUrlInEvt"_s, u"leStrPlitCsv=;"_s});
     form.pick(u"pbImportCsvLinks"_s, QString());
     form.apply();
     QCOMPARE(form.runJournal(), expected);
 
-    // Without the group nothing happens.
+    // If the group is unchecked, nothing happens.
     form.apply({u"cbUrlInSour"_s, u"leStrPlitCsv=;"_s});
     QCOMPARE(form.runJournal(), QStringList());
 }
@@ -1912,9 +1914,9 @@ void TstCorrespondence::formMessages_data()
     QTest::addColumn<QStringList>("settings");
     QTest::addColumn<bool>("picked");
     QTest::addColumn<QString>("message");
-    QTest::addColumn<QStringList>("journal"); // behind the loading
+    QTest::addColumn<QStringList>("journal"); // after the loading
 
-    // The form only warns: the operation runs with what there is.
+    // The form only warns: the operation runs with what it has.
     QTest::newRow("no file")
         << QStringList{u"leStrPlitCsv=;"_s} << false
         << u"Veuillez sélectionner les fichiers de correspondance avant d'importer les liens "
@@ -1924,7 +1926,7 @@ void TstCorrespondence::formMessages_data()
         << QStringList{u"leStrPlitCsv="_s} << true
         << u"Indiquez la chaîne de séparation du fichier de correspondance."_s
         << QStringList{counted(1), u"ERROR : Erreur dans la ligne a.jpg;http://a.fr/1"_s};
-    // An empty name is that of the current folder, and what is in it is not below "/".
+    // An empty name means the current folder, whose content is not below "/".
     QTest::newRow("no folders")
         << QStringList{u"leStrPlitCsv=;"_s, u"gbExtractMediasToKeep"_s} << true
         << u"Veuillez sélectionner les dossiers source et destination des médias à extraire."_s
@@ -1986,7 +1988,7 @@ void TstCorrespondence::thirdInTheOrder()
     const auto link = [](int page) { return u"[http://a.fr/%1](http://a.fr/%1)"_s.arg(page); };
     QCOMPARE(form.runJournal(),
              QStringList({
-                 // A file that was deleted is not found any more,
+                 // A file that has been deleted is no longer found,
                  u"INFO : Suppression de l'entrée : OBJE.FILE 1 FILE media/b.jpg (l.11)"_s,
                  u"INFO : 1 suppressions effectuées."_s,
                  loading(form.csv()),

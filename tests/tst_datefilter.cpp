@@ -26,7 +26,7 @@ QString concluded(qsizetype count)
     return QString::number(count) + u" incohérences sources / évènements détectées."_s;
 }
 
-/// The dates of " | 12 MAR 1805 | 1840" put into the words of the tool tip.
+/// Turns the dates of " | 12 MAR 1805 | 1840" into the text of the tool tip.
 QStringList withToolTips(QStringList pictures)
 {
     for (QString &line : pictures) {
@@ -38,7 +38,7 @@ QStringList withToolTips(QStringList pictures)
     return pictures;
 }
 
-/// A document with the filter.
+/// A document to be filtered.
 class Review : public ReviewedDocument
 {
 public:
@@ -50,7 +50,7 @@ public:
         gedcom.filterSourceDateDiff();
     }
 
-    /// The pictures of the red rows, each behind its line number and ": ".
+    /// The pictures of the red rows, each prefixed with its line number and ": ".
     [[nodiscard]] QStringList redRows() const
     {
         QStringList result;
@@ -69,7 +69,7 @@ QStringList source(int number, const QString &date)
     return {u" 0 @S%1@ SOUR"_s.arg(number), " 1 DATE "_L1 + date};
 }
 
-// The pieces of the rows about citations: two sources, and a birth that cites the first of them.
+// Building blocks for the rows about citations: two sources, and a birth that cites the first.
 const QStringList Source1840 = source(1, u"1840"_s);
 const QStringList Source1805 = source(2, u"1805"_s);
 const QString BirthDate = u"+2 DATE 12 MAR 1805"_s;
@@ -77,27 +77,27 @@ const QString HiddenBirthDate = u" 2 DATE 12 MAR 1805"_s;
 const QString Cited = u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s;
 const QString HiddenCited = u" 2 SOUR @S1@"_s;
 
-// A family's lines, and the persons that they name, or do not.
+// Lines of a family, and persons that they name or do not name.
 const QString HusbandLine = u" 1 HUSB @I1@"_s;
 const QString WifeLine = u" 1 WIFE @I2@"_s;
 const QStringList HiddenHusband{u" 0 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/"_s, u" 1 FAMS @F1@"_s};
 const QStringList Single{u" 0 @I1@ INDI"_s, u" 1 NAME Jean /DUPONT/"_s, u" 1 SEX M"_s};
 const QStringList OtherPerson{u" 0 @I2@ INDI"_s, u" 1 NAME Anne /MARTIN/"_s, u" 1 FAMS @F1@"_s};
 
-/// The columns of citationRow().
+/// Adds the columns of citationRow().
 void addCitationColumns()
 {
     QTest::addColumn<int>("count");
     QTest::addColumn<QStringList>("rows");
 }
 
-/// A document as pictures, and how many of its citations disagree with their source.
+/// A document in pictures, and how many of its citations contradict their source.
 void citationRow(const char *name, int count, const QStringList &rows)
 {
     QTest::newRow(name) << count << rows;
 }
 
-/// A person with one event, whose lines are given; the others are shown or hidden.
+/// A person with one event, whose lines are \p event; the other lines are shown or hidden.
 QStringList birth(bool shown, const QStringList &event)
 {
     const QChar sign = shown ? u'+' : u' ';
@@ -106,8 +106,7 @@ QStringList birth(bool shown, const QStringList &event)
          + event;
 }
 
-/// A family of 1805 that cites a source of 1840, and is itself shown if \p shown; \p others are its
-/// other lines.
+/// A family of 1805 that cites a source of 1840, shown or hidden. \p others are its other lines.
 QStringList family(bool shown, const QStringList &others, const QString &id = u"@F1@"_s)
 {
     const QChar sign = shown ? u'+' : u' ';
@@ -117,8 +116,8 @@ QStringList family(bool shown, const QStringList &others, const QString &id = u"
          + QStringList{u" 1 DIV"_s};
 }
 
-/// A birth of 12 MAR 1805 that cites source 1, of 1805, and source 2, of 1840, in turn, the second
-/// first; the citations stand in lines 5 and following. Another source 2, of 1850, comes last.
+/// A birth of 12 MAR 1805 that cites alternately source 2, of 1840, and source 1, of 1805, from
+/// line 5 on. Another source 2, of 1850, comes last.
 QStringList citedInTurn(int citations)
 {
     QStringList lines = birth(false, {u" 2 DATE 12 MAR 1805"_s});
@@ -127,8 +126,8 @@ QStringList citedInTurn(int citations)
     return lines + source(2, u"1840"_s) + source(1, u"1805"_s) + source(2, u"1850"_s);
 }
 
-/// The filter put down as plainly as can be: every list is searched from its beginning, by nothing
-/// but the texts and the marks of the rows.
+/// The filter in its simplest form: every list is searched from its beginning, using only the texts
+/// and the marks of the rows.
 class PlainFilter
 {
 public:
@@ -168,12 +167,12 @@ public:
     {
         return m_count;
     }
-    /// The disagreements of families shown at the husband.
+    /// The contradictions of families that are shown at the husband.
     [[nodiscard]] int links() const
     {
         return m_links;
     }
-    /// Those shown at the family.
+    /// Those that are shown at the family.
     [[nodiscard]] int familyCitations() const
     {
         return m_familyCitations;
@@ -224,7 +223,7 @@ private:
         return result;
     }
 
-    /// The text with the year of the first date among the entries, empty if there is none.
+    /// The value of the first date among the entries, empty if there is none.
     static QString yearText(const QList<TwItem *> &entries)
     {
         static const QRegularExpression date(u"^[0-9] DATE"_s);
@@ -333,7 +332,7 @@ private:
     int m_familyCitations = 0;
 };
 
-/// Records of all kinds in any order; whether something disagrees is left to chance.
+/// Records of all kinds in any order; which sources are contradicted is left to chance.
 QStringList generatedLines(QRandomGenerator *random)
 {
     const auto below = [random](int limit) { return random->bounded(limit); };
@@ -475,10 +474,10 @@ private slots:
     void uncheckedInTheMidst();
 
 private:
-    /// Filters the document of a citationRow(), and compares.
+    /// Filters the document of a citationRow() and compares.
     void compareCitations();
 
-    AnsweredBoxes m_boxes; // none is shown; one that nobody answers would stop the test for ever
+    AnsweredBoxes m_boxes; // none is expected; an unanswered one would block the test for ever
 };
 
 void TstDatefilter::cleanup()
@@ -732,7 +731,7 @@ void TstDatefilter::citations_data()
                 birth(false, {HiddenBirthDate, u"-2 SOUR @S1@"_s}) + Source1840);
     citationRow("one of two citations deleted", 1,
                 birth(true, {BirthDate, u"-2 SOUR @S1@"_s, Cited}) + Source1840);
-    // What is live in a deleted record is hidden with it, and has no part in anything.
+    // Live entries in a deleted record are hidden with it and ignored.
     citationRow("person deleted", 0,
                 QStringList{u"-0 @I1@ INDI"_s, u"+1 BIRT"_s, BirthDate, u"+2 SOUR @S1@"_s}
                     + Source1840);
@@ -829,7 +828,7 @@ void TstDatefilter::husbands_data()
 {
     addCitationColumns();
 
-    // Families are shown at the husband.
+    // The contradictions of a family are shown at the husband.
     const QStringList husband{u"+0 @I1@ INDI"_s, u"+1 NAME Jean /DUPONT/"_s, u" 1 BIRT"_s,
                               u" 2 DATE ABT 1780"_s, u"*1 FAMS @F1@ | 5 MAY 1805 | 1840"_s};
     citationRow("family with a husband", 1,
@@ -903,7 +902,7 @@ void TstDatefilter::families_data()
 {
     addCitationColumns();
 
-    // Without a husband, or a line in his record, at the family.
+    // Without a husband, or without a line in his record, they are shown at the family.
     citationRow("no husband", 1, OtherPerson + family(true, {WifeLine}) + Source1840);
     citationRow("no line with the family's id", 1,
                 Single + family(true, {HusbandLine}) + Source1840);
@@ -1079,7 +1078,7 @@ void TstDatefilter::replacedTexts_data()
                     u" 2 DATE 12 MAR 1805"_s, u" 2 SOUR @S1@"_s}
             + s1,
         0);
-    // The id of the source is looked for in its line, not in a column.
+    // The id of the source is looked up in its line, not in a column.
     row("source whose id does not fill its column",
         birth + QStringList{u" 0 @S1@"_s, u" 1 DATE 1840"_s},
         {u"@S1@"_s, u"@S1@ SOUR"_s, u"ERREUR"_s},
@@ -1113,10 +1112,10 @@ void TstDatefilter::nothingButShows()
         birth(true, {u"+2 DATE 12 MAR 1805"_s, u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s})
         + QStringList{u"+0 @I2@ INDI"_s, u"+1 SEX M"_s, u"+0 @S1@ SOUR"_s, u"+1 DATE 1840"_s};
     Review review(rows);
-    review.gedcom.filterSourceDateDiff(); // what is on screen before stays
+    review.gedcom.filterSourceDateDiff(); // rows that are visible before stay visible
     QCOMPARE(review.pictures(), withToolTips(rows));
 
-    // The tool tip, letter for letter.
+    // The exact tool tip.
     QCOMPARE(review.entry(u"2 SOUR @S1@"_s)->toolTip(0),
              u"Date évènement : 12 MAR 1805\r\nDate source : 1840"_s);
     QCOMPARE(review.entry(u"2 SOUR @S1@"_s)->toolTip(1), u"ligne 5"_s);
@@ -1163,7 +1162,7 @@ void TstDatefilter::secondRun()
     QCOMPARE(review.pictures(), withToolTips(rows));
     QCOMPARE(review.status(), concluded(1));
 
-    // Nothing is remembered from one call to the next, and nothing red is taken away.
+    // Nothing is remembered between calls, and red rows stay red.
     change(&review.gedcom, {u"1840"_s, u"1805"_s, u"SOUR.DATE"_s});
     review.filter();
     QCOMPARE(review.pictures(),
@@ -1212,7 +1211,7 @@ void TstDatefilter::progress()
 {
     QFETCH(int, size);
 
-    // All citations count, those of families and those without a date too; others do not.
+    // All live citations of events count, also those of families and those of undated events.
     QStringList lines{u" 0 @F1@ FAM"_s, u" 1 MARR"_s};
     for (int i = 0; i < size; ++i) {
         if (i == size / 3)
@@ -1250,7 +1249,7 @@ void TstDatefilter::eventsBeforeTheLoop_data()
                                      << QStringList{u"5: *2 SOUR @S1@ | 12 MAR 1805 | 1840"_s,
                                                     u"6: *2 SOUR @S1@ | 12 MAR 1805 | 1840"_s,
                                                     u"7: *2 SOUR @S1@ | 12 MAR 1805 | 1840"_s};
-    // The list of citations is there already; the deleted ones stay hidden.
+    // The list of citations exists already; deleted ones stay hidden.
     QTest::newRow("citations deleted") << QStringList{u"INDI.BIRT.SOUR"_s} << 2
                                        << QStringList{u"5: =2 SOUR @S2@ | 12 MAR 1805 | 1840"_s,
                                                       u"7: =2 SOUR @S2@ | 12 MAR 1805 | 1840"_s};
@@ -1288,8 +1287,8 @@ void TstDatefilter::eventsBeforeTheLoop()
 void TstDatefilter::documentChangedInTheMidst_data()
 {
     QTest::addColumn<QStringList>("replacement"); // the arguments of change()
-    QTest::addColumn<QString>("odd"); // of the 100th citation on, what source 2 gives
-    QTest::addColumn<QString>("even"); // and source 1
+    QTest::addColumn<QString>("odd"); // from the 100th citation on, the year of source 2
+    QTest::addColumn<QString>("even"); // and that of source 1
 
     const QString none;
     QTest::newRow("nothing changed")
@@ -1312,7 +1311,7 @@ void TstDatefilter::documentChangedInTheMidst_data()
         << QStringList{u"DATE"_s, u"DAT"_s, u"INDI.BIRT.DATE"_s} << none << none;
     QTest::newRow("tag of the dates of the sources")
         << QStringList{u"DATE"_s, u"DAT"_s, u"SOUR.DATE"_s} << none << none;
-    QTest::newRow("id of the source that agrees") // the other one stands first
+    QTest::newRow("id of the source that agrees") // the other one comes first
         << QStringList{u"@S1@"_s, u"@S2@"_s, u"SOUR"_s} << u" | 12 MAR 1805 | 1840"_s
         << u" | 12 MAR 1805 | 1840"_s;
     QTest::newRow("id of the source that disagrees")
@@ -1322,7 +1321,7 @@ void TstDatefilter::documentChangedInTheMidst_data()
         << QStringList{u"@S2@"_s, u"@SX@"_s, u"SOUR"_s} << none << none;
     QTest::newRow("tag of the sources and the citations")
         << QStringList{u"SOUR"_s, u"XSOUR"_s, u"SOUR"_s} << u" | 12 MAR 1805 | 1840"_s << none;
-    // The id is looked for in the line of the source, not in a column.
+    // The id is looked up in the line of the source, not in a column.
     QTest::newRow("line of each source, which holds the id of one then")
         << QStringList{u"SOUR"_s, u"SOUR @S1@"_s, u"SOUR"_s} << u" | 12 MAR 1805 | 1840"_s
         << u" | 12 MAR 1805 | 1840"_s;
@@ -1398,7 +1397,7 @@ void TstDatefilter::familyChangedInTheMidst_data()
     row("line to the husband deleted", {u"FAM.HUSB"_s}, QStringList{link} + citations);
     row("husband's line deleted", {u"INDI.FAMS"_s}, QStringList{deletedLink} + citations);
     row("husband deleted", {u"INDI"_s}, QStringList{deletedLink} + citations);
-    // Its list of persons is there already.
+    // The list of persons exists already.
     row("husband's root", {u"INDI"_s, u"XNDI"_s, u"INDI"_s}, {link});
 }
 
@@ -1462,7 +1461,7 @@ void TstDatefilter::recordLosesItsRootInTheMidst()
     review.hideAll();
     atNextMove(&review.progress, [&] { change(&review.gedcom, {u"0"_s, u"9"_s, u"INDI"_s}); });
     review.gedcom.filterSourceDateDiff();
-    // What is no root any more is a line with children like any other.
+    // A former root is now a line with children like any other.
     expected.replaceInStrings(u"+0 @I"_s, u"+9 @I"_s);
     QCOMPARE(review.pictures(), withToolTips(expected));
     QCOMPARE(review.status(), concluded(100));
@@ -1470,7 +1469,7 @@ void TstDatefilter::recordLosesItsRootInTheMidst()
 
 void TstDatefilter::changedAndHiddenTwice()
 {
-    // Source 1 disagrees from the 100th citation on, and agrees again from the 200th on.
+    // Source 1 contradicts the event from the 100th to the 199th citation.
     Review review(citedInTurn(250));
     review.hideAll();
     atNextMove(&review.progress, [&] {
@@ -1538,7 +1537,7 @@ void TstDatefilter::generatedDocuments()
     Review review(allHidden(generatedLines(&random)));
     PlainFilter plain(review.entries());
     compareWithPlainFilter(&review, &plain, &random, concluded, 10);
-    // Chance has brought about both kinds of families.
+    // The document contains both kinds of families.
     QVERIFY(plain.links() > 0);
     QVERIFY(plain.familyCitations() > 0);
 }
@@ -1560,14 +1559,14 @@ void TstDatefilter::checkBox()
          u" 1 NAME Anne /MARTIN/"_s, u" 0 @S1@ SOUR"_s, u" 1 DATE 1840"_s});
     compareCheckBox(session, DateDiff, filtered, concluded(1));
 
-    // A search brings other rows back while the box stays checked.
+    // A search shows other rows again while the box stays checked.
     session.toggle(DateDiff);
     session.enter();
     QCOMPARE(session.pictures(), allShown(filtered));
     QVERIFY(session.isChecked(DateDiff));
     QCOMPARE(session.journal(), journal);
 
-    // Another result for another document.
+    // The result changes with the document.
     session.toggle(DateDiff);
     session.apply({u"gbReplaceString"_s, u"leTextOri=1840"_s, u"leTextDest=1805"_s,
                    u"leTagToApply=SOUR.DATE"_s});

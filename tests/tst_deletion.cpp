@@ -15,9 +15,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Deletes as the form would with these settings: "tags=BIRT;DATE", "emptyOnly=true",
-/// "noChilds=true", "contains=true", "rx=true", "value=Paris". Without "tags" there is no pattern
-/// at all. Returns the number of deletions.
+/// Deletes with these options: "tags=BIRT;DATE", "emptyOnly=true", "noChilds=true",
+/// "contains=true", "rx=true", "value=Paris". Without "tags" the list of patterns is empty. Returns
+/// the number of deletions.
 int runDeletion(Document &document, const QStringList &options)
 {
     QStringList tags;
@@ -316,7 +316,7 @@ void TstDeletion::conditionsAddUp()
     QFETCH(QString, deleted);
 
     Document document;
-    // Each of the eight kinds of entry once; the content is a part of one of the two tags.
+    // Each of the eight kinds of entry; the searched content is a part of one of the two tags.
     QVERIFY(document.load({
         u"0 @I1@ INDI"_s,
         u"1 EVEN"_s,
@@ -362,7 +362,7 @@ void TstDeletion::frame()
         deleted += u"HEAD.NOTE 1 NOTE (l.%1)"_s.arg(line);
     const QStringList journal = deletionJournal(deleted);
     const QStringList start{u"debug: ON delListTag"_s,
-                            u"bar at -1 of 122"_s, // the range of the load before
+                            u"bar at -1 of 122"_s, // the range is still that of the load
                             u"status: Suppression des balises en cours..."_s,
                             u"bar at -1 of 122"_s};
     const QStringList end{u"status: 120 balises supprimées."_s, u"bar at 100 of 121"_s,
@@ -407,7 +407,7 @@ void TstDeletion::marksAndHides()
         QVERIFY(!twi->isToDelete());
         QVERIFY(!twi->isHidden());
     }
-    // The entries stay where they were, and are only left out of the live lists.
+    // The entries keep their place and are only missing from the live lists.
     QCOMPARE(root->childCount(), 2);
     QCOMPARE(root->getTabTwiChilds(false), (QList<TwItem *>{note, cont, sex}));
     QCOMPARE(root->getTabTwiChilds(true), QList<TwItem *>{sex});
@@ -494,11 +494,11 @@ void TstDeletion::progress()
 
     const ProgressLog log(&document.progress);
     const QSignalSpy statusSpy(&document.statusBar, &QStatusBar::messageChanged);
-    // Every entry is counted, whether it matches or not.
+    // Every entry counts for the bar, whether it matches or not.
     const int count = runDeletion(document, {u"tags=NOTE"_s});
     QCOMPARE(count, entries / 2);
 
-    // At each step the events come once.
+    // Events are processed once a step.
     QStringList steps;
     for (const int value : std::as_const(values)) {
         steps += u"%1 of %2"_s.arg(value).arg(entries);

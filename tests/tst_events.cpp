@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// The operations, told by what the status bar says while they run.
+// The operations, named by the status text while they run.
 const QString Load = u"Chargement du fichier GED en cours..."_s;
 const QString Fold = u"Reconcaténation des balises en cours..."_s;
 const QString Delete = u"Suppression des balises en cours..."_s;
@@ -31,8 +31,8 @@ const QString WriteJournal = u"Sauvegarde du journal "_s;
 
 constexpr int Persons = 200;
 
-/// The lines of the large file. \p asSaved leaves the continuations as the file has them; without
-/// it they are folded. The occupations and the notes, with what belongs to them, can be left out.
+/// The lines of the large file, with the continuations as the file has them if \p asSaved, else
+/// folded. The occupations and the notes, with the lines below them, can be left out.
 QStringList family(bool asSaved, bool occupations = true, bool notes = true)
 {
     QStringList lines{u"0 HEAD"_s, u"1 CHAR UTF-8"_s};
@@ -55,8 +55,7 @@ QStringList family(bool asSaved, bool occupations = true, bool notes = true)
             lines += u"2 NOTE de l'évènement %1"_s.arg(n);
         if (i % 8 == 0)
             lines += u"1 TEXT acte %1 : "_s.arg(n) + u"un mot, "_s.repeated(90);
-        // Continuations stand only in the last quarter, which the folding has behind it when it is
-        // interrupted half-way.
+        // Only the last quarter has continuations; folding has passed it when interrupted half-way.
         const bool continued = i > Persons * 3 / 4;
         lines += "1 RESI "_L1 + n + (continued && !asSaved ? u" et suite %1"_s.arg(n) : QString());
         if (continued && asSaved)
@@ -65,7 +64,7 @@ QStringList family(bool asSaved, bool occupations = true, bool notes = true)
     return lines;
 }
 
-/// The lines with each CONC folded into the line before.
+/// The lines with each CONC folded into the previous line.
 QStringList folded(const QStringList &lines)
 {
     QStringList result;
@@ -83,7 +82,7 @@ QStringList withTrailer(const QStringList &lines)
     return lines + QStringList{u"0 TRLR"_s};
 }
 
-/// A header, and \p persons of two lines each; those after \p noted have lost their note.
+/// A header and \p persons of two lines each; those after \p noted have no note.
 QStringList noted(int persons, int noted)
 {
     QStringList lines{u"0 HEAD"_s, u"1 CHAR UTF-8"_s};
@@ -95,7 +94,7 @@ QStringList noted(int persons, int noted)
     return lines;
 }
 
-/// The window with a file to open, and an action that comes in the midst of an operation.
+/// The window with a file to open, and an action in the middle of an operation.
 class Interruption : public Session
 {
 public:
@@ -126,8 +125,7 @@ public:
         find<QAbstractButton>(u"pbApply"_s)->click();
     }
 
-    /// Calls \p action once, by an event that is delivered while \p operation processes events,
-    /// half-way through it.
+    /// Calls \p action once, from an event that \p operation processes about half-way through.
     void during(const QString &operation, const std::function<void()> &action)
     {
         QObject::connect(progress(), &QProgressBar::valueChanged, window.get(),
@@ -138,7 +136,7 @@ public:
                              }
                              m_posted = true;
                              const auto deliver = [this, operation, action] {
-                                 // Not later: the operation is still at it.
+                                 // The operation is still running.
                                  interrupted = status().startsWith(operation) && !m_operationEnded;
                                  endDialogs(); // those of the operation have been answered
                                  action();
@@ -169,7 +167,7 @@ private:
     bool m_operationEnded = false;
 };
 
-/// Keeps what the status bar says each time that the mouse comes over the watched widget.
+/// Keeps the status text each time the mouse enters the watched widget.
 class EnterWatcher : public QObject
 {
 public:
@@ -193,7 +191,8 @@ int deletionCount(const QStringList &journal)
     return int(journal.filter(u"INFO : Suppression de l'entrée : "_s).size());
 }
 
-/// The column "operation" with what processes events while the file is read, reworked and written.
+/// Adds the column "operation" with those that process events while the file is read, reworked and
+/// written.
 void addOperations()
 {
     QTest::addColumn<QString>("operation");
@@ -268,7 +267,7 @@ void TstEvents::actionDuringAnOperation()
     if (!loading) {
         session.openFile();
         if (!applying) {
-            // So that the journal has many lines, and some entries are hidden.
+            // This gives many journal lines and some hidden entries.
             session.apply({u"gbDelTags"_s, u"leTagsToDel=OCCU"_s});
             qDeleteAll(session.journalWindows());
         }
@@ -317,7 +316,7 @@ void TstEvents::actionDuringAnOperation()
     QCOMPARE(session.window->isVisible(), action != "close"_L1);
     QVERIFY(!session.isEnabled(u"actionOuvrir"_s));
     QVERIFY(session.isEnabled(u"actionEnregistrerFichier"_s));
-    // A second load is never offered, and before the first there is nothing to save or to rework.
+    // A second load is never offered, and before the first one there is nothing to save or rework.
     const bool saved = !loading && (action == "save"_L1 || action == "save as"_L1);
     const bool applied = !loading && action == "apply"_L1;
     QCOMPARE(session.dialogCount - dialogsBefore,
@@ -333,7 +332,7 @@ void TstEvents::actionDuringAnOperation()
     if (action == "expand"_L1)
         QVERIFY(sectionNode(*session.tree(), u"personnes"_s)->isExpanded());
 
-    // Each entry has been deleted once, whoever did it.
+    // Each entry has been deleted once, by one run or the other.
     const QStringList journal = session.journal();
     const bool occupations = loading || applying;
     const bool notes = !applying && !applied;
@@ -344,7 +343,7 @@ void TstEvents::actionDuringAnOperation()
     if (saved && action == "save as"_L1)
         QVERIFY(QFile::exists(session.path(u"autre.ged"_s)));
 
-    // Nothing is lost and nothing doubled: the document can be saved, and holds each live line.
+    // Nothing is lost or doubled: the document can be saved and contains each live line.
     const QStringList expected = withTrailer(family(false, occupations, notes));
     if (!loading && !applying && !applied)
         QCOMPARE(folded(readLines(session.path())), expected);
@@ -374,8 +373,8 @@ void TstEvents::inputIsDelivered()
     }
     qDeleteAll(session.journalWindows());
 
-    // The mouse comes over the window while it is busy. This is user input, which waits until the
-    // window asks for it, before the operation goes on.
+    // The mouse enters the window while it is busy. User input waits until the window processes it,
+    // before the operation goes on.
     const QRect place = session.window->frameGeometry();
     QCursor::setPos(place.bottomRight() + QPoint(50, 50));
     QCoreApplication::processEvents();
@@ -411,8 +410,8 @@ void TstEvents::openDuringALoad_data()
     QTest::addColumn<QStringList>("saved");
     QTest::addColumn<QStringList>("boxes");
 
-    // The load is interrupted behind line 200, the last one of person 99. The persons before leave
-    // the document and stay on screen.
+    // The load is interrupted after line 200, the last one of person 99. The persons read so far
+    // leave the document but stay on screen.
     const QStringList all = noted(124, 124);
     const QStringList rest = all.mid(all.indexOf(u"0 @I99@ INDI"_s));
     QTest::newRow("the same file") << u"arbre.ged"_s
@@ -468,7 +467,7 @@ void TstEvents::openDuringALoad()
     };
     QCOMPARE(session.journal(), begun + nestedJournal + ended);
 
-    // The document is saved where the load that began last has read.
+    // The document is saved to the file that the last load has read.
     session.save();
     const bool elsewhere = answer == "autre.ged"_L1;
     QCOMPARE(readLines(elsewhere ? path : session.path()), withTrailer(saved));
@@ -488,7 +487,7 @@ void TstEvents::applyDuringADeletion()
                 2 + 2 * i);
         }
     };
-    // 200 of the 300 entries have been looked at, from the last one on.
+    // 200 of the 300 entries have been checked, from the last one backwards.
     expectDeletions(149, 50);
     expected += u"INFO : 0 balises CONC reconcaténées."_s;
     expectDeletions(49, 1);
@@ -520,7 +519,7 @@ void TstEvents::saveAsDuringADeletion()
 
     QVERIFY(session.interrupted);
     QCOMPARE(session.boxes.texts(), QStringList());
-    // The document as it stood at that moment, in the other file; all of it later in its own.
+    // The other file has the document as it was at that moment; its own file gets all of it later.
     QCOMPARE(readLines(session.path(u"autre.ged"_s)), withTrailer(noted(149, 49)));
     QCOMPARE(readLines(session.path()), withTrailer(noted(149, 149)));
     session.save();
@@ -588,7 +587,7 @@ void TstEvents::editOfTheForm()
     QCOMPARE(session.boxes.texts(), messages);
     QCOMPARE(session.journal().filter(u" suppressions effectuées."_s), summary);
     QCOMPARE(deletionCount(session.journal()), deleted);
-    // The form is emptied at the end all the same.
+    // The form is still emptied at the end.
     QVERIFY(!session.isChecked(u"gbDelTags"_s));
     QVERIFY(!session.isChecked(u"cbDelEmptyTags"_s));
     QCOMPARE(session.text(u"leTagsToDel"_s), QString());
@@ -610,10 +609,9 @@ void TstEvents::closingTheWindow()
     if (!loading)
         session.openFile();
     if (!loading && !applying)
-        session.apply({}); // folds what can then be cut
+        session.apply({}); // folds lines that can then be cut
 
-    // The event loop of the program, which ends when its window is closed, but only behind the
-    // operation.
+    // The program's event loop ends when its window is closed, but only after the operation.
     bool ended = false;
     session.during(operation, [&] { QVERIFY(session.window->close()); });
     QTimer::singleShot(0, session.window.get(), [&] {
@@ -634,7 +632,7 @@ void TstEvents::closingTheWindow()
     QVERIFY(!session.window->isVisible());
     QCOMPARE(session.boxes.texts(), QStringList());
     if (loading || applying) {
-        // What has not been saved is not saved by the closing.
+        // Closing saves nothing.
         QCOMPARE(readLines(session.path()), withTrailer(family(true)));
     } else {
         QCOMPARE(folded(readLines(session.path())), withTrailer(family(false)));

@@ -40,7 +40,7 @@ QString rank(int number)
     return u"item %1"_s.arg(number);
 }
 
-/// The place of an item in its layout, told like the two above.
+/// The place of an item in its layout, in the form of the two above.
 QString placeOf(const QLayout *layout, int index)
 {
     const auto *grid = qobject_cast<const QGridLayout *>(layout);
@@ -61,7 +61,7 @@ QString rich(const QString &text)
     return u"<html><head/><body><p>"_s + text + u"</p></body></html>"_s;
 }
 
-/// What the form says of one widget.
+/// The expected properties of one widget.
 struct Row
 {
     const char *name;
@@ -71,7 +71,7 @@ struct Row
     QString place;
     QString text; // or title
     QString toolTip;
-    QString state; // what stateOf() says
+    QString state; // in the form of stateOf()
 };
 
 const QString Box = u"checkable"_s;
@@ -217,7 +217,7 @@ const QStringList Groups{
 const QStringList PickButtons{u"pbPickTagToDel"_s, u"pickDestClickableTag"_s, u"pickDestTag"_s,
                               u"pickSrcTag"_s, u"pbSelectTagReplace"_s};
 
-/// The form in a window that does nothing with it.
+/// The form in a bare window that handles none of its signals.
 class Form
 {
 public:
@@ -252,13 +252,13 @@ QString textOf(const QWidget *widget)
     return widget->property(isGroup ? "title" : "text").toString();
 }
 
-/// What is not the same for all widgets, in a form whose groups have been checked.
+/// The properties that differ between widgets, in a form with all groups checked.
 QString stateOf(const QWidget *widget)
 {
     QStringList state;
     if (widget->property("checkable").toBool())
         state += u"checkable"_s;
-    // The groups are looked at before they are checked.
+    // Not for groups, which the test has checked itself.
     if (widget->property("checked").toBool() && !qobject_cast<const QGroupBox *>(widget))
         state += u"checked"_s;
     if (!widget->isEnabled())
@@ -270,7 +270,7 @@ QString stateOf(const QWidget *widget)
     return state.join(u", "_s);
 }
 
-/// A widget of that class as the framework makes it.
+/// A widget of that class with the framework's defaults.
 std::unique_ptr<QWidget> makeFresh(const QByteArray &className)
 {
     if (className == "QCheckBox")
@@ -406,7 +406,7 @@ void TstForm::nothingElseIsSet()
 void TstForm::layoutContents_data()
 {
     QTest::addColumn<QByteArray>("className");
-    QTest::addColumn<QString>("owner"); // the widget that it is set on, or the layout that holds it
+    QTest::addColumn<QString>("owner"); // the widget it is set on, or the layout that contains it
     QTest::addColumn<QStringList>("contents");
 
     const auto vertical = [](const char *name) -> QTestData & {
@@ -539,7 +539,7 @@ void TstForm::creationOrder()
     }
     QCOMPARE(chain, expected);
 
-    // And there is nothing else on the form.
+    // There is nothing else on the form.
     QStringList all;
     const auto widgets = form.ui.centralwidget->findChildren<QWidget *>();
     for (const QWidget *widget : widgets) {
@@ -554,7 +554,7 @@ void TstForm::creationOrder()
 
 void TstForm::texts()
 {
-    // The texts come anew each time, none is left from the first time.
+    // The texts are set anew each time; none remains from the first time.
     Form form;
     const MarkingTranslator translator;
     form.ui.treeWidget->setHeaderLabels({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
@@ -614,7 +614,7 @@ void TstForm::groupRulesItsWidgets()
 
     const Form form;
     form.ui.centralwidget->window()->show();
-    form.ui.gbSetURLLinks->setChecked(true); // one of the groups lies in this one
+    form.ui.gbSetURLLinks->setChecked(true); // one group lies inside this one
     auto *group = form.find<QGroupBox>(name);
     group->setChecked(false);
     const auto widgets = group->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);

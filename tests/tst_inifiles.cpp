@@ -88,11 +88,11 @@ const QString NoParameters = u"Fichier PARAM.INI introuvable dans l'application.
 const QString NoSequence = u"Fichier SEQUENCE.INI introuvable dans l'application."_s;
 const QString NoSeparator = u"chaine de séparation 'separator' non définie dans la séquence."_s;
 
-/// The form as the program builds it, as formState() tells it.
+/// The formState() of a new window.
 const QString DefaultSeparator = u"leStrPlitCsv=,https://www.dropbox.com/"_s;
 const QStringList Defaults{DefaultSeparator, u"rbMarkdown"_s};
 
-/// A person with a tag of each kind once, and a note that is cut in two.
+/// A person with each tag once, and a note in two pieces.
 const QStringList Person{
     u"0 HEAD"_s,          u"1 CHAR UTF-8"_s,    u"0 @I1@ INDI"_s, u"1 NAME Jean/DUPONT/"_s,
     u"1 NOTE un texte"_s, u"2 CONC  long"_s,    u"1 SEX M"_s,     u"1 OCCU notaire"_s,
@@ -108,7 +108,7 @@ QByteArray fileOf(const QStringList &lines)
     return (lines.join(u'\n') + u'\n').toUtf8();
 }
 
-/// The form of a window with the person, and sequences to play on it.
+/// The form with the person, and sequences to play on it.
 class PersonForm : public Form
 {
 public:
@@ -117,14 +117,15 @@ public:
     {
     }
 
-    /// The lines of a sequence file. "~" stands for the folder of the document.
+    /// Plays a sequence of these lines. "~" stands for the folder of the document.
     void playLines(QStringList lines) const
     {
         play(fileOf(lines.replaceInStrings(u"~"_s, folder())));
     }
 };
 
-/// Something beside the executable that cannot be read as a file of the name, while it lives.
+/// Makes sure that the file of this name beside the executable cannot be read while this object
+/// lives.
 class Unreadable
 {
 public:
@@ -160,7 +161,7 @@ private:
     std::unique_ptr<Unprivileged> m_unprivileged;
 };
 
-/// The text with the mark of its encoding at the start.
+/// The encoded text with a byte-order mark.
 QByteArray marked(QStringConverter::Encoding encoding, const QString &text)
 {
     QStringEncoder encode(encoding, QStringConverter::Flag::WriteBom);
@@ -229,7 +230,7 @@ void TstInifiles::flags_data()
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QStringList>("state");
 
-    // "KEY" stands for the key.
+    // "KEY" is replaced by the key.
     const struct
     {
         const char *name;
@@ -249,7 +250,7 @@ void TstInifiles::flags_data()
         if (key.kind() != Key::Flag)
             continue;
         const bool radio = key.widget.startsWith("rb"_L1);
-        // The button that is on from the start shows only once the other one is.
+        // The button that is on by default makes a difference only once the other one is on.
         const bool fromStart = key.widget == "rbMarkdown"_L1;
         const QStringList off = fromStart ? QStringList{DefaultSeparator, u"rbHtml"_s} : Defaults;
         QStringList on{DefaultSeparator, key.widget};
@@ -325,15 +326,15 @@ void TstInifiles::orderOfTheKeys_data()
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QStringList>("state");
 
-    // The outer key takes the inner one as its value: a text or a list shows it, to a flag it is
-    // not true. The inner key then gets its own value only if its turn comes later.
+    // The outer key takes the inner one as its value: a text or list shows it, for a flag it is not
+    // "true". The inner key gets its own value only if it is tried later.
     const auto row = [](const Key &outer, const Key &inner, bool reached) {
         const QByteArray item =
             inner.key + QByteArray(inner.kind() == Key::Flag ? "=true" : "=texte");
         QByteArray file = outer.key + QByteArray("=") + item;
         QString separator = DefaultSeparator;
         QString radio = u"rbMarkdown"_s;
-        // The button that is on from the start shows only once the other one is.
+        // The button that is on by default makes a difference only once the other one is on.
         if (inner.widget == radio) {
             file.prepend("toHtml=true\n");
             radio = u"rbHtml"_s;
@@ -414,7 +415,7 @@ void TstInifiles::parameters_data()
     row("UTF-16, the low byte first", marked(QStringConverter::Utf16LE, accents), read);
     row("UTF-16, the high byte first", marked(QStringConverter::Utf16BE, accents), read);
 
-    // A value that begins with a key further down the list is taken for that key too.
+    // A value that begins with a later key of the list is also taken for that key.
     row("a value that is an item", "replaceSourString=replaceDestString=x",
         {u"leTextDest=x"_s, u"leTextOri=replaceDestString=x"_s});
     row("a value that is an item with an item",
@@ -523,7 +524,7 @@ void TstInifiles::answersOfTheForm()
 {
     const PersonForm form(Person, fileOf({u"delTags=true"_s, u"changeMediasPath=true"_s,
                                           u"delMediaPath=true"_s, u"newMediasPath=photos"_s}));
-    // The check box of the path answers to the program, those of the deletion to a click only.
+    // The path's check box reacts to the program, those of the deletion only to clicks.
     QCOMPARE(form.isEnabled(u"leNewMediaPath"_s), false);
     QCOMPARE(form.isEnabled(u"pbOpenNewMediaPath"_s), false);
     QCOMPARE(form.text(u"leNewMediaPath"_s), u"photos"_s);
@@ -664,7 +665,7 @@ void TstInifiles::missingSequence()
         const Unreadable unreadable(u"SEQUENCE.INI"_s, what);
         form.click(u"pbReadSequence"_s);
     }
-    // Neither the bar, nor the folding, nor a journal window.
+    // No bar, no folding, no journal window.
     QCOMPARE(order.events, (QStringList{
                                u"gbDelTags off"_s,
                                u"leTagsToDel="_s,
@@ -743,7 +744,7 @@ void TstInifiles::everyKeyInAStep()
 void TstInifiles::steps_data()
 {
     QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<int>("messages"); // of a missing separator
+    QTest::addColumn<int>("messages"); // about a missing separator
     QTest::addColumn<QString>("deleted");
 
     const auto row = [](const char *name, const QByteArray &file, int messages,
@@ -840,7 +841,7 @@ void TstInifiles::steps()
     QVERIFY(form.boxes().allCritical(form.window.get()));
     QCOMPARE(form.deletedTags(), deleted);
 
-    // What every sequence does, with steps or without.
+    // Every sequence does this, with or without steps.
     QCOMPARE(form.runJournal().mid(0, 2), (QStringList{Folded, OneFolded}));
     QCOMPARE(form.state(), QStringList{u"rbMarkdown"_s});
     QVERIFY(!form.progress()->isVisible());
@@ -1025,7 +1026,7 @@ void TstInifiles::correspondenceFilesOutliveTheSequence()
 
 void TstInifiles::foldsOnce()
 {
-    // A save cuts the long line, and the steps behind it find the CONC line that it has made.
+    // A save cuts the long line, and the steps after it find the new CONC line.
     const QString text(300, u'a');
     const PersonForm form({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NOTE "_s + text});
     form.playLines({u"separator=|"_s, u"saveGedFile=true"_s, u"delTags=true|delTagsList=CONC"_s});
@@ -1121,7 +1122,7 @@ void TstInifiles::editsDuringAStep()
     });
     form.playLines({u"separator=|"_s, u"delTags=true"_s, u"delTags=true|delTagsList=SEX"_s});
 
-    // The edits hold for the step in which they are made, and go with it.
+    // Edits last for the step in which they are made.
     QCOMPARE(form.messages(), QStringList{NoTagToDelete});
     QCOMPARE(form.deletedTags(), u"NOTE SEX"_s);
     QCOMPARE(form.runJournal().filter(u"INDI.NAME  modifiées"_s),
@@ -1131,10 +1132,10 @@ void TstInifiles::editsDuringAStep()
 void TstInifiles::saves_data()
 {
     QTest::addColumn<QStringList>("lines");
-    QTest::addColumn<QStringList>("files"); // with the tags that they hold
+    QTest::addColumn<QStringList>("files"); // with the tags that they contain
     QTest::addColumn<QStringList>("titles"); // of the messages
 
-    // The file as it was opened still has its CONC line.
+    // The opened file still has its CONC line.
     const QString opened = u"arbre.ged: NAME NOTE CONC SEX OCCU"_s;
     const QString whole = u": NAME NOTE SEX OCCU"_s;
     const QString note = u"delTags=true|delTagsList=NOTE"_s;
@@ -1225,7 +1226,7 @@ void TstInifiles::barAfterASave()
     QFETCH(QList<bool>, visible);
 
     PersonForm form;
-    // No archive can be made in the folder x.
+    // The archive cannot be made in the folder x.
     QVERIFY(QDir(form.folder()).mkdir(u"x"_s));
     writeBytes(form.path(u"x/ARCH"_s), {});
     QList<bool> seen;
@@ -1243,7 +1244,7 @@ void TstInifiles::playedAgain()
     const QStringList first = form.journal();
     QCOMPARE(form.deletedTags(), u"NOTE"_s);
 
-    // The file is read anew, and the separator of the first time is gone.
+    // The file is read again, and the first separator is forgotten.
     form.playLines({u"delTags=true|delTagsList=SEX"_s});
     const QStringList second = form.journal();
     QCOMPARE(form.messages(), QStringList{NoSeparator});
@@ -1282,7 +1283,7 @@ void TstInifiles::filesAreReadAndLeftAlone()
         return names;
     };
 
-    // The first window has had a parameter file of its own.
+    // The first window had its own parameter file.
     form.window = std::make_unique<MainWindow>(nullptr);
     form.window->show();
     QCOMPARE(openFiles(), QStringList());
@@ -1302,7 +1303,7 @@ void TstInifiles::filesAreReadAndLeftAlone()
 void TstInifiles::arguments_data()
 {
     QTest::addColumn<QStringList>("items");
-    QTest::addColumn<QStringList>("journal"); // behind the folding
+    QTest::addColumn<QStringList>("journal"); // after the folding
     QTest::addColumn<QString>("message");
 
     const auto row = [](const char *name, const QStringList &items, const QStringList &journal,
@@ -1542,7 +1543,7 @@ void TstInifiles::orderOfTheOperations()
     form.apply();
     disconnect(connection);
 
-    // Each works on what the ones before have left.
+    // Each operation works on the results of the previous ones.
     QCOMPARE(statusTexts, (QStringList{
                               u"Reconcaténation des balises en cours..."_s,
                               u"0 balises CONC reconcaténées."_s,
@@ -1606,7 +1607,7 @@ void TstInifiles::groupsAreReadWhenTheirTurnComes()
                     "urlFilesIndex=liste.csv\n");
     const CurrentFolder current(form.folder());
     writeLines(form.path(u"liste.csv"_s), {u"a.jpg;https://c.test/a"_s});
-    // What the user does while a text stands in the status bar.
+    // What the user does while the status bar shows a text.
     const QMap<QString, QStringList> edits{
         {u"0 balises CONC reconcaténées."_s, {u"cbEspacer"_s, u"gbClickablesLinks"_s}},
         {u"1 noms espacés."_s, {u"gbDelTags"_s, u"leTagsToDel=NOTE"_s, u"cbDelEmptyTags"_s}},
@@ -1617,7 +1618,7 @@ void TstInifiles::groupsAreReadWhenTheirTurnComes()
          {u"gbMoveTagContent"_s, u"leTagSour=INDI.NAME"_s, u"leTagDest=INDI.TITL"_s,
           u"cbDelTagSour"_s}},
         {u"1 balises traitées."_s, {u"leTextOri=maire"_s, u"leTextDest=curé"_s}},
-        // The turn of these is over, or their group is off by then.
+        // These come too late, or their group is unchecked by then.
         {u"Remplacement de texte en cours..."_s, {u"gbMoveTagContent"_s, u"leTagSour=INDI.TITL"_s}},
         {u"Espacement des noms en cours..."_s, {u"gbDelTags"_s, u"leTagsToDel=TITL"_s}},
         {u"Déplacement des balises en cours..."_s, {u"gbReplaceString"_s}},

@@ -56,8 +56,8 @@ void addOutline(QTreeWidgetItem *item, int depth, QStringList *lines)
         addOutline(item->child(i), depth + 1, lines);
 }
 
-/// The rows of the tree, the three columns joined with "|", indented by depth and with their line
-/// numbers. A section node is its label alone, and left out if nothing is under it.
+/// The rows of the tree: three columns joined with "|", indented by depth, with line numbers. A
+/// section is only its label, and left out if it has no rows.
 QStringList outline(const QTreeWidget &tree)
 {
     QStringList lines;
@@ -102,7 +102,7 @@ QStringList lineNumbers(const QList<TwItem *> &tabTwi)
     return numbers;
 }
 
-/// How many lines of the journal begin with a time; those of a quoted record do not.
+/// The number of journal lines that begin with a time; those of a quoted record do not.
 qsizetype timedLineCount(const Gedcom &gedcom)
 {
     static const QRegularExpression time(uR"((?:\A|\r\n)\d\d:\d\d:\d\d\.\d\d\d - )"_s);
@@ -115,7 +115,7 @@ QStringList sectionLabels()
             u"médias"_s,  u"dépots"_s,    u"notes"_s};
 }
 
-/// Calls back at each event of a type.
+/// Calls a function at each event of one type.
 class Notice : public QObject
 {
 public:
@@ -195,7 +195,7 @@ private slots:
     void treeOutlivesTheDocument();
 
 private:
-    // In every function: a box that nobody answers would stop the test for ever.
+    // In every function: an unanswered box would block the test for ever.
     std::optional<AnsweredBoxes> m_boxes;
 };
 
@@ -261,7 +261,7 @@ void TstLoader::journalLine()
 
     const QTime time = QTime::fromString(match.captured(1), u"hh:mm:ss.zzz"_s);
     QVERIFY(time.isValid());
-    // At midnight the clock goes back.
+    // At midnight the clock jumps back.
     QVERIFY(before > after || (before <= time && time <= after));
 }
 
@@ -443,7 +443,7 @@ void TstLoader::linesArePlaced()
     QVERIFY(doc.load(lines));
     QCOMPARE(outline(doc.tree), expected);
 
-    // The flat list of a record keeps the order of the file; the other lists are those of the tree.
+    // The flat list of a record keeps the order of the file; other lists follow the tree.
     QStringList numbers;
     const QList<TwItem *> roots = doc.gedcom.getTabTwItemsRoot();
     for (TwItem *root : roots) {
@@ -471,8 +471,8 @@ void TstLoader::twoDigitLevels()
     for (int level = 1; level <= 99; ++level) {
         lines += u"%1 NOTE x"_s.arg(level);
         expectedLines += level < 10 ? lines.constLast() : u"%1  NOTE x"_s.arg(level / 10);
-        // Level n is line n + 1. The levels from 10 to 19 hang below the root, those from 20 to 29
-        // below level 19, and so on.
+        // Level n is on line n + 1. Levels 10 to 19 read as level 1 and hang below the root, levels
+        // 20 to 29 read as level 2 and hang below level 19, and so on.
         const int digit = level / 10;
         expectedParents += QString::number(digit == 0 ? level : digit == 1 ? 1 : 10 * digit);
     }
@@ -662,7 +662,7 @@ void TstLoader::sectionNodes()
             QByteArray(reinterpret_cast<const char *>(bits.constBits()), bits.sizeInBytes());
         QCOMPARE(asTwItem(sections.at(i))->getNumLineGedFile(), u"-1"_s);
     }
-    // Equal pictures would make the comparison above say nothing.
+    // With equal pictures the comparison above would prove nothing.
     QCOMPARE(pictures.size(), 7);
 }
 
@@ -704,7 +704,7 @@ void TstLoader::notesAreHiddenWithoutRecord()
 
 void TstLoader::hugeLine()
 {
-    // Two bytes a character, at odd places: pieces of the file are decoded one after the other.
+    // Two-byte characters at odd offsets: the file is decoded piece by piece.
     const QString line = "1 NOTE x"_L1 + QString(1024 * 1024, u'é');
     Document doc;
     QVERIFY(doc.load({u"0 HEAD"_s, line, u"1 LANG y"_s}));
@@ -800,7 +800,7 @@ void TstLoader::openFails()
     QCOMPARE(doc.progress.maximum(), 100);
     QVERIFY(!doc.progress.isVisible());
 
-    // A document stays as it is.
+    // The document stays as it is.
     QVERIFY(doc.load({u"0 @I1@ INDI"_s, u"1 SEX M"_s}));
     const QStringList rows = outline(doc.tree);
     QCOMPARE(rows, QStringList({u"personnes"_s, u"  0|@I1@|INDI l.1"_s, u"    1|SEX|M l.2"_s}));
@@ -901,7 +901,7 @@ void TstLoader::recordIsRefused()
     QCOMPARE(timedLineCount(doc.gedcom), 3);
     QCOMPARE(journalAtBox, doc.journal());
 
-    // What came before the record stays; the record itself is nowhere.
+    // Everything before the record stays; the record itself is nowhere.
     QCOMPARE(doc.lines(), kept);
     QStringList rows;
     if (!kept.isEmpty())
@@ -924,7 +924,7 @@ void TstLoader::binaryIsReadTheSameEachTime()
     for (int i = 0; i < 2; ++i) {
         Document doc;
         writeBytes(doc.path(), file);
-        // Several lines, and no level in front of the second.
+        // Several lines, the second without a level.
         QVERIFY(!doc.loadFile());
         QCOMPARE(doc.journal().value(1), u"ERROR : Entrée non reconnue :"_s);
         QCOMPARE(doc.lines(), QStringList());
@@ -945,7 +945,7 @@ void TstLoader::loadAfterRefusal()
     QCOMPARE(doc.lines().size(), 8);
     doc.newJournal();
 
-    // As long as there is a record, the labels and icons are not set again.
+    // While there is a record, labels and icons are not set again.
     sectionNode(doc.tree, u"en-tête"_s)->setText(0, u"autre"_s);
     sectionNode(doc.tree, u"personnes"_s)->setIcon(0, QIcon());
     QVERIFY(doc.load({u"0 HEAD"_s, u"1 CHAR f"_s, u"0 @F1@ FAM"_s, u"1 MARR"_s}));
@@ -1054,7 +1054,7 @@ void TstLoader::progressStaysAfterRefusal()
     QCOMPARE(doc.progress.value(), 200);
     QCOMPARE(doc.progress.maximum(), 251);
 
-    // The next load starts anew, the bar being still there.
+    // The next load starts afresh while the bar is still visible.
     const ProgressLog log(&doc.progress);
     QVERIFY(doc.load(lines));
     QCOMPARE(log.entries(), QStringList({u"100 of 250"_s, u"events at 100"_s, u"200 of 250"_s,
@@ -1074,7 +1074,7 @@ void TstLoader::toldInOrder()
     QTest::ignoreMessage(QtDebugMsg, "OFF genererVectorGed");
     QVERIFY(doc.loadFile());
 
-    // A record is known when the next one begins.
+    // A record is classified when the next one begins.
     const QStringList unrecognised = QStringList{u"INFO : Entrée non reconnue :"_s} + unknown;
     QCOMPARE(told.take(), QStringList({startOfLoad(doc), u"bar shown"_s}) + unrecognised
                               + QStringList({u"bar: 100 of 250"_s, u"events"_s}) + unrecognised
@@ -1093,7 +1093,7 @@ void TstLoader::inputIsDelivered()
     doc.tree.viewport()->setMouseTracking(true);
     doc.tree.show();
     QVERIFY(QTest::qWaitForWindowExposed(&doc.tree));
-    // As from the user's mouse: it waits for whoever processes input.
+    // Like the user's mouse: the event waits until input is processed.
     connect(&doc.progress, &QProgressBar::valueChanged, this, [&] {
         QCursor::setPos(doc.tree.viewport()->mapToGlobal(QPoint(20, 20)));
         told += u"moved"_s;

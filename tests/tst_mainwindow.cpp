@@ -39,7 +39,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// An explicit instantiation may name private members, and so hands them out.
+// An explicit instantiation may name private members, which gives access to them.
 using FileMember = QFile *MainWindow::*;
 FileMember paramsMember();
 FileMember sequenceMember();
@@ -68,7 +68,7 @@ const QStringList Person{u"0 HEAD"_s,
                          u"1 NAME Jeannot /DUPONT/"_s,
                          u"0 TRLR"_s};
 
-/// What the journal holds after \p path with those lines has been loaded.
+/// The journal after the load of \p path with those lines.
 QStringList journalOfPerson(const QString &path)
 {
     return {u"INFO : Chargement du fichier "_s + path, u"INFO : Chargement de 9 lignes terminé."_s,
@@ -78,7 +78,7 @@ QStringList journalOfPerson(const QString &path)
 const QString Loading = u"Chargement du fichier GED en cours..."_s;
 const QString Loaded = u"Chargement du fichier GED terminé"_s; // without a full stop
 
-/// Calls back at each change of the enabled state of the widgets that it is installed on.
+/// Calls a function at each change of the enabled state of the watched widgets.
 class EnabledWatcher : public QObject
 {
 public:
@@ -102,19 +102,19 @@ struct Receivers : QObject
     using QObject::receivers;
 };
 
-/// The number of receivers of \p signal, as the macro SIGNAL writes it, of any object.
+/// The number of receivers of an object's \p signal, given in the form of SIGNAL().
 int receiverCount(const QObject *sender, const QByteArray &signal)
 {
     return (sender->*(&Receivers::receivers))(signal.constData());
 }
 
-/// Whether the text in the status bar stays until the next one: a time-out has a timer.
+/// Whether the status text stays until the next one: a time-out would need a timer.
 bool statusStays(const Session &session)
 {
     return !session.window->statusBar()->findChild<QTimer *>();
 }
 
-/// The flags of a tool window that has been given no others.
+/// The flags of a plain tool window.
 Qt::WindowFlags toolFlags()
 {
     QWidget widget;
@@ -247,7 +247,7 @@ void TstMainWindow::frame()
     QCOMPARE(session.window->menuBar(), session.find<QMenuBar>(u"menubar"_s));
     QCOMPARE(session.window->statusBar(), session.find<QStatusBar>(u"statusbar"_s));
 
-    // The layout of a window moves its menu bar as soon as it is active.
+    // An active layout moves the menu bar.
     QMainWindow plain;
     Ui_MainWindow ui;
     ui.setupUi(&plain);
@@ -301,7 +301,7 @@ void TstMainWindow::actionsAreBare()
 
 void TstMainWindow::menuBarColours()
 {
-    // A palette of the application that the bar must not take over.
+    // An application palette that the bar must not adopt.
     const auto restore = qScopeGuard([] { QApplication::setPalette(QPalette()); });
     QPalette palette;
     palette.setColor(QPalette::ButtonText, Qt::red);
@@ -458,7 +458,7 @@ void TstMainWindow::slotIsBound()
     const int before = receiverCount(object, '2' + signal);
     QVERIFY(QObject::disconnect(object, ('2' + signal).constData(), session.window.get(),
                                 slot.constData()));
-    // Bound once: a slot that is connected twice does its work twice.
+    // Connected once: a slot connected twice would work twice.
     QCOMPARE(before - receiverCount(object, '2' + signal), 1);
 }
 
@@ -523,7 +523,7 @@ void TstMainWindow::openDialog()
 {
     const Session session;
     session.window->show();
-    // The folder of an earlier dialog must not count.
+    // The folder of an earlier dialog must not be used.
     const QFileDialog elsewhere(nullptr, QString(), session.folder());
 
     const AnsweredBoxes boxes;
@@ -644,7 +644,7 @@ void TstMainWindow::loadFitsColumns()
     for (int column = 0; column < 4; ++column)
         QCOMPARE(header->sectionResizeMode(column), QHeaderView::Interactive);
 
-    // The last column is fitted by itself before all of them are.
+    // The last column is fitted once before all are.
     QList<int> fittedAlone;
     connect(header, &QHeaderView::sectionResized, this, [&](int column) {
         if (header->sectionResizeMode(column) == QHeaderView::Interactive)
@@ -792,7 +792,7 @@ void TstMainWindow::refusedFileThenGoodOne()
     QVERIFY(!session.isEnabled(u"mainGroupBox"_s));
     QVERIFY(!session.isEnabled(u"actionEnregistrerFichier"_s));
     QVERIFY(session.isEnabled(u"actionOuvrir"_s));
-    // The record before the refused one stays.
+    // The record before the refused one is kept.
     QCOMPARE(sectionNode(*session.tree(), u"en-tête"_s)->childCount(), 1);
 
     session.load(Person);
@@ -843,7 +843,7 @@ void TstMainWindow::closingAsksNothing()
     QVERIFY(!session.journalWindows().constFirst()->isVisible());
     QVERIFY(!session.window->findChild<FenAPropos *>()->isVisible());
     QCOMPARE(boxes.texts(), QStringList());
-    // What was not saved is lost.
+    // Unsaved changes are lost.
     QCOMPARE(readBytes(session.path()), saved);
     QCOMPARE(QDir(session.folder()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              QStringList{u"arbre.ged"_s});
@@ -894,7 +894,7 @@ void TstMainWindow::journalWindowOfTheAction()
     QCOMPARE(journal->size(), QSize(1000, 800));
     QCOMPARE(journalIn(journal), journalOfPerson(session.path()));
 
-    // An open window is neither taken again nor raised.
+    // An open window is neither reused nor raised.
     const FenJournal *second = session.openJournal();
     QVERIFY(second != journal);
     QCOMPARE(session.journalWindows().size(), 2);
@@ -975,7 +975,7 @@ void TstMainWindow::longJournalIsNotScrolled()
     FenJournal journal(nullptr, text, u"Journal"_s);
     auto *edit = journal.findChild<QPlainTextEdit *>();
 
-    // An edit in the same place that has only been given the text.
+    // A text edit of the same size with just the text.
     QWidget window;
     window.resize(1000, 800);
     auto *reference = new QPlainTextEdit;

@@ -37,14 +37,14 @@ QStringList linesOf(const QString &text)
     return lines;
 }
 
-/// A document and what a run makes of it, in the order of the file: a line behind "+ " is added,
-/// one behind "- " deleted, one behind "~ " had been deleted before.
+/// A document and what a run makes of it, in file order: "+ " marks an added line, "- " a deleted
+/// one, "~ " one that was deleted before.
 class Rework
 {
 public:
     explicit Rework(QStringList lines) : m_lines(std::move(lines)) { }
 
-    /// Loads what is there before the run.
+    /// Loads the document as it is before the run.
     bool load(Document *doc)
     {
         QStringList before;
@@ -67,7 +67,7 @@ public:
         return entries.size() == deleted.size();
     }
 
-    /// Compares the document with what the run should have made of it.
+    /// Compares the document with its expected state after the run.
     void compare(const Document &doc) const
     {
         QStringList inFile;
@@ -84,7 +84,7 @@ public:
         QCOMPARE(doc.lines(), expectedLines());
     }
 
-    /// The number of lines that are added and that begin with \p start.
+    /// The number of added lines that begin with \p start.
     [[nodiscard]] int added(const QString &start = QString()) const
     {
         return int(m_lines.filter(u"+ "_s + start).size());
@@ -126,7 +126,7 @@ private:
             lines += isDeleted(line) ? "- "_L1 + textOf(line) : line;
         return lines;
     }
-    /// The new address of a source is its last child, wherever it stands in the file.
+    /// The new address of a source is its last child, wherever it is in the file.
     [[nodiscard]] QStringList expectedInTree() const
     {
         QStringList lines;
@@ -159,7 +159,7 @@ private:
     QList<TwItem *> m_roots;
 };
 
-/// Records that no run changes: a source without a medium, and an event that cites it.
+/// Records that no run changes: a source without a medium and an event that cites it.
 const QStringList Rest{u"0 @S999@ SOUR"_s, u"1 TITL Registre"_s,      u"0 @I999@ INDI"_s,
                        u"1 DEAT"_s,        u"2 NOTE Source : http"_s, u"3 CONC s://z.fr/9"_s,
                        u"2 SOUR @S999@"_s};
@@ -177,8 +177,8 @@ QString csvPath(const Document &doc)
     return doc.folder() + "/liens.csv"_L1;
 }
 
-/// Runs the operation for these correspondences. \p flags holds the words "sour", "evt", "del" and
-/// "extract" for what is on.
+/// Runs the operation for these correspondences. \p flags contains the words "sour", "evt", "del"
+/// and "extract" for the options that are on.
 int run(Document *doc, const QStringList &csv, const QString &flags,
         const QString &mediasSource = QString(), const QString &mediasDest = QString())
 {
@@ -191,7 +191,7 @@ int run(Document *doc, const QStringList &csv, const QString &flags,
                                        flags.contains("extract"_L1), mediasSource, mediasDest);
 }
 
-/// The journal of a run over \p count correspondences. Lines without a level are of "INFO"; "{}"
+/// The journal of a run over \p count correspondences. Lines without a level get "INFO"; "{}"
 /// stands for the path of the document.
 QStringList journalOf(const Document &doc, qsizetype count, const QStringList &lines)
 {
@@ -204,8 +204,8 @@ QStringList journalOf(const Document &doc, qsizetype count, const QStringList &l
     return journal;
 }
 
-/// \p count media, each in a source of its own that the birth of one person cites. All of it is
-/// marked as what a run with every flag makes of it.
+/// \p count media, each in its own source, which the birth of one person cites, with the marks of
+/// what a run with every flag makes of them.
 QStringList manyMedia(int count)
 {
     QStringList lines;
@@ -229,7 +229,7 @@ QStringList manyLinks(int count)
     return csv;
 }
 
-/// What is told of the medium \p i of \p count, with every flag.
+/// The journal lines about medium \p i of \p count, with every flag.
 QStringList manyTold(int i, int count)
 {
     const int file = 2 * i;
@@ -246,8 +246,8 @@ QStringList manyTold(int i, int count)
         u"Suppression de l'enregistrement : OBJE 0 @O%1@ OBJE (l.%2)"_s.arg(i).arg(file - 1)};
 }
 
-/// Makes the files, those that end in "/" as folders with a file in them; each holds \p content
-/// and its name.
+/// Makes the files; a name that ends in "/" becomes a folder with a file in it. Each file contains
+/// \p content and its name.
 void makeFiles(const QString &folder, const QStringList &names, const QString &content)
 {
     QVERIFY(QDir().mkpath(folder));
@@ -262,7 +262,7 @@ void makeFiles(const QString &folder, const QStringList &names, const QString &c
     }
 }
 
-/// The names in a folder, sorted, each with what it holds.
+/// The names in a folder, sorted, each with its content.
 QStringList filesIn(const QString &folder)
 {
     QStringList files;
@@ -344,12 +344,12 @@ private slots:
     void textsAreTranslated();
 
 private:
-    /// Imports what a linkRow() says, and compares.
+    /// Imports the correspondences of a linkRow() and compares.
     void compareLinks();
-    /// Imports one link into the event of a noteRow(), and compares.
+    /// Imports one link into the event of a noteRow() and compares.
     void compareLinkNote();
 
-    AnsweredBoxes m_boxes; // none is shown; one that nobody answers would stop the test for ever
+    AnsweredBoxes m_boxes; // none is expected; an unanswered one would block the test for ever
 };
 
 void TstMedialinks::cleanup()
@@ -788,7 +788,7 @@ void TstMedialinks::deletedEntries_data()
         Ajout de 1 balises SOUR.WWW
         Sppression de 1 enregistrements OBJE
         )"_s);
-    // Below a reference whose own lines are all deleted nobody looks.
+    // Below a reference whose own lines are all deleted nothing is checked.
     linkRow(u"lines deleted before"_s, u"sour evt del"_s, OneLink, uR"(
         - 0 @O1@ OBJE
         - 1 FILE media/a.jpg
@@ -865,8 +865,7 @@ void TstMedialinks::placeOfTheAddress_data()
 {
     addLinkColumns();
 
-    // The address of a source enters the file as many lines from the top as there are lines of
-    // level 1.
+    // The address comes into the file as many lines below the root as there are lines of level 1.
     const auto address = [](const QString &name, const QString &source) {
         linkRow(name, u"sour evt"_s, OneLink,
                 u"0 @O1@ OBJE\n1 FILE media/a.jpg\n0 @S1@ SOUR\n"_s + source, uR"(
@@ -1192,7 +1191,7 @@ void TstMedialinks::severalLinkNotes_data()
         2 SOUR @S1@
         )"_s);
 
-    // The search goes on among the children of the note, from the index behind the note's own.
+    // The search goes on among the children of the note, from the index after the note's own.
     noteRow(u"a link note below the link note"_s, u"INDI.BIRT.NOTE.NOTE"_s, uR"(
         2 NOTE Source : http://z.fr/1
         3 CONT http://z.fr/2
@@ -1330,7 +1329,7 @@ void TstMedialinks::flags()
                       : QStringList{u"a.jpg: image a.jpg"_s, u"b.jpg: image b.jpg"_s};
     QCOMPARE(filesIn(local), copied);
     QCOMPARE(filesIn(medias),
-             QStringList({u"a.jpg: image a.jpg"_s, u"b.jpg: image b.jpg"_s})); // nothing is moved
+             QStringList({u"a.jpg: image a.jpg"_s, u"b.jpg: image b.jpg"_s})); // copied, not moved
     rework.compare(doc);
 }
 
@@ -1366,7 +1365,7 @@ void TstMedialinks::newEntries()
 
 void TstMedialinks::levels()
 {
-    // The level is one more than what the parent says by then.
+    // The level is one more than the parent's current one.
     const auto linked = [](const QString &line, const QString &level) -> QStringList {
         Document doc;
         if (!doc.load(OneMedium.first(6)
@@ -1411,7 +1410,7 @@ void TstMedialinks::levels()
 
 void TstMedialinks::levelOfACitation()
 {
-    // A citation that only reads as one of an event stands at the top of its record. The note comes
+    // A citation that only looks like one of an event is at the top of its record. The note comes
     // into the file like the address of a source, until something is inserted further down.
     Document doc;
     QVERIFY(doc.load(OneMedium.first(4)
@@ -1440,11 +1439,11 @@ void TstMedialinks::levelOfACitation()
 void TstMedialinks::copying_data()
 {
     QTest::addColumn<QStringList>("medias");
-    QTest::addColumn<QStringList>("local"); // is there before
+    QTest::addColumn<QStringList>("local"); // exists before the run
     QTest::addColumn<QStringList>("csv");
     QTest::addColumn<QString>("flags");
     QTest::addColumn<QStringList>("expected");
-    QTest::addColumn<int>("count"); // 0 for no line in the journal
+    QTest::addColumn<int>("count"); // 0 if there is no journal line
 
     const QString all = u"sour evt del extract"_s;
     const QStringList none;
@@ -1479,7 +1478,7 @@ void TstMedialinks::copying_data()
         << QStringList{u"a.jpg"_s, u"b.jpg"_s, u"c.jpg"_s} << none
         << QStringList{u"b.jpg,http://b.fr/1"_s, u"a.jpg,http://a.fr/1"_s} << all
         << QStringList{u"c.jpg: image c.jpg"_s} << 1;
-    // The record is deleted by the first line; its other file leaves the list all the same.
+    // The first line deletes the record; its other file still leaves the list.
     QTest::newRow("two files of one record, both linked")
         << QStringList{u"b.jpg"_s, u"b2.jpg"_s, u"c.jpg"_s} << none
         << QStringList{u"b.jpg,http://b.fr/1"_s, u"b2.jpg,http://b.fr/2"_s} << all
@@ -1576,7 +1575,7 @@ void TstMedialinks::secondRun()
     QCOMPARE(run(&doc, OneLink, u"sour evt"_s), 2);
     doc.newJournal();
 
-    // Nothing that is there already is looked for.
+    // The run does not check what exists already.
     QCOMPARE(run(&doc, OneLink, u"sour evt del"_s), 2);
     QCOMPARE(doc.lines(),
              QStringList({u"0 @S1@ SOUR"_s, u"1 WWW http://a.fr/1"_s, u"1 WWW http://a.fr/1"_s,
@@ -1593,7 +1592,7 @@ void TstMedialinks::secondRun()
         Sppression de 1 enregistrements OBJE
         )"_s)));
 
-    // A new run no longer finds what the last one has deleted.
+    // A new run no longer finds what the previous one deleted.
     QCOMPARE(run(&doc, OneLink, u"sour evt del"_s), 0);
     QCOMPARE(doc.newJournal(),
              journalOf(doc, 1,
@@ -1615,8 +1614,7 @@ void TstMedialinks::saved()
     QCOMPARE(run(&doc, {u"a.jpg,http://a.fr/été"_s}, u"sour evt del"_s), 3);
     QCOMPARE(readBytes(doc.path()), before);
 
-    // Where a title is cut, something is inserted below a line of the source, whose lines then
-    // come in the order of the tree.
+    // Cutting a title inserts below a line of the source, whose lines then follow the tree.
     QVERIFY(doc.gedcom.writeGedFile(doc.path()));
     QCOMPARE(readLines(doc.path()),
              QStringList({u"0 @S1@ SOUR"_s, u"1 TITL Acte"_s, u"2 DATE 1900"_s,
@@ -1672,7 +1670,7 @@ void TstMedialinks::progress()
     QFETCH(int, size);
     QFETCH(QStringList, expected);
 
-    // Lines that fail count as well.
+    // Lines that fail count for the bar as well.
     const QStringList kinds{u"a.jpg,http://a.fr/1"_s, u"b.jpg,http://b.fr/1"_s, u",http://a.fr/1"_s,
                             u"c.jpg,http://c.fr/1"_s};
     QStringList csv;
@@ -1715,8 +1713,8 @@ void TstMedialinks::rowsStayAsTheyWere()
 
     constexpr int Count = 60;
     Document doc;
-    doc.tree.setFocusPolicy(Qt::NoFocus); // which would choose a current row
-    // One link comes in front of other rows of a note.
+    doc.tree.setFocusPolicy(Qt::NoFocus); // focus would select a current row
+    // One link is inserted before other rows of a note.
     Rework rework(manyMedia(Count)
                   + QStringList{u"0 @I61@ INDI"_s, u"1 DEAT"_s, u"2 NOTE Source : http"_s,
                                 u"3 CONC s://z.fr/9"_s, u"3 SOUR @S9@"_s, u"4 PAGE 12"_s,
@@ -1745,7 +1743,7 @@ void TstMedialinks::rowsStayAsTheyWere()
     doc.tree.show();
     QVERIFY(QTest::qWaitForWindowExposed(&doc.tree));
     QCoreApplication::processEvents();
-    doc.entry(u"0 @I41@ INDI"_s)->setExpanded(false); // opened for a current row below it
+    doc.entry(u"0 @I41@ INDI"_s)->setExpanded(false); // expanded for a current row below it
     doc.tree.verticalScrollBar()->setValue(45);
     doc.tree.horizontalScrollBar()->setValue(30);
     QCOMPARE(doc.tree.verticalScrollBar()->value(), 45);
@@ -1757,7 +1755,7 @@ void TstMedialinks::rowsStayAsTheyWere()
                                        row->isExpanded() ? u", expanded"_s : QString(),
                                        row->isSelected() ? u", selected"_s : QString());
     };
-    QHash<const QTreeWidgetItem *, QString> asBefore; // but for what will be deleted
+    QHash<const QTreeWidgetItem *, QString> asBefore; // except what will be deleted
     QStringList topLevel;
     for (QTreeWidgetItemIterator it(&doc.tree); *it; ++it) {
         const QString text = (*it)->text(0) + u' ' + (*it)->text(1) + u' ' + (*it)->text(2);
@@ -1768,7 +1766,7 @@ void TstMedialinks::rowsStayAsTheyWere()
         topLevel += doc.tree.topLevelItem(i)->text(0);
     const qsizetype rows = asBefore.size();
 
-    // The birth of the person that was deleted before gets no link.
+    // The birth of the deleted person gets no link.
     QCOMPARE(run(&doc, manyLinks(Count), u"sour evt del"_s), 2 * Count);
 
     QStringList actual;
@@ -1800,7 +1798,7 @@ void TstMedialinks::rowsStayAsTheyWere()
     QCoreApplication::processEvents();
     QCOMPARE(doc.tree.verticalScrollBar()->value(), 45);
     QCOMPARE(doc.tree.horizontalScrollBar()->value(), 30);
-    // What is new can be seen where its parent is open, what is deleted cannot.
+    // New rows are visible where their parent is expanded; deleted rows are not.
     QVERIFY(doc.tree.visualItemRect(doc.entry(u"1 WWW http://a.fr/25"_s)).isValid());
     QVERIFY(doc.tree.visualItemRect(doc.entry(u"2 NOTE Source : http://a.fr/25"_s)).isValid());
     QVERIFY(!doc.tree.visualItemRect(doc.entry(u"2 NOTE Source : http://a.fr/41"_s)).isValid());
@@ -1846,7 +1844,7 @@ void TstMedialinks::eventsDuringTheRun()
     const QStringList csv = manyLinks(Count) + QStringList{u"autre.jpg,http://a.fr/151"_s};
     QCOMPARE(run(&doc, csv, u"sour evt del extract"_s, medias, local), 299);
 
-    // By then all is done for the lines before, and nothing for those to come.
+    // By then the previous lines are done, and none of the following.
     QStringList expected;
     for (int i = 1; i <= 100; ++i)
         expected += manyTold(i, Count);
@@ -1855,7 +1853,7 @@ void TstMedialinks::eventsDuringTheRun()
     QCOMPARE(linesBefore.filter(u"2 NOTE "_s).size(), 100);
     QCOMPARE(linesBefore.filter(u" OBJE"_s).size(), 100); // 50 records and their references
 
-    // What the lists hold stays in them, deleted or not; what the entries say by then counts.
+    // The lists keep their entries, deleted or not; the current texts of the entries count.
     expected = linesOf(uR"(
         Remplacement de 'OBJE.FILE media/140.jpg' par 'media/autre.jpg' (l.280)
         1 remplacements effectués.
@@ -1871,13 +1869,13 @@ void TstMedialinks::eventsDuringTheRun()
         else if (i == 115)
             lines.removeAt(2); // the reference
         else if (i == 130 || i == 145)
-            lines.removeAt(1); // a source without an id, and one that nobody cites any more
+            lines.removeAt(1); // a source without an id, and one that is no longer cited
         else if (i == 140)
             lines = {u"ERROR : 140.jpg référençant http://a.fr/140 non détecté dans {}"_s};
         else if (i == 146)
             lines.insert(1, lines.at(1)); // now cited twice
         else if (i == 147)
-            lines.clear(); // no source shows it any more
+            lines.clear(); // no source shows it any longer
         else if (i == 148)
             lines = linesOf(uR"(
                 Ajout de la balise SOUR.WWW http://a.fr/148 référençant la balise OBJE.FILE 148.jpg (l.296)
@@ -1887,7 +1885,7 @@ void TstMedialinks::eventsDuringTheRun()
                   + lines;
         expected += lines;
     }
-    // A copy that fails is not told of.
+    // A failed copy is not reported.
     expected +=
         linesOf(uR"(
         Ajout de la balise SOUR.WWW http://a.fr/151 référençant la balise OBJE.FILE autre.jpg (l.280)

@@ -68,7 +68,7 @@ private slots:
     void barKeepsItsVisibility();
 
 private:
-    AnsweredBoxes m_boxes; // none is shown; one that nobody answers would stop the test for ever
+    AnsweredBoxes m_boxes; // none is expected; an unanswered one would block the test for ever
 };
 
 void TstMediapath::cleanup()
@@ -215,7 +215,7 @@ void TstMediapath::entries()
 
     QStringList changes;
     for (const int line : std::as_const(taken)) {
-        const QString before = expected.at(line - 1).mid(7); // behind "1 FILE "
+        const QString before = expected.at(line - 1).mid(7); // after "1 FILE "
         const QString after = "photos/"_L1 + before.section(u'/', 1);
         changes += edited(u"OBJE.FILE"_s, before, after, line);
         expected[line - 1] = "1 FILE "_L1 + after;
@@ -253,7 +253,7 @@ void TstMediapath::replacedColumns_data()
     QTest::newRow("dot in the level column and in the tag column")
         << QStringList{u"1 FILE a.b/2"_s, u"FILE c.d/e"_s, u"media/x.jpg"_s} << QString() << 0
         << QStringList{u"2"_s, u"FILE c.d/e"_s, u"media/x.jpg"_s} << untagged;
-    // The journal speaks of the entry as it is then.
+    // The journal quotes the entry as it is after the change.
     QTest::newRow("the rewrite gives the tag")
         << QStringList{u"1"_s, u"FILE a.b/SOUR"_s, u"media/x.jpg"_s} << QString() << 1
         << QStringList{u"1"_s, u"SOUR"_s, u"media/x.jpg"_s} << u"OBJE.SOUR"_s;
@@ -299,7 +299,7 @@ void TstMediapath::deletedEntriesTakeNoPart()
     TwItem *b = doc.entry(u"1 FILE media/b.jpg"_s);
     TwItem *c = doc.entry(u"1 FILE media/c.jpg"_s);
     QCOMPARE(doc.gedcom.delListTag({u"FILE"_s}, false, false, true, false, u"b.jpg"_s), 2);
-    // The file below stays live, but nothing below the record counts any more.
+    // The file below stays live, but nothing below the record counts any longer.
     doc.entry(u"0 @O2@ OBJE"_s)->setDelete(true);
     QVERIFY(!c->isToDelete());
     doc.newJournal();
@@ -430,7 +430,7 @@ void TstMediapath::frame()
             edited(u"OBJE.FILE"_s, u"media/%1.jpg"_s.arg(i), u"photos/%1.jpg"_s.arg(i), i + 1);
     const QStringList journal = journalOf(changes);
     const QStringList start{u"debug: ON setMediaFilePath"_s,
-                            u"bar at -1 of 27"_s, // the range of the load before
+                            u"bar at -1 of 27"_s, // the range is still that of the load
                             u"status: Modification des chemins médias en cours..."_s,
                             u"bar at -1 of 27"_s};
     const QStringList end{u"status: 25 chemins modifiés."_s, u"bar at 20 of 25"_s,
@@ -461,7 +461,7 @@ void TstMediapath::progress()
     QFETCH(int, size);
     QFETCH(QStringList, expected);
 
-    // Only the files count, over all records.
+    // Only the files of all records count for the bar.
     QStringList lines{u"0 @I1@ INDI"_s, u"1 SEX M"_s};
     for (int i = 0; i < size; ++i) {
         if (i % 4 == 0)
@@ -495,7 +495,7 @@ void TstMediapath::eventsDuringTheRun()
             changed->setText(2, u"autre/z.jpg"_s);
         },
         Qt::QueuedConnection);
-    // The list of what is to be done is as it was at the start; the texts are those of the moment.
+    // The list of entries is made at the start; their texts are read when their turn comes.
     QCOMPARE(doc.gedcom.setMediaFilePath(u"photos/"_s), 25);
     QCOMPARE(before.size(), 11);
     QCOMPARE(before.constLast(),

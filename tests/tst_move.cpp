@@ -27,7 +27,7 @@ constexpr int Delete = 2;
 constexpr int Create = 4;
 constexpr int Everything = Copy | Delete | Create;
 
-/// Lines that stand on one line here, separated by "|".
+/// Splits lines that are written here as one, separated by "|".
 QStringList cut(const QString &lines)
 {
     return lines.isEmpty() ? QStringList() : lines.split(u'|');
@@ -59,7 +59,7 @@ int deletionsIn(const QStringList &journal)
     return countOf(journal, deleted(QString()));
 }
 
-/// The journal of a whole run: one line for each change, then the three totals.
+/// The journal of a whole run: a line for each change, then the three totals.
 QStringList withTotals(const QStringList &changes)
 {
     const auto total = [&changes](const QString &text, const QString &start) {
@@ -79,7 +79,7 @@ int runMove(Document &doc, const QString &sources, const QString &destinations, 
                                      flags & Create);
 }
 
-/// The record as the tree shows it, deleted rows counted.
+/// The record as in the tree, deleted rows included.
 QStringList treeLines(TwItem *twi)
 {
     QStringList lines{lineText(twi)};
@@ -91,11 +91,11 @@ QStringList treeLines(TwItem *twi)
 /// One line of PlainDocument.
 struct PlainEntry
 {
-    QStringList columns; // two at least, as the rows of the tree have
+    QStringList columns; // at least two, like the rows of the tree
     int number = -1;
     PlainEntry *parent = nullptr;
     QList<PlainEntry *> children; // in the tree
-    QList<PlainEntry *> list; // of a root all descendants as they are written, else the children
+    QList<PlainEntry *> list; // of a root: all descendants in file order; else the children
     bool isDeleted = false;
 
     [[nodiscard]] int level() const
@@ -126,7 +126,7 @@ struct PlainEntry
         return u" (l.%1)"_s.arg(number);
     }
     [[nodiscard]] bool matches(const QStringList &path) const;
-    /// This entry, or those below it that stand at \p path.
+    /// This entry, or those below it at \p path.
     QList<PlainEntry *> at(const QStringList &path);
     /// This entry or the ancestor with exactly this full tag.
     PlainEntry *named(const QStringList &fullTag);
@@ -179,7 +179,7 @@ bool PlainEntry::matches(const QStringList &path) const
 QList<PlainEntry *> PlainEntry::at(const QStringList &path)
 {
     if (matches(path))
-        return {this}; // deleted or not: a record keeps its turn to the end
+        return {this}; // deleted or not: a record is processed to the end
     const int below = level() + 1;
     if (fullTag().size() >= path.size() || below >= path.size())
         return {};
@@ -211,7 +211,7 @@ PlainEntry *PlainEntry::named(const QStringList &wanted)
     return nullptr;
 }
 
-/// The document and the operation once more, as plainly as they can be told.
+/// The document and the operation again, in their simplest form.
 class PlainDocument
 {
 public:
@@ -419,8 +419,8 @@ T pick(QRandomGenerator &random, const QList<T> &list)
     return list.at(random.bounded(int(list.size())));
 }
 
-/// Records with a few tags that meet again and again, lines without a tag, and lines that stand
-/// behind one of a lower level than their parent.
+/// Records with a few tags that recur often, lines without a tag, and lines after one of a lower
+/// level than their parent.
 QStringList generatedLines(QRandomGenerator &random)
 {
     const QStringList heads{u"0 HEAD"_s,      u"0 @I1@ INDI"_s,       u"0 @I2@ INDI"_s,
@@ -438,7 +438,7 @@ QStringList generatedLines(QRandomGenerator &random)
                 pick(random, QStringList{u"NOTE"_s, u"NOTE"_s, u"BIRT"_s, u"DATE"_s, u"XY"_s});
             QString value = pick(random, values);
             if (value == u' ')
-                value.clear(); // a blank alone is no value
+                value.clear(); // a single blank is no value
             lines += QString::number(level) + u' ' + tag + value;
         }
     }
@@ -536,7 +536,7 @@ private:
     void addColumns();
     void compareRow();
 
-    AnsweredBoxes m_boxes; // one that nobody answers would stop the test for ever
+    AnsweredBoxes m_boxes; // an unanswered one would block the test for ever
 };
 
 void TstMove::addColumns()
@@ -628,8 +628,8 @@ void TstMove::branches_data()
         << u"INDI.BIRT"_s << Copy << u"0 @I1@ INDI|1 BIRT a|2 NOTE a|2 DATE d|1 BIRT b|2 NOTE b"_s
         << QStringList{edited(u"INDI.BIRT 1 BIRT Y (l.2) en a (l.3)"_s),
                        edited(u"INDI.BIRT 1 BIRT (l.5) en b (l.6)"_s)};
-    // The journal speaks of the record as it is then, without a tag. The second note finds no
-    // record of this kind any more.
+    // The journal quotes the record as it is then, without a tag. The second note no longer finds a
+    // record of this kind.
     QTest::newRow("record as destination loses its tag")
         << u"0 @I1@ INDI|1 NOTE a|1 NOTE b"_s << u"INDI.NOTE"_s << u"INDI"_s << Everything
         << u"0 @I1@ a|1 NOTE b"_s
@@ -809,7 +809,7 @@ void TstMove::levels_data()
 {
     addColumns();
 
-    // A level alone is written with the blank in front of its empty tag.
+    // A lone level is written with the blank before its empty tag.
     QTest::newRow("empty last component is created as an empty tag")
         << u"0 @I1@ INDI|1 NOTE|1 NOTE a"_s << u"INDI.NOTE"_s << u"INDI."_s << (Copy | Create)
         << u"0 @I1@ INDI|1 NOTE|1 NOTE a|1 |1  a"_s
@@ -819,7 +819,8 @@ void TstMove::levels_data()
     const QString nine =
         u"0 @I1@ INDI|1 NOTE|2 NOTE|3 NOTE|4 NOTE|5 NOTE|6 NOTE|7 NOTE|8 NOTE|9 NOTE z"_s;
     const QString ninePath = u"INDI.NOTE.NOTE.NOTE.NOTE.NOTE.NOTE.NOTE.NOTE.NOTE"_s;
-    // The second digit is cut off with the blank behind the level, and the tag becomes the value.
+    // The second digit is cut off in place of the blank after the level, and the tag becomes the
+    // value.
     QTest::newRow("level of two digits")
         << nine << ninePath << ninePath + u".TEXT"_s << Create << nine + u"|1  TEXT"_s
         << QStringList{created(ninePath + u".TEXT 1  TEXT fille de la balise "_s + ninePath
@@ -1053,7 +1054,7 @@ void TstMove::flags_data()
     QTest::addColumn<QString>("expected");
     QTest::addColumn<QStringList>("journal"); // without the totals
 
-    // A destination or none, for a source with a value and for one without.
+    // With and without a destination, for a source with a value and for one without.
     const QString copied = edited(u"INDI.TEXT 1 TEXT t (l.3) en a (l.2)"_s);
     const QString noteA = deleted(u"INDI.NOTE 1 NOTE a (l.2)"_s);
     const QString newB = created(u"INDI.TEXT 1 TEXT fille de la balise INDI 0 @I2@ INDI (l.4)"_s);
@@ -1125,8 +1126,8 @@ void TstMove::createdPlace_data()
     QTest::newRow("below a record, behind children without children")
         << u"0 @I1@ INDI|1 NOTE a|1 SEX M"_s << QString() << u"INDI.NOTE"_s << u"INDI.TEXT"_s
         << u"0 @I1@ INDI|1 NOTE a|1 SEX M|1 TEXT a"_s << u"0 @I1@ INDI|1 NOTE a|1 SEX M|1 TEXT a"_s;
-    // The place in the tree counts children, that in the file all lines: the new one is written
-    // behind as many lines as the record has children.
+    // The place in the tree counts children, that in the file all lines: the new line is written
+    // after as many lines as the record has children.
     QTest::newRow("below a record, behind children with children")
         << u"0 @I1@ INDI|1 BIRT|2 DATE d|2 PLAC p|1 NOTE a|2 CONT c"_s << QString()
         << u"INDI.NOTE"_s << u"INDI.TEXT"_s
@@ -1159,7 +1160,7 @@ void TstMove::createdPlace_data()
         << u"INDI.BIRT.NOTE"_s << u"INDI.BIRT.TEXT"_s
         << u"0 @I1@ INDI|1 BIRT|2 NOTE a|2 DATE d|3 SOUR s|2 TEXT a|1 DEAT"_s
         << u"0 @I1@ INDI|1 BIRT|2 NOTE a|3 SOUR s|2 TEXT a|1 DEAT"_s;
-    // The lines of the record are listed anew, as they stand in the tree.
+    // The lines of the record are listed again, in the order of the tree.
     QTest::newRow("below another entry, after one below the record")
         << u"0 @I1@ INDI|1 BIRT|2 DATE d|2 PLAC p|1 NOTE a"_s << QString()
         << u"INDI.NOTE;INDI.NOTE"_s << u"INDI.TEXT;INDI.BIRT.NOTE"_s
@@ -1173,7 +1174,7 @@ void TstMove::createdPlace_data()
         << u"0 @I1@ INDI|1 BIRT|2 NOTE a|1 DEAT|3 DATE d"_s << QString() << u"INDI.BIRT.NOTE"_s
         << u"INDI.TEXT"_s << u"0 @I1@ INDI|1 BIRT|2 NOTE a|3 DATE d|1 DEAT|1 TEXT a"_s
         << u"0 @I1@ INDI|1 BIRT|2 NOTE a|1 TEXT a|1 DEAT|3 DATE d"_s;
-    // Such a record lists all its lines although its first one is no root.
+    // Such a record lists all its lines although the first one is no root.
     QTest::newRow("below a record that begins at level 1")
         << u"1 FOO x|1 BAR y"_s << QString() << u"FOO"_s << u"FOO.TEXT"_s
         << u"1 FOO x|1 BAR y|2 TEXT x"_s << u"1 FOO x|1 BAR y|2 TEXT x"_s;
@@ -1230,7 +1231,7 @@ void TstMove::entriesAfterwards()
         QVERIFY(!twi->isToDelete());
         QVERIFY(!twi->isHidden());
     }
-    // Nothing leaves its place, and the source keeps its value.
+    // Everything keeps its place, and the source its value.
     QCOMPARE(treeLines(doc.entry(u"0 @I1@ INDI"_s)),
              cut(u"0 @I1@ INDI|1 BIRT|2 NOTE a|3 CONT c|2 NOTE|2 TEXT a"_s));
     const QStringList left = cut(u"0 @I1@ INDI|1 BIRT|3 CONT c|2 TEXT a"_s);
@@ -1287,7 +1288,7 @@ void TstMove::deletedRecordsTakeNoPart()
 
 void TstMove::recordDeletedOnTheWay()
 {
-    // A record can be a source; its entries still take part in what is left of its turn.
+    // A record can be a source; its entries still take part in the rest of its processing.
     Document doc;
     QVERIFY(doc.load(cut(u"0 @I1@ INDI|1 SEX M|1 NOTE a|0 @F1@ FAM|1 NOTE b"_s)));
     doc.newJournal();
@@ -1308,7 +1309,7 @@ void TstMove::recordDeletedOnTheWay()
     QCOMPARE(doc.status(), u"3 balises traitées."_s);
     QCOMPARE(doc.lines(), cut(u"0 @F1@ FAM|1 TEXT b"_s));
 
-    // The next run does not see it any more.
+    // The next run no longer sees it.
     QCOMPARE(runMove(doc, u"INDI.SEX"_s, u"INDI.DATE"_s, Everything), 0);
     QCOMPARE(doc.newJournal(), withTotals({}));
 }
@@ -1348,7 +1349,7 @@ void TstMove::recordsAreListedBeforeTheyAreChanged()
             Qt::QueuedConnection);
     });
     QCOMPARE(runMove(doc, u"INDI.NOTE"_s, u"INDI.TEXT"_s, Copy | Delete), 21);
-    QCOMPARE(before.size(), 40); // of the 20 records in front
+    QCOMPARE(before.size(), 40); // of the first 20 records
     QVERIFY(last->isToDelete());
     QVERIFY(note->isToDelete());
     QCOMPARE(treeLines(last), cut(u"0 @I21@ INDI|1 NOTE 21|1 TEXT 21"_s));
@@ -1375,12 +1376,12 @@ void TstMove::laterRuns()
              }));
     QCOMPARE(doc.status(), u"1 balises traitées."_s);
 
-    // The same once more: the source is gone for good.
+    // The same again: the source is gone for good.
     QCOMPARE(runMove(doc, u"INDI.NOTE"_s, u"INDI.TEXT"_s, Everything), 0);
     QCOMPARE(doc.newJournal(), withTotals({}));
     QCOMPARE(doc.status(), u"0 balises traitées."_s);
 
-    // What was created can be a destination, a parent and a source like any other entry.
+    // A created entry can be a destination, a parent and a source like any other.
     QCOMPARE(runMove(doc, u"INDI.BIRT.DATE;INDI.TEXT;INDI.TEXT"_s,
                      u"INDI.TEXT;INDI.TEXT.NOTE;INDI.BIRT"_s, Everything),
              2);
@@ -1438,7 +1439,7 @@ void TstMove::frame()
 
     const QStringList journal = withTotals(changes);
     const QStringList start{u"debug: ON moveTagContent"_s,
-                            u"bar at -1 of 51"_s, // the range of the load before
+                            u"bar at -1 of 51"_s, // the range is still that of the load
                             u"status: Déplacement des balises en cours..."_s, u"bar at -1 of 51"_s};
     const QStringList end{u"status: 25 balises traitées."_s, u"bar at 20 of 25"_s,
                           u"debug: OFF moveTagContent"_s, u"bar at 20 of 25"_s};
@@ -1466,7 +1467,7 @@ void TstMove::progress()
     QFETCH(int, records);
     QFETCH(QStringList, expected);
 
-    // Each record counts once, whatever it holds and however many pairs there are.
+    // Each record counts once, whatever it contains and however many pairs there are.
     QStringList lines;
     int sources = 0;
     for (int i = 1; i <= records; ++i) {
@@ -1514,7 +1515,7 @@ void TstMove::agreesWithPlainReading()
 {
     QFETCH(int, flags);
 
-    // Thousands of lines that would tell nothing.
+    // Thousands of lines of no interest.
     QLoggingCategory::setFilterRules(u"default.debug=false"_s);
     const auto reset = qScopeGuard([] { QLoggingCategory::setFilterRules(QString()); });
 
@@ -1556,7 +1557,7 @@ void TstMove::agreesWithPlainReading()
             changes += plain.journal;
         }
     }
-    // Enough has happened.
+    // The generated documents change enough.
     QCOMPARE(countOf(changes, created(QString())) > 40, bool(flags & Create));
     QCOMPARE(countOf(changes, edited(QString())) > 40, bool(flags & Copy));
     QCOMPARE(countOf(changes, deleted(QString())) > 40, bool(flags & Delete));

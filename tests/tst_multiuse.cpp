@@ -26,7 +26,7 @@ QString concluded(qsizetype count)
     return u"Recherche terminée. %1 occurences dédoublées."_s.arg(count);
 }
 
-/// A document with the filter.
+/// A document to be filtered.
 class Review : public ReviewedDocument
 {
 public:
@@ -39,7 +39,7 @@ public:
     }
 };
 
-/// The lines of the shown rows on screen but for the section nodes.
+/// The lines of the visible rows, without the section nodes.
 QStringList shownIn(const ReviewSession &session)
 {
     QStringList result;
@@ -51,7 +51,7 @@ QStringList shownIn(const ReviewSession &session)
     return result;
 }
 
-/// A person, hidden, or whole with the birth in red. \p event are the lines of the birth.
+/// A person, either hidden or shown whole with a red birth. \p event are the lines of the birth.
 QStringList person(int number, bool flagged, const QStringList &event)
 {
     const QChar sign = flagged ? u'+' : u' ';
@@ -62,7 +62,7 @@ QStringList person(int number, bool flagged, const QStringList &event)
     return rows + QStringList{sign + "1 SEX M"_L1};
 }
 
-/// The person whose birth is dated 12 MAR 1805 and cites the source.
+/// A person whose birth is dated 12 MAR 1805 and cites the source.
 QStringList born(int number, bool flagged, int source = 1)
 {
     return person(number, flagged, {u"2 DATE 12 MAR 1805"_s, u"2 SOUR @S%1@"_s.arg(source)});
@@ -77,8 +77,8 @@ QStringList sources(int first, int last)
     return rows;
 }
 
-/// The lines of a file: births that source 1 and source 100 double, the latter being contradicted
-/// by their source, and one more of these.
+/// The lines of a file: two births that cite source 1, two that cite source 100, and one that cites
+/// source 101. The last two sources contradict them.
 QStringList doubledEarlyAndLate()
 {
     QStringList lines;
@@ -91,7 +91,7 @@ QStringList doubledEarlyAndLate()
     return lines;
 }
 
-/// The filter put down as plainly as can be, by nothing but the texts and the marks of the rows.
+/// The filter in its simplest form, using only the texts and the marks of the rows.
 class PlainFilter
 {
 public:
@@ -188,7 +188,7 @@ private:
     int m_count = 0; // of the last run
 };
 
-/// Records of all kinds in any order; whether something is doubled is left to chance.
+/// Records of all kinds in any order; which events share a date and a source is left to chance.
 QStringList generatedLines(QRandomGenerator *random)
 {
     const auto below = [random](int limit) { return random->bounded(limit); };
@@ -275,7 +275,7 @@ private slots:
     void otherFilterInTheMidst();
 
 private:
-    AnsweredBoxes m_boxes; // none is shown; one that nobody answers would stop the test for ever
+    AnsweredBoxes m_boxes; // none is expected; an unanswered one would block the test for ever
 };
 
 void TstMultiuse::cleanup()
@@ -418,7 +418,7 @@ void TstMultiuse::occurrences_data()
                     u" 0 @I1@ INDI "_s, u" 1 BIRT"_s, u" 2 DATE 12 MAR 1805"_s, u" 2 SOUR @S1@"_s}
             + born(1, false) + s12);
 
-    // What is deleted stays hidden.
+    // Deleted entries stay hidden.
     row("deleted lines", 1,
         person(1, true, {date, cited, u"-2 PLAC Paris"_s, u"3 MAP"_s, u"-1 DEAT"_s, u"-2 DATE x"_s})
             + born(2, true) + s12);
@@ -458,7 +458,7 @@ void TstMultiuse::replacedTexts_data()
         QTest::newRow(name) << lines << replacement << rows << count;
     };
     const QStringList s12 = sources(1, 2);
-    // A birth and a christening, of which one alone is changed.
+    // A birth and a christening, only one of which is changed.
     const auto twoEvents = [](const QString &signs, const QString &birthDate,
                               const QString &christeningDate, const QString &birth = u"1 BIRT"_s,
                               const QString &citation = u"2 SOUR @S1@"_s) -> QStringList {
@@ -522,7 +522,7 @@ void TstMultiuse::replacedTexts_data()
         {u"SOUR"_s, u"XSOUR"_s, u"SOUR"_s},
         QStringList(twoEvents(hidden, date, date) + s12).replaceInStrings(u"SOUR"_s, u"XSOUR"_s),
         0);
-    // The whole column is the id, whatever it holds.
+    // The id is the whole column, whatever it contains.
     const QStringList odd{u" 0 @S1@"_s, u" 1 TITL x"_s};
     const QStringList oddChanged{u" 0 @S1@ SOUR"_s, u" 1 TITL x"_s};
     const QStringList longId{u"@S1@"_s, u"@S1@ SOUR"_s, u"ERREUR"_s};
@@ -564,7 +564,7 @@ void TstMultiuse::replacedTexts_data()
                     u"+0 @I2@ INDI"_s, u"*1 DEAT"_s, u"+2 DATE 1805"_s, u"+2 SOUR @S1@"_s}
             + s12,
         1);
-    // One record is the event of a pair, and the record of the events of another, in either order.
+    // One record is the event of one pair and the record of another pair's event, in either order.
     for (const auto &[name, own, other] :
          {std::array{"record that is an event, then shown"_L1, "@S1@"_L1, "@S2@"_L1},
           std::array{"record that is shown, then an event"_L1, "@S2@"_L1, "@S1@"_L1}}) {
@@ -601,7 +601,7 @@ void TstMultiuse::replacedTexts()
 void TstMultiuse::nothingButShows()
 {
     Review review(born(1, false) + born(2, false) + born(3, false, 2) + sources(1, 2));
-    review.gedcom.filterSourceMultiUse(); // what is on screen before stays
+    review.gedcom.filterSourceMultiUse(); // rows that are visible before stay visible
     QCOMPARE(review.pictures(),
              allShown(born(1, true) + born(2, true) + born(3, false, 2) + sources(1, 2)));
 
@@ -646,7 +646,7 @@ void TstMultiuse::secondRun()
     QCOMPARE(review.pictures(), rows);
     QCOMPARE(review.status(), concluded(1));
 
-    // Nothing is remembered from one call to the next, and nothing red is taken away.
+    // Nothing is remembered between calls, and red rows stay red.
     change(&review.gedcom, {u"INDI.NAME.GIVN"_s});
     change(&review.gedcom, {u"@S1@"_s, u"@S2@"_s, u"INDI.BIRT.SOUR"_s});
     review.filter();
@@ -712,7 +712,7 @@ void TstMultiuse::eventsBeforeTheLoop_data()
     QTest::newRow("dates deleted") << QStringList{u"DATE"_s} << 0;
     QTest::newRow("citations of another source replaced")
         << QStringList{u"@S2@"_s, u"@S1@"_s, u"INDI.BIRT.SOUR"_s} << 2;
-    // The lists are there already.
+    // The lists exist already.
     QTest::newRow("citations deleted") << QStringList{u"INDI.BIRT.SOUR"_s} << 1;
     QTest::newRow("sources and citations deleted") << QStringList{u"SOUR"_s} << 1;
 }
@@ -749,7 +749,7 @@ void TstMultiuse::documentChangedInTheMidst_data()
                         const QString &late, int count) {
         QTest::newRow(name) << replacement << early << late << count;
     };
-    // Source 99 has 12 MAR 1805 twice and ABT 1805 once, source 100 the other way round.
+    // Source 99 is cited for 12 MAR 1805 twice and ABT 1805 once, source 100 the other way round.
     row("nothing", {u"x"_s, u"y"_s, u"NONE"_s}, u"** "_s, u"** "_s, 2);
     row("dates become the same", {u"ABT"_s, u"12 MAR"_s, u"DATE"_s}, u"** "_s, u"***"_s, 3);
     row("no dates any more", {u"DATE"_s, u"XDATE"_s, u"DATE"_s}, u"** "_s, u"   "_s, 1);
@@ -761,7 +761,7 @@ void TstMultiuse::documentChangedInTheMidst_data()
         u"** "_s, u"  *"_s, 3);
     row("citations become those of another source", {u"@S100@"_s, u"@S500@"_s, u"INDI.BIRT.SOUR"_s},
         u"** "_s, u"   "_s, 1);
-    // The lists are there already.
+    // The lists exist already.
     row("citations deleted", {u"INDI.BIRT.SOUR"_s}, u"** "_s, u"** "_s, 2);
     row("sources and citations deleted", {u"SOUR"_s}, u"** "_s, u"** "_s, 2);
     row("tags of the citations", {u"SOUR"_s, u"XSOUR"_s, u"SOUR"_s}, u"** "_s, u"** "_s, 2);
@@ -780,7 +780,7 @@ void TstMultiuse::documentChangedInTheMidst()
     int number = 0;
     for (const QString &eventDate : {date, date, about})
         lines += person(++number, false, {eventDate, u"2 SOUR @S99@"_s});
-    // Sources 50 and 51 have these looked at before, too, and find nothing.
+    // Sources 50 and 51 are cited there as well, earlier, and match nothing.
     lines += person(4, false, {about, u"2 SOUR @S100@"_s, u"2 SOUR @S50@"_s});
     lines += person(5, false, {about, u"2 SOUR @S100@"_s, u"2 SOUR @S51@"_s});
     lines += person(6, false, {date, u"2 SOUR @S100@"_s, u"2 SOUR @S50@"_s, u"2 SOUR @S51@"_s});
@@ -789,7 +789,7 @@ void TstMultiuse::documentChangedInTheMidst()
     atNextMove(&review.progress, [&] { change(&review.gedcom, replacement); });
     review.gedcom.filterSourceMultiUse();
 
-    // A red birth and its record are shown together, what has been deleted meanwhile is not.
+    // A red birth is shown with its record, except for entries deleted meanwhile.
     QString red;
     QString shown;
     const QList<TwItem *> entries = review.entries();
@@ -835,7 +835,7 @@ void TstMultiuse::changedAndHiddenTwice()
 
 void TstMultiuse::rowsHiddenInTheMidst()
 {
-    // Source 1 doubles the first two, source 100 the last two.
+    // Source 1 is cited by the first two, source 100 by the last two.
     QStringList expected =
         born(1, false)
         + person(2, true,
@@ -911,7 +911,7 @@ void TstMultiuse::twoBoxes()
     const QStringList all = doubled + contradicted + others;
     const ReviewSession session(all);
 
-    // The last one to be checked decides; either one that is unchecked shows everything.
+    // The box checked last decides; unchecking either one shows everything.
     session.toggle(MultiUse);
     QCOMPARE(shownIn(session), doubled);
     QCOMPARE(session.status(), u"Recherche terminée. 1 occurences dédoublées."_s);
@@ -929,7 +929,7 @@ void TstMultiuse::twoBoxes()
     session.toggle(MultiUse);
     QCOMPARE(shownIn(session), all);
 
-    // Both have left their colour.
+    // Both have left their red rows.
     QStringList red;
     const QList<TwItem *> entries = session.entries();
     for (const TwItem *twi : entries) {
@@ -960,7 +960,7 @@ void TstMultiuse::uncheckedInTheMidst()
     QVERIFY(wasShown);
     QVERIFY(!session.isChecked(MultiUse));
     QCOMPARE(session.status(), u"Recherche terminée. 2 occurences dédoublées."_s);
-    // All is shown, and the later births have been found.
+    // Everything is shown, and the later births have been found.
     QCOMPARE(shownIn(session), lines);
     QCOMPARE(session.pictures().filter(u"BIRT"_s),
              QStringList({u"*1 BIRT"_s, u"*1 BIRT"_s, u"*1 BIRT"_s, u"*1 BIRT"_s, u"+1 BIRT"_s}));
@@ -978,7 +978,7 @@ void TstMultiuse::otherFilterInTheMidst()
     session.toggle(MultiUse);
     QCOMPARE(status, u"3 incohérences sources / évènements détectées."_s);
     QCOMPARE(session.status(), u"Recherche terminée. 2 occurences dédoublées."_s);
-    // It has hidden the rows of source 1; those of source 100 come on top of what it shows.
+    // It has hidden the rows of source 1; those of source 100 are added to what it shows.
     const QStringList contradicted{u"0 @I5@ INDI"_s, u"1 NAME Jean /DUPONT/"_s, u"1 BIRT"_s,
                                    u"2 DATE 12 MAR 1805"_s, u"2 SOUR @S101@"_s};
     QCOMPARE(shownIn(session), lines.mid(14, 14) + contradicted);

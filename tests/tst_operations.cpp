@@ -17,7 +17,7 @@ namespace {
 
 const QString Data = QStringLiteral(TEST_DATA "/");
 
-/// The names of the cases of a folder, each of which has a sequence file.
+/// The names of the cases in a folder: each has a sequence file.
 QStringList casesOf(const QString &operation)
 {
     QStringList names =
@@ -25,15 +25,15 @@ QStringList casesOf(const QString &operation)
     return names.replaceInStrings(u".sequence"_s, QString());
 }
 
-/// The folders of the operations that are played from the form.
+/// The folders of the operations, each with its cases.
 QStringList operations()
 {
     QStringList folders = QDir(Data).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
-    folders.removeOne(u"exemple"_s); // the sample family, which has a test of its own
+    folders.removeOne(u"exemple"_s); // the sample family, which has its own test
     return folders;
 }
 
-/// The bytes of all files below a folder, by their path in it.
+/// The contents of all files below a folder, by relative path.
 QMap<QString, QByteArray> filesBelow(const QString &folder)
 {
     QMap<QString, QByteArray> files;

@@ -12,8 +12,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// \p size characters without a blank. The pattern is 23 characters long, so that a piece that
-/// begins at the wrong place shows.
+/// \p size characters without a blank. The pattern is 23 characters long, so a piece that begins at
+/// the wrong place shows.
 QString run(qsizetype size)
 {
     QString text;
@@ -22,21 +22,21 @@ QString run(qsizetype size)
     return text;
 }
 
-/// A tag that is none, \p size characters long.
+/// An invalid tag of \p size characters.
 QString longTag(qsizetype size)
 {
     return QString(size, u'x');
 }
 
-/// The journal's words for one cut. The two pieces are full tag and line as the journal quotes
-/// them.
+/// The journal line of one cut. Both pieces are given as the journal quotes them, full tag and
+/// line.
 QString added(const QString &conc, const QString &cut, int line)
 {
     return u"INFO : Ajout de la balise "_s + conc + u" complétant la balise "_s + cut + " (l."_L1
          + QString::number(line) + u')';
 }
 
-/// What a check tells that finds \p found lines and tells \p splits of the cuts, without the bar.
+/// What a check reports that finds \p found lines and logs \p splits as cuts, without the bar.
 QStringList toldOfCheck(int found, const QStringList &splits)
 {
     QStringList told{u"status: Vérification de la taille des balises en cours..."_s};
@@ -70,7 +70,7 @@ QList<QTreeWidgetItem *> hiddenRows(Document *doc)
 }
 
 const QString Indi = u"0 @I1@ INDI"_s;
-const QString Note = u"1 NOTE "_s; // with it 248 characters of a value fit
+const QString Note = u"1 NOTE "_s; // leaves room for 248 characters of a value
 const QString Conc = u"2 CONC "_s;
 
 void addCutColumns()
@@ -135,7 +135,7 @@ private slots:
     void allAtOnceAsOneByOne();
 
 private:
-    /// Cuts the record of a row, and compares.
+    /// Cuts the record of a row and compares.
     void compareCuts();
 };
 
@@ -149,8 +149,8 @@ void TstOversized::compareCuts()
     Document doc;
     QVERIFY(doc.load(record));
     QCOMPARE(doc.lines(), record);
-    // A line that can be cut has one journal line, whatever number of pieces it gives. What stays
-    // over the limit may have been cut all the same.
+    // A line that can be cut has one journal line, however many pieces it gives. A line that stays
+    // over the limit may still have been cut.
     const auto tooLong = [](const QStringList &lines) {
         return int(std::count_if(lines.begin(), lines.end(),
                                  [](const QString &line) { return line.size() > 255; }));
@@ -299,7 +299,7 @@ void TstOversized::roots_data()
     const QString value = run(300);
     const QString one = value.left(248);
     const QString two = value.mid(248);
-    // The text of a root note stands in one column with the tag, so that the root has no tag.
+    // The text of a note record shares a column with the tag, so the record has no tag.
     QTest::newRow("a root note with its text is cut")
         << QStringList{"0 @N1@ NOTE "_L1 + value, u"1 CONT b"_s}
         << QStringList{"0 @N1@ NOTE "_L1 + value.left(243), "1 CONC "_L1 + value.mid(243),
@@ -326,7 +326,7 @@ void TstOversized::roots_data()
                        added("SUBN.NOTE.CONC 2 CONC "_L1 + two, "SUBN.NOTE 1 NOTE "_L1 + one, 4)}
         << 0;
 
-    // At a root the place in the tree is taken for the place in the file.
+    // At a root the place in the tree is used as the place in the file.
     QTest::newRow("a rest at level 1 lands too early behind entries that have children")
         << QStringList{u"0 @N1@ NOTE a"_s, u"1 SOUR @S1@"_s, u"2 PAGE b"_s, u"2 DATA c"_s,
                        "1 CONT "_L1 + value}
@@ -366,7 +366,7 @@ void TstOversized::levels_data()
     QStringList nine{Indi};
     for (int level = 1; level < 9; ++level)
         nine += QString::number(level) + " EVEN"_L1;
-    // The line 10 CONC reads as level 1, an empty tag, and a value that begins with CONC.
+    // The line 10 CONC reads as level 1, an empty tag and a value that begins with CONC.
     QTest::newRow("below level 9 there is no further level")
         << nine + QStringList{"9 NOTE "_L1 + value}
         << nine + QStringList{"9 NOTE "_L1 + one, "1  CONC "_L1 + two}
@@ -434,7 +434,7 @@ void TstOversized::longTags_data()
         << QStringList{"0 @"_L1 + longTag(300) + "@ INDI"_L1, u"1 SEX M"_s}
         << QStringList{"0 @"_L1 + longTag(300) + "@ "_L1, u"1 CONC INDI"_s, u"1 SEX M"_s}
         << QStringList{added(u"CONC 1 CONC INDI"_s, " 0 @"_L1 + longTag(300) + "@ "_L1, 1)} << 1;
-    // The place of the rest follows the tag that the shortened line has.
+    // The place of the rest depends on the tag of the shortened line.
     QTest::newRow("a value that is cut down to CONC makes a continuation of its line")
         << QStringList{Indi, "1 "_L1 + longTag(248) + " CONCabcd"_L1, u"1 SEX M"_s}
         << QStringList{Indi, "1 "_L1 + longTag(248) + " CONC"_L1, u"1 CONC abcd"_s, u"1 SEX M"_s}
@@ -462,7 +462,7 @@ void TstOversized::cutBetweenTheUnitsOfACharacter()
     const QString conc = "2 CONC "_L1 + faces.mid(1);
     QCOMPARE(cut.size(), 255);
     QCOMPARE(doc.lines(), (QStringList{u"0 @I1@ INDI"_s, cut, conc}));
-    // The expression that takes the times away matches nothing in such a line.
+    // The expression that removes the times matches nothing in such a line.
     const QStringList journal = doc.gedcom.getJournal().split(u"\r\n"_s);
     QCOMPARE(journal.at(journal.size() - 3).sliced(u"hh:mm:ss.zzz - "_s.size()),
              added("INDI.NOTE.CONC "_L1 + conc, "INDI.NOTE "_L1 + cut, 2));
@@ -489,7 +489,7 @@ void TstOversized::deletedEntriesAreNotCut()
                       "1 TEXT "_L1 + value, "2 PAGE "_L1 + value, "1 EVEN "_L1 + value}));
     TwItem *note = doc.entry("1 NOTE "_L1 + value);
     TwItem *text = doc.entry("1 TEXT "_L1 + value);
-    doc.entry(u"0 @I1@ INDI"_s)->setDelete(true); // its note stays live, and is out of reach
+    doc.entry(u"0 @I1@ INDI"_s)->setDelete(true); // its note stays live but out of reach
     text->setDelete(true); // its page stays live, and is cut
 
     Told told(&doc);
@@ -517,7 +517,7 @@ void TstOversized::receiverAndListOfSplit()
     TwItem *note = doc.entry("1 NOTE "_L1 + value);
     TwItem *text = doc.entry("1 TEXT "_L1 + value);
 
-    // The text is cut, whoever is asked to; one line joins those of the list.
+    // The text is cut whichever entry is the receiver; the list gets one more line.
     const QStringList list{before};
     QCOMPARE(note->splitTagOverSized(text, list),
              (QStringList{before, added("INDI.TEXT.CONC 2 CONC "_L1 + value.mid(248),
@@ -531,7 +531,7 @@ void TstOversized::receiverAndListOfSplit()
 
 void TstOversized::chainGoesOnFromEachCut()
 {
-    // 20 pieces in full, and a last one: every line but the last has exactly 255 characters.
+    // 20 full pieces and a last one: every line but the last has exactly 255 characters.
     const QString value = run(20 * 248 + 7);
     Document doc;
     QVERIFY(doc.load({u"0 @I1@ INDI"_s, "1 NOTE "_L1 + value, u"2 CONT fin"_s}));
@@ -556,7 +556,7 @@ void TstOversized::hiddenRowsStayHidden()
     }
     lines += {u"0 @U1@ SUBN"_s, "1 NOTE "_L1 + value, u"2 CONC d"_s};
 
-    // The same document twice, its deletions too; in one of them the review tools hide rows.
+    // The same document twice, with the same deletions; in one of them the review tools hide rows.
     Document plain;
     Document hidden;
     for (Document *doc : {&plain, &hidden}) {
@@ -572,7 +572,7 @@ void TstOversized::hiddenRowsStayHidden()
         twi->setTwiHidden(toHide.contains(lineText(twi)) || twi->getTag() == "CONT"_L1);
     const QList<QTreeWidgetItem *> before = hiddenRows(&hidden);
     // Nine folded lines, the deleted person and date, eleven rows of the three live persons, the
-    // unknown record, and the section of the notes, which is empty.
+    // unknown record, and the empty section of the notes.
     QCOMPARE(before.size(), 23);
 
     plain.newJournal();
@@ -581,10 +581,10 @@ void TstOversized::hiddenRowsStayHidden()
     QCOMPARE(hidden.gedcom.checkOversized(), 7);
     QCOMPARE(hidden.lines(), plain.lines());
     QCOMPARE(hidden.newJournal(), plain.newJournal());
-    // Pointers, since the new rows stand between the old ones.
+    // Compared as pointers: there are new rows between the old ones.
     QCOMPARE(hiddenRows(&hidden), before);
     const QList<TwItem *> pieces = created(&hidden);
-    QCOMPARE(pieces.size(), 10); // of the notes of 501 characters two, of the others one
+    QCOMPARE(pieces.size(), 10); // two for each note of 501 characters, one for each of the others
     for (const TwItem *piece : pieces)
         QVERIFY(!piece->isHidden());
 }
@@ -607,7 +607,7 @@ void TstOversized::deletedRowsBehindACutStayHidden()
     QCOMPARE(hiddenRows(&doc), before);
     QCOMPARE(doc.lines(), (QStringList{u"0 @I1@ INDI"_s, "1 NOTE "_L1 + value.left(248),
                                        "2 CONC "_L1 + value.mid(248), u"2 CONT b"_s}));
-    // They stand behind the new row, in their order, in the tree and in the list.
+    // They follow the new row in the same order, in the tree and in the list.
     QCOMPARE(note->getTabTwiChilds(false), created(&doc) + siblings);
     QCOMPARE(note->childCount(), Count + 2);
     for (int i = 0; i <= Count; ++i)
@@ -692,7 +692,7 @@ void TstOversized::viewStaysAsItWas()
     QCOMPARE(doc.tree.horizontalScrollBar()->value(), 5);
     QVERIFY(doc.tree.updatesEnabled());
     QVERIFY(doc.tree.hasAutoScroll());
-    // Rows and sections stand in their order.
+    // Rows and sections keep their order.
     QCOMPARE(doc.tree.topLevelItemCount(), 7);
     QCOMPARE(doc.tree.indexOfTopLevelItem(persons), 1);
     QCOMPARE(persons->indexOfChild(root(40)), 39);
@@ -776,16 +776,16 @@ void TstOversized::progressAndEvents()
     doc.progress.setVisible(true);
 
     QStringList expected = toldOfCheck(25, splits);
-    // Behind the first text; then behind the 10th and the 20th of the lines that begin at 3.
+    // After the first text; then after the 10th and the 20th cut, which begin at index 3.
     const QStringList scan{u"bar: 100 of 249"_s, u"events"_s, u"bar: 200 of 249"_s, u"events"_s};
     const QStringList cuts = QStringList{u"bar: 10 of 24"_s, u"events"_s} + expected.mid(13, 10)
                            + QStringList{u"bar: 20 of 24"_s, u"events"_s};
     expected = expected.mid(0, 1) + scan + expected.mid(1, 12) + cuts + expected.mid(23);
 
-    QList<int> values; // of the bar, with each text
+    QList<int> values; // of the bar at each text
     connect(&doc.statusBar, &QStatusBar::messageChanged, this,
             [&] { values += doc.progress.value(); });
-    // What an event finds cut is what has been told of.
+    // An event finds exactly the cuts that have been logged.
     QStringList cutBy;
     connect(&doc.progress, &QProgressBar::valueChanged, this, [&](int done) {
         if (done == 10 || done == 20)
@@ -797,14 +797,14 @@ void TstOversized::progressAndEvents()
     QCOMPARE(doc.gedcom.checkOversized(), 25);
     QCOMPARE(told.take(), expected);
     QCOMPARE(cutBy, (QStringList{u"10 by 10"_s, u"20 by 20"_s}));
-    QCOMPARE(values.constLast(), -1); // the reset comes in front of the summary
+    QCOMPARE(values.constLast(), -1); // the reset comes before the summary
     QCOMPARE(doc.progress.value(), -1); // reset
-    QVERIFY(doc.progress.isVisible()); // shown and hidden by the caller alone
+    QVERIFY(doc.progress.isVisible()); // only the caller shows and hides it
 }
 
 void TstOversized::deletionDuringTheScan()
 {
-    // The scan stops for events behind the hundredth entry, and has found the first of the lines.
+    // The scan processes events after the hundredth entry; it has found the first of the lines.
     const QString value = run(300);
     QStringList lines = QStringList{u"0 @I1@ INDI"_s} + QStringList(249, u"1 SEX M"_s);
     lines[50] = "1 NOTE "_L1 + value;
@@ -825,7 +825,7 @@ void TstOversized::deletionDuringTheScan()
     doc.newJournal();
     QCOMPARE(doc.gedcom.checkOversized(), 1);
 
-    // Nothing of a deleted line comes back to life in its rest.
+    // No rest of a deleted line comes back to life.
     const QString rest = "2 CONC "_L1 + value.mid(248);
     QCOMPARE(doc.newJournal(),
              (QStringList{
@@ -871,7 +871,7 @@ void TstOversized::foldingGivesTheValuesBack()
         }
         return text;
     };
-    // A line without a value has no blank behind its tag.
+    // A line without a value has no blank after its tag.
     const auto line = [&](int level, const QString &tag) -> QString {
         const QString text = value();
         return QString::number(level) + u' ' + tag + (text.isEmpty() ? text : u' ' + text);
@@ -880,7 +880,7 @@ void TstOversized::foldingGivesTheValuesBack()
     QStringList lines;
     for (int record = 1; record <= 12; ++record) {
         lines += u"0 @N%1@ NOTE a"_s.arg(record) + value();
-        // In front of anything that has children, where the tree and the file agree at a root.
+        // Before any line with children, where tree and file agree at a root.
         for (int i = random.bounded(3); i > 0; --i)
             lines += line(1, oneOf({u"CONT"_s, u"CONC"_s}));
         int level = 1;
@@ -908,7 +908,7 @@ void TstOversized::foldingGivesTheValuesBack()
 
     QCOMPARE(doc.gedcom.unConc(), int(cut.size() - folded.size()));
     QCOMPARE(doc.lines(), folded);
-    // Once more, now in front of the rows that are folded and hidden.
+    // Again, now before rows that are folded and hidden.
     doc.gedcom.checkOversized();
     QCOMPARE(doc.lines(), cut);
 }
@@ -928,7 +928,7 @@ void TstOversized::allAtOnceAsOneByOne_data()
     }
 }
 
-// Siblings that are cut one after the other are put into place together.
+// Siblings that are cut in a row are put into place together.
 void TstOversized::allAtOnceAsOneByOne()
 {
     QFETCH(const quint32, seed);
@@ -947,8 +947,8 @@ void TstOversized::allAtOnceAsOneByOne()
     QStringList lines;
     for (int record = 1; record <= 6; ++record) {
         lines += u"0 @S%1@ SOUR"_s.arg(record);
-        // Some records have lines of one level alone, some of one tag; one goes down to the last
-        // level, whose rests have none of their own.
+        // Some records have lines of one level only, some of one tag only; one reaches the last
+        // level, whose rests have no level of their own.
         const int levels = record == 6 ? 9 : record % 3 + 1;
         const qsizetype tagCount = record % 2 ? tags.size() : 2;
         int level = 0;
@@ -968,7 +968,7 @@ void TstOversized::allAtOnceAsOneByOne()
         if (!replacement.isEmpty())
             doc->gedcom.searchAndReplace(replacement.at(0), replacement.at(1), replacement.at(2),
                                          true, false);
-        // Deleted entries are passed over.
+        // Deleted entries are skipped.
         doc->gedcom.delListTag({u"SOUR.TITL"_s}, false, true, false, false, {});
         doc->newJournal();
     }

@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A picker of tags, the field that it fills, and the group of both.
+/// A tag picker, the field it fills, and their group.
 struct Picker
 {
     QString button;
@@ -53,19 +53,19 @@ const QStringList Lines{
     u"1 CONT suite et fin"_s,
 };
 
-/// The window with a document, shown, with what the user does to the form and to the tree.
+/// The form, with what the user does to it and to the tree.
 class PickerForm : public Form
 {
 public:
     PickerForm() : Form(Lines) { }
 
-    /// A new folder of that name.
+    /// The path of a new folder of that name.
     [[nodiscard]] QString makeFolder(const QString &name) const
     {
         QDir().mkpath(path(name));
         return path(name);
     }
-    /// Clicks on the row of that line, or on the section node of that name.
+    /// Clicks on the row with that line text, or on the section with that label.
     void select(const QString &line) const
     {
         QTreeWidgetItem *twi = line.contains(u' ') ? row(line) : sectionNode(*tree(), line);
@@ -80,12 +80,12 @@ public:
         QVERIFY2(widget->isEnabled(), qPrintable(checkBox));
         clickIndicator(widget);
     }
-    /// Switches a group by the keyboard, which clicks it.
+    /// Switches a group from the keyboard, which clicks it.
     void clickGroup(const QString &group) const
     {
         QTest::keyClick(find<QGroupBox>(group), Qt::Key_Space);
     }
-    /// What stands in the five tag fields.
+    /// The texts of the five tag fields.
     [[nodiscard]] QStringList tagFields() const
     {
         QStringList texts;
@@ -93,7 +93,7 @@ public:
             texts += text(picker.field);
         return texts;
     }
-    /// The document as the user sees it: the journal, the status bar and the rows.
+    /// The document as the user sees it: journal, status bar and rows.
     [[nodiscard]] QStringList documentState() const
     {
         QStringList state{
@@ -255,7 +255,7 @@ void TstPickers::importFiles()
                             session.path(u"trois.csv"_s)};
     for (const QString &file : files)
         writeBytes(file, {});
-    // The folder of an earlier dialog must not count.
+    // The folder of an earlier dialog must not be used.
     const QFileDialog elsewhere(nullptr, QString(), session.path(QString()));
 
     {
@@ -274,7 +274,7 @@ void TstPickers::importFiles()
     }
     QCOMPARE(session.filesImport(), files.mid(0, 2));
 
-    // The next choice takes the place of the whole list.
+    // The next choice replaces the whole list.
     const AnsweredFileDialogs dialogs(files.at(2));
     session.click(u"pbImportCsvLinks"_s);
     QCOMPARE(session.filesImport(), files.mid(2));
@@ -328,7 +328,7 @@ void TstPickers::directory()
     for (const QString &group : groups)
         session.clickGroup(group);
     const QString folder = session.makeFolder(u"médias de famille"_s);
-    // Without a folder to start from, a dialog takes that of the dialog before it.
+    // Without a starting folder a dialog opens in that of the previous one.
     const QString elsewhere = session.makeFolder(u"ailleurs"_s);
     const QFileDialog before(nullptr, QString(), elsewhere);
     {
@@ -361,7 +361,7 @@ void TstPickers::newMediaPathChecksItsGroup()
     session.find<QCheckBox>(u"cbDelMediaPath"_s)->setChecked(true);
     session.find<QGroupBox>(u"gbReplaceMediaPath"_s)->setChecked(false);
 
-    // The button is out of the user's reach now, but its click is what the window answers.
+    // The user cannot reach the button now, but the window reacts to its click.
     AnsweredFileDialogs dialogs{QString()};
     QStringList meanwhile;
     dialogs.setInspector([&](QFileDialog *) {
@@ -441,7 +441,7 @@ void TstPickers::deletionByContent()
     session.clickBox(u"cbDelIfContent"_s);
     expect(true);
 
-    // The group off and on again.
+    // The group is unchecked and checked again.
     session.clickGroup(u"gbDelTags"_s);
     session.clickGroup(u"gbDelTags"_s);
     expect(true);
@@ -509,7 +509,7 @@ void TstPickers::oneKindOfLinkStaysOn()
         QCOMPARE(session.isChecked(box), boxChecked);
         QCOMPARE(session.isChecked(other), otherChecked);
     };
-    // The group does not check them by itself, nor does one that is checked.
+    // The group does not check them by itself, nor does a group that is checked already.
     expect(false, false);
     session.clickBox(box);
     expect(true, false);

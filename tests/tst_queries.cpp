@@ -22,7 +22,7 @@ QStringList linesOf(const QList<TwItem *> &entries)
     return lines;
 }
 
-/// Two persons, a family and records of other kinds; every line stands there once.
+/// Two persons, a family and records of other kinds; every line is there once.
 QStringList family()
 {
     return {
@@ -57,7 +57,7 @@ QStringList family()
     };
 }
 
-/// What a path means, put down as plainly as can be: no way is cut short.
+/// The meaning of a path in its simplest form, without shortcuts.
 class PlainPaths
 {
 public:
@@ -134,7 +134,7 @@ private:
     QHash<TwItem *, QStringList> m_fullTags;
 };
 
-/// A document of every kind of tag below every kind of record, some entries of it deleted and some
+/// A document with every kind of tag below every kind of record, some entries deleted and some
 /// levels replaced by other texts.
 class Thicket
 {
@@ -168,7 +168,7 @@ public:
         }
     }
 
-    /// Paths of every length, fewer kinds of components in the longer ones.
+    /// Paths of every length, with fewer kinds of components in the longer ones.
     static QList<QStringList> paths()
     {
         const auto product = [](const QStringList &components, int length) {
@@ -423,7 +423,7 @@ void TstQueries::childsFromFullTag_data()
     add("an entry longer than the path", u"2 DATE 1900"_s, u"INDI.NAME"_s, L{});
     add("entry off screen", u"0 @M1@ SUBM"_s, u"SUBM.NAME"_s, L{u"1 NAME Paul"_s});
     add("record of unknown kind", u"0 @U1@ SUBN"_s, u"SUBN.DATE"_s, L{u"1 DATE 1940"_s});
-    // Where a tag is missing on the way, the level and the full tag count differently.
+    // If a tag is missing on the way, level and full tag have different lengths.
     add("path through an entry without a tag", indi, u"INDI.ERREUR"_s, L{});
     add("path through an entry without a tag, by a star", indi, u"INDI.*.BIRT"_s, L{});
     add("the entry without a tag itself", u"1 OCCUPAT maçon"_s, u"ERREUR"_s,
@@ -460,7 +460,7 @@ void TstQueries::childsFromFullTagAccumulate()
     TwItem *fam = document.entry(u"0 @F1@ FAM"_s);
     QStringList path{u"*"_s, u"BIRT"_s, u"DATE"_s};
 
-    // The receiver plays no part, and the list is never cleared.
+    // The receiver does not matter, and the list is never cleared.
     QList<TwItem *> found;
     TwItem receiver(1);
     receiver.getChildsListFromFullTag(path, &found, indi);
@@ -469,7 +469,7 @@ void TstQueries::childsFromFullTagAccumulate()
     QCOMPARE(linesOf(found),
              (QStringList{u"2 DATE 1900"_s, u"2 DATE 1901"_s, u"2 DATE 1930"_s, u"2 DATE 1930"_s}));
 
-    // Deleted entries are invisible, and with a deleted step what is below it.
+    // Deleted entries are invisible, as is everything below a deleted step.
     document.entry(u"1 BIRT"_s)->setDelete(true);
     document.entry(u"2 DATE 1930"_s)->setDelete(true);
     found.clear();
@@ -479,7 +479,7 @@ void TstQueries::childsFromFullTagAccumulate()
     QCOMPARE(indi->child(1)->text(1), u"BIRT"_s);
     QCOMPARE(indi->child(1)->child(0)->text(2), u"1900"_s);
 
-    // Hidden is not deleted.
+    // Hidden does not mean deleted.
     document.entry(u"2 DATE 1901"_s)->setTwiHidden(true);
     found.clear();
     indi->getChildsListFromFullTag(path, &found, indi);
@@ -494,7 +494,7 @@ void TstQueries::childsFromFullTagBelowANegativeLevel()
     TwItem *date = document.entry(u"2 DATE 1900"_s);
     const QStringList path{u"*"_s, u"DATE"_s};
 
-    // A replacement has changed the levels: a path has no component in front of its first.
+    // A replacement has changed the levels: a path has no component before its first.
     birt->setText(0, u"-2"_s);
     date->setText(0, u"-1"_s);
     QList<TwItem *> found;
@@ -565,7 +565,7 @@ void TstQueries::itemParentFromFullTag_data()
     add("unknown kind", u"1 DATE 1940"_s, u"SUBN"_s, u"0 @U1@ SUBN"_s);
     add("unknown kind, no ancestor", u"1 DATE 1940"_s, u"INDI"_s, u""_s);
     add("off screen", u"1 NAME Paul"_s, u"SUBM"_s, u"0 @M1@ SUBM"_s);
-    // The climb is as long as the full tag, which an entry without a tag cuts off.
+    // The way up is as long as the full tag, which an entry without a tag cuts short.
     add("cut off, the entry itself", u"3 DATE 1920"_s, u"BIRT.DATE"_s, u"3 DATE 1920"_s);
     add("cut off, the parent", u"3 DATE 1920"_s, u"BIRT"_s, u"2 BIRT z"_s);
     add("cut off, the record out of reach", u"3 DATE 1920"_s, u"INDI"_s, u""_s);
@@ -583,7 +583,7 @@ void TstQueries::itemParentFromFullTag()
     QVERIFY(document.load(family()));
     TwItem *twi = document.entry(line);
     QVERIFY(twi);
-    TwItem receiver(1); // plays no part
+    TwItem receiver(1); // does not matter
     TwItem *expectedTwi = expected.isEmpty() ? nullptr : document.entry(expected);
     QVERIFY(expected.isEmpty() || expectedTwi);
     QCOMPARE(receiver.getItemParentFromFullTag(split(path, u'.'), twi), expectedTwi);
@@ -623,7 +623,7 @@ void TstQueries::childsMatchReg()
     QVERIFY(twi);
     QCOMPARE(linesOf(twi->getTabTwiChildsMatchReg(QRegularExpression(pattern))), expected);
 
-    // Hidden rows count, deleted entries do not; what is below these does.
+    // Hidden rows count; deleted entries do not, but those below them do.
     for (TwItem *child : twi->getTabTwiChilds(false))
         child->setTwiHidden(true);
     for (const QString &deleted : {u"1 BIRT"_s, u"2 DATE 1901"_s}) {
@@ -637,7 +637,7 @@ void TstQueries::columnIndex_data()
 {
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("text");
-    // Equal and containing, each with the case and without.
+    // Equal or containing, each with and without case.
     QTest::addColumn<QList<int>>("expected");
 
     using L = QList<int>;
@@ -662,7 +662,7 @@ void TstQueries::columnIndex_data()
     QTest::newRow("accents have a case") << u"1 GIVN Élie"_s << u"élIE"_s << L{-1, 2, -1, 2};
     QTest::newRow("accents are letters of their own")
         << u"1 GIVN Élie"_s << u"ELIE"_s << L{-1, -1, -1, -1};
-    // Upper case, not folded case, is what is compared.
+    // Upper case is compared, not folded case.
     QTest::newRow("letter whose capitals are two")
         << u"1 GIVN Groß"_s << u"GROSS"_s << L{-1, 2, -1, -1};
     QTest::newRow("no expression") << line << u"."_s << L{-1, -1, -1, -1};
@@ -754,7 +754,7 @@ void TstQueries::itemsMatch()
     QTEST(linesOf(gedcom.getTabTwItemsMatch(text, liste)), "expected");
     QCOMPARE(liste, before);
 
-    // The list says what is looked at, deleted or not.
+    // The list decides what is searched, deleted or not.
     for (TwItem *twi : std::as_const(liste))
         twi->setDelete(true);
     QTEST(linesOf(gedcom.getTabTwItemsMatch(text, liste)), "expected");
@@ -877,10 +877,10 @@ void TstQueries::documentListsLeaveOutDeletedEntries()
         document.entry(line)->setDelete(true);
         expected.removeAll(line);
     };
-    // An entry alone; its descendants are still listed.
+    // A single entry; its descendants are still listed.
     remove(u"1 BIRT"_s);
     remove(u"2 DATE 1970"_s);
-    // Hidden is not deleted.
+    // Hidden does not mean deleted.
     document.entry(u"2 PLAC Lyon"_s)->setTwiHidden(true);
     document.entry(u"0 HEAD"_s)->setTwiHidden(true);
     QCOMPARE(linesOf(gedcom.getTabTotalTwItems()), expected);
@@ -888,7 +888,7 @@ void TstQueries::documentListsLeaveOutDeletedEntries()
         linesOf(gedcom.getTabTotalTwItemsMatch(QRegularExpression(u"^. (BIRT|DATE 19[07]0)"_s))),
         (QStringList{u"2 DATE 1900"_s, u"1 BIRT Y"_s, u"2 BIRT z"_s, u"1 BIRT f"_s}));
 
-    // With a record everything below it.
+    // A record with everything below it.
     document.entry(u"0 @F1@ FAM"_s)->setDelete(true);
     document.entry(u"0 @M1@ SUBM"_s)->setDelete(true);
     for (const QString &line : {u"0 @F1@ FAM"_s, u"1 BIRT f"_s, u"2 DATE 1930"_s, u"1 MARR"_s,
@@ -905,7 +905,7 @@ void TstQueries::documentListsLeaveOutDeletedEntries()
     QCOMPARE(linesOf(gedcom.getTabTwItemsRootMatch(QRegularExpression(u"FAM|I1"_s), true, false)),
              QStringList{u"0 @I1@ INDI"_s});
 
-    // A root is one because the document lists it, whatever a replacement made of its level.
+    // A root is a root because the document lists it, whatever its level reads after a replacement.
     document.entry(u"0 @U1@ SUBN"_s)->setText(0, u"X"_s);
     QCOMPARE(linesOf(gedcom.getTabTwItemsRoot()),
              QStringList(roots).replaceInStrings(u"0 @U1@"_s, u"X @U1@"_s));
@@ -1030,8 +1030,8 @@ void TstQueries::generatedLines_data()
         QTest::addRow("\"%s\"", qPrintable(pattern)) << pattern;
 }
 
-// Neither the expressions that ask for the beginning of a line alone nor those tried on many
-// entries go to the expression engine each time.
+// Neither the expressions that only ask for the beginning of a line nor those tried on many entries
+// use the expression engine each time.
 void TstQueries::generatedLines()
 {
     QFETCH(const QString, pattern);

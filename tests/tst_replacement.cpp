@@ -23,7 +23,7 @@ namespace {
 
 enum Mode { Text, TextAnyCase, Regex, RegexAnyCase };
 
-/// What the form says of a replacement.
+/// The arguments of a replacement.
 struct Arguments
 {
     QString search;
@@ -53,7 +53,7 @@ QString summary(int count)
     return u"%1 textes remplacés."_s.arg(count);
 }
 
-/// The line numbers of the entries that the journal tells as changed, in its order.
+/// The line numbers of the entries that the journal reports as changed, in order.
 QStringList changedLines(const QStringList &journal)
 {
     QStringList numbers;
@@ -75,7 +75,7 @@ QString plainTag(TwItem *twi)
     return u"ERREUR"_s;
 }
 
-/// The full tag joined with ".", by a walk up to where it ends.
+/// The full tag joined with ".", by walking up to its end.
 QString plainFullTag(TwItem *twi)
 {
     QStringList tags;
@@ -104,7 +104,7 @@ QString valuesBelow(const QTreeWidgetItem *item)
     return values;
 }
 
-/// The lines that have come and gone, as "+[1 NAME Jean] -[1 NAME Paul]".
+/// The added and removed lines, as "+[1 NAME Jean] -[1 NAME Paul]".
 QString difference(QStringList before, const QStringList &after)
 {
     QStringList parts;
@@ -131,7 +131,7 @@ void addReplacementColumns()
     QTest::addColumn<QStringList>("changes");
 }
 
-/// A document before and after a replacement, and what the journal says of the changes.
+/// A document before and after a replacement, and the changes as the journal has them.
 void replacementRow(const char *name, const QStringList &lines, const Arguments &arguments,
                     const QStringList &expected, const QStringList &changes)
 {
@@ -176,7 +176,7 @@ private slots:
     void throughTheForm();
 
 private:
-    AnsweredBoxes m_boxes; // one that nobody answers would stop the test for ever
+    AnsweredBoxes m_boxes; // an unanswered one would block the test for ever
 };
 
 void TstReplacement::cleanup()
@@ -189,7 +189,7 @@ void TstReplacement::replaces_data()
 {
     addReplacementColumns();
 
-    // A record with one line, which alone changes.
+    // A record of one line, and only this line changes.
     const auto lineRow = [](const char *name, const QString &line, const Arguments &arguments,
                             const QString &expected, const QString &change) {
         const QString root = u"0 @I@ INDI"_s;
@@ -284,7 +284,7 @@ void TstReplacement::replaces_data()
                    {u"'HEAD 0' par '9' (l.1)"_s, u"'HEAD.CHAR 0' par '9' (l.2)"_s});
     replacementRow("text of a note record", {u"0 @N1@ NOTE texte"_s, u"1 CONT texte"_s},
                    {u"texte"_s, u"mot"_s}, {u"0 @N1@ NOTE mot"_s, u"1 CONT mot"_s},
-                   // The text behind the tag hides it.
+                   // The text after the tag hides it.
                    {u"' NOTE texte' par 'NOTE mot' (l.1)"_s, u"'CONT texte' par 'mot' (l.2)"_s});
     replacementRow("records of every kind in the order of the file",
                    {u"0 @S1@ SOUR"_s, u"1 TITL a"_s, u"0 @U1@ SUBM"_s, u"1 NAME a"_s,
@@ -405,7 +405,7 @@ void TstReplacement::fillsEmptyValues_data()
     replacementRow("a blank behind the tag is none", {u"0 @I1@ INDI"_s, u"1 NOTE "_s},
                    {u"^$"_s, u"x"_s, {}, Regex}, {u"0 @I1@ INDI"_s, u"1 NOTE x"_s},
                    {u"'INDI.NOTE ' par 'x' (l.2)"_s});
-    // The empty tag of such a line is a column of its own, and comes first.
+    // The empty tag of such a line is a column of its own and comes first.
     replacementRow("an empty tag", {u"0 @I1@ INDI"_s, u"12 NOTE texte"_s},
                    {u"^$"_s, u"x"_s, {}, Regex}, {u"0 @I1@ INDI"_s, u"1 x NOTE texte"_s},
                    {u"' ' par 'x' (l.2)"_s});
@@ -482,14 +482,14 @@ void TstReplacement::selects()
     QFETCH(QString, tags);
     QFETCH(QString, selected);
 
-    // Each line holds one hash in its last column.
+    // Each line has one hash in its last column.
     const QStringList lines{u"0 @I1@ INDI"_s, u"1 NAME #"_s, u"1 _NAME #"_s,     u"1 ASSO #"_s,
                             u"2 NAME #"_s,    u"1 BIRT #"_s, u"2 DATE #"_s,      u"1 _FA1 #"_s,
                             u"0 @R1@ REPO"_s, u"1 NAME #"_s, u"0 @N1@ NOTE #"_s, u"1 CONT #"_s,
                             u"2 DATE #"_s};
     Document document;
     QVERIFY(document.load(lines));
-    // A mark that both of the records without text hold as well.
+    // A mark that both records without text contain as well.
     for (const int i : {0, 8})
         document.entry(lines.at(i))->setText(1, document.entry(lines.at(i))->text(1) + u'#');
     document.newJournal();
@@ -504,7 +504,7 @@ void TstReplacement::selects()
 
 void TstReplacement::selectsLikeThePlainComparison()
 {
-    // Thousands of lines that nobody reads.
+    // Thousands of lines of no interest.
     QLoggingCategory::setFilterRules(u"default.debug=false"_s);
     const auto rules = qScopeGuard([] { QLoggingCategory::setFilterRules({}); });
 
@@ -559,7 +559,7 @@ void TstReplacement::selectsLikeThePlainComparison()
         document.newJournal();
 
         for (const QString &pattern : std::as_const(patterns)) {
-            // Found in every entry, and leaves all as it is.
+            // Found in every entry, and changes nothing.
             QStringList expected;
             for (TwItem *twi : entries) {
                 if (isSelected(twi, pattern))
@@ -578,7 +578,7 @@ void TstReplacement::renamedRecordCountsBelowAtOnce()
     QVERIFY(
         document.load({u"0 @I1@ INDI"_s, u"1 NOTE INDI"_s, u"0 @I2@ INDI"_s, u"1 NOTE INDI"_s}));
     document.newJournal();
-    // The second record keeps its tag, behind an identifier that is changed in its stead.
+    // The second record keeps its tag: its identifier is changed instead.
     document.entry(u"0 @I2@ INDI"_s)->setText(1, u"@INDI@"_s);
 
     QCOMPARE(replaceIn(document, {u"INDI"_s, u"PERS"_s, u"INDI;INDI.NOTE"_s}), 3);
@@ -613,7 +613,7 @@ void TstReplacement::invalidExpressions()
     QFETCH(QString, pattern);
 
     QTest::failOnWarning(QRegularExpression(u".*"_s));
-    // The text of the pattern stands in the value: it is not taken for plain text.
+    // The value contains the text of the pattern, which is not taken as plain text.
     const QStringList lines{u"0 @I1@ INDI"_s, u"1 NOTE (a)[z-a]*a{2,1}\\1(?<a"_s, u"1 BIRT"_s};
     Document document;
     QVERIFY(document.load(lines));
@@ -626,7 +626,7 @@ void TstReplacement::invalidExpressions()
             QCOMPARE(document.lines(), lines);
         }
     }
-    // In the other mode it is never read.
+    // The other mode never compiles it.
     QCOMPARE(replaceIn(document, {pattern, pattern, u"BIRT"_s}), 0);
     QCOMPARE(document.newJournal(), replacementJournal({}));
 }
@@ -659,13 +659,13 @@ void TstReplacement::halvesOfCharacters()
     const QString journal = document.gedcom.getJournal();
     QVERIFY(journal.contains(u" - INFO : Remplacement de 'INDI.NOTE a😀b' par 'a"_s + half
                              + u"b' (l.2)\r\n"_s));
-    // No expression matches such a text; the other columns and entries are matched as ever.
+    // No expression matches such a text; other columns and entries are matched as usual.
     QCOMPARE(replaceIn(document, {u"a"_s, u"A"_s, {}, Regex}), 1);
     QCOMPARE(document.lines(),
              QStringList({u"0 @I1@ INDI"_s, u"1 NOTE a"_s + half + u'b', u"1 NAME Ab"_s}));
     QCOMPARE(replaceIn(document, {u"T"_s, u"t"_s, {}, Regex}), 1);
     QCOMPARE(note->text(1), u"NOtE"_s);
-    // Plain text is found beside it.
+    // Plain text next to it is found.
     QCOMPARE(replaceIn(document, {u"b"_s, half}), 2);
     QCOMPARE(note->text(2), u'a' + half + half);
     QCOMPARE(replaceIn(document, {half, u"c"_s}), 2);
@@ -683,7 +683,7 @@ void TstReplacement::deletedEntriesTakeNoPart()
     document.entry(u"0 @I2@ INDI"_s)->setDelete(true);
     document.newJournal();
 
-    // A live entry below a deleted one that is no record is still written, and still changed.
+    // A live entry below a deleted one, other than a record, is still written and changed.
     QCOMPARE(replaceIn(document, {u"a"_s, u"b"_s}), 2);
     QCOMPARE(document.newJournal(), replacementJournal({u"'INDI.NOTE.CONT a' par 'b' (l.3)"_s,
                                                         u"'INDI.NOTE aa' par 'bb' (l.4)"_s}));
@@ -712,7 +712,7 @@ void TstReplacement::entryKeepsItsPlace()
     TwItem *note = document.entry(u"1 NOTE a"_s);
     TwItem *cont = document.entry(u"2 CONT b"_s);
     root->setExpanded(true);
-    // The level changes, the tree does not.
+    // The level changes; the tree does not.
     QCOMPARE(replaceIn(document, {u"1"_s, u"2"_s, u"NOTE"_s}), 1);
     QCOMPARE(replaceIn(document, {u"2"_s, u"1"_s, u"CONT"_s}), 1);
     QCOMPARE(document.lines(), QStringList({u"0 @I1@ INDI"_s, u"2 NOTE a"_s, u"1 CONT b"_s}));
@@ -744,7 +744,7 @@ void TstReplacement::frame()
         changes += u"'HEAD.NOTE a' par 'b' (l.%1)"_s.arg(line);
     const QStringList journal = replacementJournal(changes);
     const QStringList start{u"debug: ON searchAndReplace"_s,
-                            u"bar at -1 of 26"_s, // the range of the load before
+                            u"bar at -1 of 26"_s, // the range is still that of the load
                             u"status: Remplacement de texte en cours..."_s, u"bar at -1 of 26"_s};
     const QStringList end{"status: "_L1 + summary(24), u"bar at 20 of 25"_s,
                           u"debug: OF searchAndReplace"_s, u"bar at 20 of 25"_s};
@@ -777,7 +777,7 @@ void TstReplacement::progress()
     QFETCH(QString, tags);
     QFETCH(QStringList, expected);
 
-    // Every third entry is changed; all of them count.
+    // Every third entry is changed; all count for the bar.
     QStringList lines;
     while (lines.size() < size)
         lines += lines.isEmpty() ? u"0 HEAD"_s : lines.size() % 3 == 2 ? u"1 NOTE a"_s : u"1 SEX"_s;
@@ -873,7 +873,7 @@ void TstReplacement::unreadableEntries_data()
             u"moved 0 "_s,
             u"media 0 "_s,
             u"linked 1 +[ NOTE [http://a.fr/b](http://a.fr/b)] -[ NOTE http://a.fr/b]"_s,
-            // The empty level comes before the value that is not there.
+            // The empty level comes before the missing value.
             u"filled 8 +[x @I@ INDI] +[x NAME Jean/MARTIN/] +[x NOTE http://a.fr/b] +[x CONC c] "
             u"+[x TEXT long] +[x BIRT] +[x @O1@ OBJE] +[x FILE m/a.jpg] -[ @I@ INDI] "
             u"-[ NAME Jean/MARTIN/] -[ NOTE http://a.fr/b] -[ CONC c] -[ TEXT long] -[ BIRT] "
@@ -929,7 +929,7 @@ void TstReplacement::unreadableEntries_data()
         });
     row("a level that is text", {{u"1"_s, u"1 NAME a/b.c/http://a.fr/"_s, u"NAME;FILE"_s}},
         {
-            // The first slash, dot and address are those of the level.
+            // The first slash, dot and address are in the level.
             u"spaced 2 +[1 NAME a /b.c/http://a.fr/ NAME Jean/MARTIN/] "
             u"+[1 NAME a /b.c/http://a.fr/ FILE m/a.jpg] "
             u"-[1 NAME a/b.c/http://a.fr/ NAME Jean/MARTIN/] "
@@ -1013,7 +1013,7 @@ void TstReplacement::unreadableEntries()
         const QStringList after = document.lines();
         actual += u"%1 %2 "_s.arg(name).arg(count) + difference(before, after);
 
-        // Whatever the lines look like, they are saved as they are.
+        // Whatever the lines look like, they are saved unchanged.
         QVERIFY(document.gedcom.writeGedFile(document.path()));
         QCOMPARE(readLines(document.path()), after + QStringList{u"0 TRLR"_s});
     }
@@ -1045,7 +1045,7 @@ void TstReplacement::unreadableEntriesAreCut()
     };
     const auto before = tails();
 
-    // No text goes, wherever it is put.
+    // No text is lost, wherever it ends up.
     document.gedcom.checkOversized();
     QCOMPARE(tails(), before);
     QVERIFY(document.gedcom.writeGedFile(document.path()));

@@ -15,19 +15,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// What each tool shows of the family: the search "martin", the births with the marriage in the
-// husband's record, and the two persons that were born on one day.
+// The lines of the family that each tool shows: the search for "martin", the births and the
+// marriage in the husband's record, and the two persons born on one day.
 const QString Found = u"3 4 15 20 36 38"_s;
 const QString Unequal = u"3 4 6 7 8 9 14 15 16 17 18 19"_s;
 const QString Twice = u"3 4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20"_s;
 const QString Nothing;
 
-// What each filter paints.
+// The lines that each filter paints red.
 const QString UnequalRed = u"9 14 19"_s;
 const QString TwiceRed = u"6 17"_s;
 const QString BothRed = u"6 9 14 17 19"_s;
 
-// And the tool tips of the one.
+// The tool tips of the date filter.
 const QString BirthTip = u"9: Date évènement : 12 MAR 1805\r\nDate source : 1840"_s;
 const QString MarriageTip = u"14: Date évènement : 5 SEP 1830\r\nDate source : 1831"_s;
 const QString OtherBirthTip = u"19: Date évènement : 12 MAR 1805\r\nDate source : 1840"_s;
@@ -40,7 +40,7 @@ const QString ThreeUnequal = u"3 incohérences sources / évènements détectée
 const QString UseStart = u"Recherche des sources utilisées plusieurs fois"_s;
 const QString OneTwice = u"Recherche terminée. 1 occurences dédoublées."_s;
 
-/// \p numbers but for those of \p out.
+/// \p numbers without those of \p out.
 QString without(const QString &numbers, const QString &out)
 {
     QStringList rest = numbers.split(u' ');
@@ -50,14 +50,14 @@ QString without(const QString &numbers, const QString &out)
     return rest.join(u' ');
 }
 
-/// The window, with what the filters leave in its tree.
+/// The window, with what the filters do to its tree.
 class Form : public ReviewSession
 {
 public:
     explicit Form(const QStringList &lines = Family) : ReviewSession(lines) { }
 
-    /// The numbers of the lines that are painted red in the first column. Any other paint is told
-    /// with its column.
+    /// The numbers of the lines that are red in the first column. Any other colour is given with
+    /// its column.
     QString red() const
     {
         QStringList numbers;
@@ -73,7 +73,7 @@ public:
         }
         return numbers.join(u' ');
     }
-    /// The tool tips that tell something else than the number of the line, with this number.
+    /// The tool tips other than the line number, prefixed with it.
     QStringList tips() const
     {
         QStringList tips;
@@ -111,7 +111,7 @@ public:
     }
 };
 
-/// What the user does, and what is to be seen then.
+/// What the user does, and what can be seen then.
 struct Step
 {
     QString action; // a box to click on, "type x", "search x", or "enter"
@@ -315,7 +315,7 @@ void TstReview::oneAfterTheOther()
     Form form;
     const QStringList journal = form.journal();
     const AnsweredBoxes boxes;
-    form.set({u"gbDelTags"_s, u"leTagsToDel=PLAC"_s}); // which is not run
+    form.set({u"gbDelTags"_s, u"leTagsToDel=PLAC"_s}); // which is not applied
     bool dates = false;
     bool uses = false;
     for (const Step &step : std::as_const(steps)) {
@@ -328,7 +328,7 @@ void TstReview::oneAfterTheOther()
         else
             form.toggle(step.action);
 
-        // With the action, so that a failure tells it.
+        // With the action, so that a failure shows it.
         QCOMPARE(step.action + u": "_s + form.takeTold().join(u'|'),
                  step.action + u": "_s + step.told.join(u'|'));
         QCOMPARE(form.rows(), marked(Family, step.shown));
@@ -336,7 +336,7 @@ void TstReview::oneAfterTheOther()
         QCOMPARE(form.text(u"leRecherche"_s), step.field);
         QVERIFY(!form.progress()->isVisible());
 
-        // What a filter has painted stays, and the other one adds to it.
+        // Red rows stay red, and the other filter adds its own.
         dates = dates || step.told.contains(DateStart);
         uses = uses || step.told.contains(UseStart);
         QCOMPARE(form.red(), dates && uses ? BothRed
@@ -379,7 +379,7 @@ void TstReview::aRunKeepsTheView()
     const QString red = form.red();
     const QStringList tips = form.tips();
 
-    const QString deleted = u"8 38"_s; // one that some view shows, and one that another shows
+    const QString deleted = u"8 38"_s; // each of them shown by some views only
     form.apply({u"gbDelTags"_s, u"leTagsToDel=PLAC;NOTE"_s, u"gbReplaceString"_s,
                 u"leTextOri=1840"_s, u"leTextDest=1805"_s});
     const QStringList lines = replaced(Family, u"1 DATE 1840"_s, u"1 DATE 1805"_s);
@@ -453,7 +453,7 @@ void TstReview::afterARun_data()
              noTwice, Found, u"6/27 entrées affichées."_s, UnequalRed);
     deletion("a family deleted", u"FAM"_s, u"26 27 28 29 30"_s, {without(Unequal, u"14"_s), 2},
              {Twice, 1}, Found, u"6/33 entrées affichées."_s);
-    // The family shows its citation itself then.
+    // Then the citation is shown at the family itself.
     const QString withFamily =
         without(Unequal, u"14"_s) + u" 26 28 29 30"_s; // no name is in a family
     const QStringList withFamilyTips =
@@ -515,7 +515,7 @@ void TstReview::afterARun_data()
                  u"19: Date évènement : 12 MAR 1805\r\nDate source : 1870"_s});
     replacement("more to be found", u"Lyon=Martinville"_s, {}, {u"8 2 PLAC Martinville"_s},
                 {Unequal, 3}, {Twice, 1}, u"3 4 6 8 15 20 36 38"_s, u"8/38 entrées affichées."_s);
-    // Then no person is known, neither as the husband.
+    // Then there are no persons, and no husband either.
     replacement("persons of another level", u"0=5"_s, u"INDI"_s,
                 {u"3 5 @I1@ INDI"_s, u"15 5 @I2@ INDI"_s, u"21 5 @I3@ INDI"_s},
                 {u"26 28 29 30"_s, 1}, noTwice, Found, SixFound, UnequalRed + u" 30"_s,
@@ -636,7 +636,7 @@ void TstReview::belowADeletedLine()
     QStringList lines{u"0 HEAD"_s,      u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NOTE un texte c"_s,
                       u"2 CONC oupé"_s, u"3 DATE 1900"_s};
     const Form form(lines);
-    form.apply({}); // which folds the continuation, and deletes it with that
+    form.apply({}); // this folds the continuation, which deletes it
     lines = replaced(lines, u"1 NOTE un texte c"_s, u"1 NOTE un texte coupé"_s);
     for (const QString &box : {DateDiff, MultiUse}) {
         form.toggle(box);
@@ -657,14 +657,14 @@ void TstReview::rowsOfACut()
     form.toggle(DateDiff);
     form.trigger(u"actionEnregistrerFichier"_s);
 
-    // The save has taken all rows out of the tree for its new one, which is the ninth line now.
+    // The save has taken all rows out of the tree to add its new one, which is the ninth line now.
     const QString cut = "2 PLAC "_L1 + x.repeated(248);
     lines = replaced(lines, "2 PLAC "_L1 + x.repeated(300), cut);
     lines = insertedBehind(lines, cut, "3 CONC "_L1 + x.repeated(52));
     const QString unequal = u"3 4 6 7 8 10 15 16 17 18 19 20"_s;
     QCOMPARE(form.rows(), marked(lines, u"3 4 6 7 8 9 10 15 16 17 18 19 20"_s));
     QCOMPARE(form.red(), BothRed);
-    // The new line is in no file, which its tool tip tells as well.
+    // The new line is in no file, and its tool tip says so.
     QCOMPARE(form.tips(), Tips);
 
     form.toggle(DateDiff);
@@ -724,7 +724,7 @@ void TstReview::inTheMidstOfAFilter_data()
                         const QString &red) {
         QTest::newRow(name) << box << action << shown << told << checked << red;
     };
-    // All that comes in between comes when everything has just been hidden; the filter then adds
+    // What happens in between happens when everything has just been hidden; then the filter adds
     // what it has to show.
     const QString enter = u"enter"_s;
     row("a search within the date filter", DateDiff, enter, Unequal + u" 20 36 38"_s,
@@ -758,7 +758,7 @@ void TstReview::inTheMidstOfAFilter_data()
              u"14"_s);
     deletion("a deletion of dates within the use filter", MultiUse, u"INDI.BIRT.DATE"_s, Nothing,
              u"3"_s, UseStart, u"Recherche terminée. 0 occurences dédoublées."_s, {});
-    // The lists were made before.
+    // The lists exist already.
     deletion("a deletion of citations within the date filter", DateDiff, u"INDI.BIRT.SOUR"_s,
              without(Unequal, u"9 19"_s), u"4"_s, DateStart, ThreeUnequal, UnequalRed);
     deletion("a deletion of citations within the use filter", MultiUse, u"INDI.BIRT.SOUR"_s,
@@ -822,7 +822,7 @@ void TstReview::searchAtTheHundredthCitation()
     form.toggle(DateDiff);
     QCOMPARE(form.takeTold(), (QStringList{DateStart, u"0/111 entrées affichées."_s,
                                            u"102 incohérences sources / évènements détectées."_s}));
-    // Of what was hidden, the last three have shown it again.
+    // The last three citations have shown the hidden rows again.
     QCOMPARE(form.rows(), marked(lines, shown));
     QCOMPARE(form.red(), red.mid(1));
     form.enter();

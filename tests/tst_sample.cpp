@@ -21,8 +21,8 @@ namespace {
 const QString Samples = QStringLiteral(SAMPLES "/");
 const QString Kept = QStringLiteral(TEST_DATA "/exemple/");
 
-/// The window with the sample files in its folder, which is the current one while it lives. The
-/// folder "medias_a_garder" is there and empty.
+/// The window with the sample files in its folder, which is the current one meanwhile. The folder
+/// "medias_a_garder" exists and is empty.
 class FamilySession : public Session
 {
 public:
@@ -107,7 +107,7 @@ void TstSample::parametersPresetTheForm()
     QCOMPARE(session.text(u"leExtractMediasToKeep"_s), u"medias_a_garder"_s);
     QVERIFY(session.isChecked(u"rbMarkdown"_s));
     QVERIFY(session.isChecked(u"cbDelMediaPath"_s));
-    // Nothing runs before the user has chosen it.
+    // Nothing runs before the user chooses it.
     const QList<QGroupBox *> groups = session.window->findChildren<QGroupBox *>();
     for (const QGroupBox *group : groups)
         QVERIFY2(!group->isCheckable() || !group->isChecked(), qPrintable(group->objectName()));
@@ -134,7 +134,7 @@ void TstSample::parametersFitTheFamily()
 
 void TstSample::mediasOfTheFamily()
 {
-    // One image for each name in the family, and no other.
+    // One image for each name in the family, and no others.
     static const QRegularExpression record(uR"(^0 @O\d+@ OBJE$)"_s);
     static const QRegularExpression path(uR"(^1 FILE (?:.*[/\\])?)"_s);
     QStringList names;
@@ -229,7 +229,7 @@ void TstSample::sequenceOnTheFamily()
     journal.replaceInStrings(saved, u"ARCH/DATE/HEURE."_s);
     QCOMPARE(journal, readLines(Kept + "famille.journal.txt"_L1));
 
-    // What no link stands for is copied, and only that.
+    // Exactly the media without a link are copied.
     const QStringList kept =
         QDir(session.path(u"medias_a_garder"_s)).entryList(QDir::Files, QDir::Name);
     QCOMPARE(kept, (QStringList{

@@ -39,13 +39,13 @@ const QStringList Lines = Family
                             u"7 TEXT vu, abc"_s, // 47
                         };
 
-/// The status text of a search that shows \p count of the lines.
+/// The status text when a search shows \p count of the lines.
 QString found(qsizetype count)
 {
     return u"%1/47 entrées affichées."_s.arg(count);
 }
 
-/// The numbers from \p first to \p last, with a blank between them.
+/// The numbers from \p first to \p last, separated by blanks.
 QString span(qsizetype first, qsizetype last)
 {
     QStringList numbers;
@@ -63,13 +63,13 @@ QStringList crowd(int persons)
     return lines;
 }
 
-/// The window, with what can be seen of its tree.
+/// The window, with the visible part of its tree.
 class Form : public ReviewSession
 {
 public:
     explicit Form(const QStringList &lines = Lines) : ReviewSession(lines) { }
 
-    /// What can be seen of the whole tree, section nodes included, when all rows are expanded.
+    /// The visible rows of the whole tree, sections included, when everything is expanded.
     QStringList onScreen() const
     {
         tree()->expandAll();
@@ -276,7 +276,7 @@ void TstSearch::eachSearchStartsFromTheFullTree()
     form.search(u"UTF"_s);
     QCOMPARE(form.rows(), marked(Lines, u"1 2"_s));
 
-    // What a search of the same text has hidden, or somebody else.
+    // Rows hidden by a search for the same text, or by something else.
     const QList<TwItem *> tabTwi = form.entries();
     for (TwItem *twi : tabTwi)
         twi->setTwiHidden(!twi->isHidden());
@@ -333,7 +333,7 @@ void TstSearch::typingLeavesTheTree()
         before = text;
     }
 
-    // Nor does it search when the field is left.
+    // Leaving the field does not search either.
     QFocusEvent leave(QEvent::FocusOut, Qt::TabFocusReason);
     QCoreApplication::sendEvent(form.field(), &leave);
     QCOMPARE(form.status(), Hint);
@@ -378,7 +378,7 @@ void TstSearch::togglesRunTheSearch()
     QCOMPARE(form.rows(), marked(Lines, u"39 41 42 43 44 45 46 47"_s));
     QCOMPARE(form.takeTold(), regex);
 
-    // By the keyboard as well.
+    // From the keyboard as well.
     QTest::keyClick(form.find<QWidget>(Regex), Qt::Key_Space);
     QVERIFY(!form.isChecked(Regex));
     QCOMPARE(form.rows(), marked(Lines, u"39 41 42"_s));
@@ -473,7 +473,7 @@ void TstSearch::invalidExpression()
     {
         const AnsweredBoxes boxes;
         const DebugListener listener([&debugLines](const QString &line) { debugLines += line; });
-        // Anything but what the platform says when a window comes up.
+        // Except the platform's warnings when a window is shown.
         QTest::failOnWarning(QRegularExpression(u"^(?!This plugin )"_s));
         form.toggle(Regex);
         form.takeTold();
@@ -483,7 +483,7 @@ void TstSearch::invalidExpression()
         form.toggle(Sensitive);
         QCOMPARE(form.rows(), marked(Lines, {}));
         QCOMPARE(form.status(), found(0));
-        QCoreApplication::processEvents(); // which would answer a box
+        QCoreApplication::processEvents(); // this would answer a box
         QCOMPARE(boxes.texts(), QStringList());
     }
     QCOMPARE(debugLines, QStringList());
@@ -516,12 +516,12 @@ void TstSearch::ancestorsAreOnScreen()
                                   u"dépots 0"_s,
                               }));
 
-    // A match on the way up does not end it: LONG is at level 6, and so on.
+    // A match on the way up does not end it: here LONG and EVEN match as well.
     form.toggle(Regex);
     form.search(u"abc|^6$|^EVEN$"_s);
     QCOMPARE(form.rows(), marked(Lines, u"39 41 42 43 44 45 46 47"_s));
     QCOMPARE(form.status(), found(8));
-    form.search(uR"(abc|\(1805)"_s); // by the title the source is shown already
+    form.search(uR"(abc|\(1805)"_s); // the title has shown the source already
     QCOMPARE(form.rows(), marked(Lines, u"39 40 41 42 43 44 45 46 47"_s));
     QCOMPARE(form.status(), found(9));
 }
@@ -537,7 +537,7 @@ void TstSearch::sectionNodesTakeNoPart()
         QCOMPARE(form.status(), found(0));
         QCOMPARE(form.onScreen(), sections);
     }
-    // The node of the notes has none, and stays hidden whatever is shown.
+    // The section of the notes is empty and stays hidden, whatever is shown.
     form.search({});
     QCOMPARE(form.status(), found(47));
     QCOMPARE(form.onScreen().filter(u"notes"_s), QStringList());
@@ -560,7 +560,7 @@ void TstSearch::submittersAreAlwaysCounted()
     const QStringList family{u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NAME Jean"_s};
     const Form form(family + QStringList{u"0 @U1@ SUBM"_s, u"1 NAME Paul"_s});
 
-    // Their rows are in no tree, and so never hidden.
+    // Their rows are in no tree and therefore never hidden.
     form.enter();
     QCOMPARE(form.status(), u"6/6 entrées affichées."_s);
     QCOMPARE(form.rows(), marked(family, Everything));
@@ -646,7 +646,7 @@ void TstSearch::deletedEntriesStayHidden()
     QFETCH(QString, found);
 
     const Form form;
-    form.search(u"Anne"_s); // what is hidden by then comes back if it is not deleted
+    form.search(u"Anne"_s); // hidden rows come back unless they are deleted
     form.apply({u"gbDelTags"_s, "leTagsToDel="_L1 + tags});
     form.search({});
     QCOMPARE(form.rows(), marked(Lines, Everything, deleted));
@@ -673,7 +673,7 @@ void TstSearch::deletedEntriesStayHidden()
 void TstSearch::restOfADeletedRecord()
 {
     const Form form;
-    QVERIFY(form.row(u"0 @I1@ INDI"_s)->setDelete(true)); // the root alone
+    QVERIFY(form.row(u"0 @I1@ INDI"_s)->setDelete(true)); // only the root
     form.row(u"1 SEX M"_s)->setTwiHidden(true);
     form.search(u"1805"_s);
     // The rest of the record stays as it was.
@@ -702,20 +702,20 @@ void TstSearch::continuations()
         QCOMPARE(form.rows(), marked(lines, shown));
         QCOMPARE(form.status(), status);
     };
-    // As they stand in the file, each by itself.
+    // As in the file, each line by itself.
     compareSearch(u"coupé"_s, {}, u"0/7 entrées affichées."_s);
     compareSearch(u"cou"_s, u"3 4"_s, u"2/7 entrées affichées."_s);
     compareSearch(u"pé en"_s, u"3 4 5"_s, u"3/7 entrées affichées."_s);
     compareSearch(u"CONC"_s, u"3 4 5"_s, u"3/7 entrées affichées."_s);
     compareSearch(u"1900"_s, u"3 4 5 6"_s, u"4/7 entrées affichées."_s);
 
-    // Once folded, in the line before.
+    // Once folded, in the previous line.
     form.apply({});
     lines = replaced(lines, u"1 NOTE un texte cou"_s, u"1 NOTE un texte coupé en deux"_s);
     compareSearch(u"coupé"_s, u"3 4"_s, u"2/6 entrées affichées."_s);
     compareSearch(u"CONC"_s, {}, u"0/6 entrées affichées."_s);
-    // The way up leads past the folded line, which stays hidden, and with it what is below; the
-    // count is that of the rows' own states.
+    // The way up passes the folded line, which stays hidden along with everything below it; the
+    // count goes by each row's own state.
     compareSearch(u"1900"_s, u"3 4 6"_s, u"3/6 entrées affichées."_s);
     QVERIFY(!form.onScreen().contains("3 DATE 1900"_L1));
     compareSearch({}, u"1 2 3 4 6 7"_s, u"6/6 entrées affichées."_s);
@@ -730,7 +730,7 @@ void TstSearch::rowsOfACut()
     form.search(u"Jean"_s);
     QCOMPARE(form.status(), u"2/5 entrées affichées."_s);
 
-    // The save adds a row, and takes all of them out of the tree for that.
+    // The save adds a row, for which it takes all rows out of the tree.
     form.trigger(u"actionEnregistrerFichier"_s);
     const QString cut = "1 NOTE "_L1 + x.repeated(248);
     lines = replaced(lines, "1 NOTE "_L1 + x.repeated(300), cut);
@@ -776,10 +776,10 @@ void TstSearch::changedLevels_data()
     row("record without a level", u"0 "_s, u"INDI"_s,
         {u"3  @I1@ INDI"_s, u"15  @I2@ INDI"_s, u"21  @I3@ INDI"_s}, u"PAGE"_s, u"3 6 9 10"_s,
         u"4/50 entrées affichées."_s);
-    // Nothing is above that one, not even a section node.
+    // Nothing is above it, not even a section.
     row("record at the top of the tree", u"0 5"_s, u"SUBN"_s, {u"48 5 @U1@ SUBN"_s}, u"foyer"_s,
         u"48 49 50"_s, u"3/50 entrées affichées."_s);
-    // To be a root ends the way up, wherever the row hangs.
+    // A root ends the way up, wherever its row is.
     row("line of level 0 that matches", u"1 0"_s, u"INDI.NAME"_s,
         {u"4 0 NAME Jean /MARTIN/"_s, u"16 0 NAME Anne /DUPONT/"_s, u"22 0 NAME Luc /PETIT/"_s},
         u"MARTIN"_s, u"4 15 20 36 38"_s, u"5/50 entrées affichées."_s);
@@ -835,7 +835,7 @@ void TstSearch::inTheMidstOfADeletion()
     });
     form.apply({u"gbDelTags"_s, u"leTagsToDel=NAME"_s});
 
-    // The names of the last 50 persons were gone by then.
+    // The names of the last 50 persons had been deleted by then.
     QCOMPARE(told, QStringList{u"2/1150 entrées affichées."_s});
     QCOMPARE(form.status(), u"599 balises supprimées."_s);
     QCOMPARE(form.rows(), marked(lines, QString::number(lines.indexOf("0 @I59@ INDI"_L1) + 1)));
@@ -908,7 +908,7 @@ void TstSearch::savedWithHiddenRows()
     form.trigger(u"actionEnregistrerFichier"_s);
     QCOMPARE(readBytes(form.path()), before);
     QVERIFY(before.endsWith("7 TEXT vu, abc\n0 TRLR\n"));
-    // Nor does the save care for the rows.
+    // The save does not change the rows.
     QCOMPARE(form.rows(), marked(Lines, shown));
 }
 

@@ -25,7 +25,7 @@ QString mismatch(const QString &entry)
     return u"ERROR : Pas de correspondance pour \"/\" pour l'entrée "_s + entry;
 }
 
-/// The last line of the journal; it has two blanks in front of its last word.
+/// The last line of the journal; it has two blanks before its last word.
 QString journalSummary(int count)
 {
     return u"INFO : %1 entrées INDI.NAME  modifiées."_s.arg(count);
@@ -210,7 +210,7 @@ void TstSpacing::malformed()
     QCOMPARE(boxes.texts(), QStringList{boxText(line)});
     QCOMPARE(boxes.titles(), QStringList{u"Erreur"_s});
     QVERIFY(boxes.allCritical(nullptr));
-    // It is left as it was, and the run has gone on.
+    // It is left unchanged, and the run goes on.
     QCOMPARE(document.lines(), before + QStringList({u"0 @I2@ INDI"_s, u"1 NAME Paul /DUPONT/"_s}));
     QCOMPARE(document.newJournal(),
              QStringList({mismatch(line + " (l.2)"_L1),
@@ -278,7 +278,7 @@ void TstSpacing::boxesComeOneByOne()
     AnsweredBoxes boxes;
     boxes.setInspector([&](const QMessageBox *box) {
         states += document.newJournal().join(u" | "_s);
-        states += document.lines().join(u','); // what comes behind waits for the answer
+        states += document.lines().join(u','); // the rest waits for the answer
         QVERIFY(box->isModal());
         QCOMPARE(box->informativeText(), QString());
         QCOMPARE(box->detailedText(), QString());
@@ -321,7 +321,7 @@ void TstSpacing::secondRun()
 
     QCOMPARE(document.gedcom.setSpaceNames(), 0);
     QCOMPARE(document.lines(), lines);
-    // What is malformed is told each time.
+    // Malformed names are reported each time.
     QCOMPARE(document.newJournal(),
              QStringList({mismatch(u"1 NAME Jean/MARTIN (l.3)"_s), journalSummary(0)}));
     QCOMPARE(boxes.texts(),
@@ -372,7 +372,7 @@ void TstSpacing::deletedEntriesTakeNoPart()
 
 void TstSpacing::levelThatReadsLikeAName()
 {
-    // A replacement can put any text there. The first column that holds a slash is the one.
+    // A replacement can put any text there. The first column with a slash counts.
     Document document;
     QVERIFY(document.load({u"0 @I1@ INDI"_s, u"1 DATE x/y/"_s, u"1 NAME Jean/MARTIN/"_s}));
     document.entry(u"1 DATE x/y/"_s)->setText(0, u"1 NAME a/b/"_s);
@@ -388,7 +388,7 @@ void TstSpacing::levelThatReadsLikeAName()
 
 void TstSpacing::halfOfACharacter()
 {
-    // No expression matches a text that is not well-formed.
+    // No expression matches text that is not well-formed.
     const AnsweredBoxes boxes;
     const QString value = u"Jean\xD83D/MARTIN/"_s;
     Document document;
@@ -419,7 +419,7 @@ void TstSpacing::frame()
         journal += modification(u"INDI.NAME Jean/MARTIN/ en Jean /MARTIN/ (l.%1)"_s.arg(line));
     journal += journalSummary(149);
     const QStringList start{u"debug: ON setSpaceNames"_s,
-                            u"bar at -1 of 151"_s, // the range of the load before
+                            u"bar at -1 of 151"_s, // the range is still that of the load
                             u"status: Espacement des noms en cours..."_s, u"bar at -1 of 151"_s};
     const QStringList end{"status: "_L1 + summary(149), u"bar at 100 of 150"_s,
                           u"debug: OFF setSpaceNames"_s, u"bar at -1 of 150"_s};
@@ -447,7 +447,7 @@ void TstSpacing::progress()
     QFETCH(int, size);
     QFETCH(QStringList, expected);
 
-    // Every third entry is edited; all of them count.
+    // Every third entry is edited; all count for the bar.
     QStringList lines;
     while (lines.size() < size) {
         lines += lines.isEmpty()       ? u"0 @I1@ INDI"_s
@@ -558,7 +558,7 @@ void TstSpacing::throughTheForm()
                   u"0 TRLR"_s});
     const qsizetype before = session.journal().size();
     session.apply({u"cbEspacer"_s});
-    // The name is whole again before it is looked at.
+    // The name is whole again before it is checked.
     QCOMPARE(session.journal().mid(before),
              QStringList({u"INFO : Balise 'INDI.NAME.CONC TIN/ (l.3) concaténée dans la balise "
                           u"INDI.NAME Jean/MARTIN/ (l.2)"_s,

@@ -24,7 +24,7 @@ QString tags(const QList<TwItem *> &entries)
     return texts.join(u' ');
 }
 
-/// The same of the children in the tree.
+/// The same for the children in the tree.
 QString treeTags(const QTreeWidgetItem *twi)
 {
     QStringList texts;
@@ -40,7 +40,7 @@ TwItem *newEntry(const QString &line)
     return twi;
 }
 
-/// A record in which every tag stands once.
+/// A record in which each tag occurs once.
 QStringList family()
 {
     return {u"0 @I1@ INDI"_s, u"1 NAME Jean"_s, u"1 BIRT"_s, u"2 DATE 1900"_s,
@@ -167,7 +167,7 @@ void TstTwItem::columns_data()
     add("letter in front", u"é NAME x"_s, L{u"é"_s, u"NAME"_s, u"x"_s}, 0);
     add("level and three blanks", u"1   "_s, L{u"1"_s, QString(), u" "_s}, 1);
     add("level and two blanks", u"1  "_s, L{u"1"_s, QString()}, 1, u"1 "_s);
-    // The tool tips make a second column, so that a blank is written behind the level.
+    // The tool tips create a second column, so a blank is written after the level.
     add("level and blank", u"1 "_s, L{u"1"_s}, 1);
     add("level alone", u"1"_s, L{u"1"_s}, 1, u"1 "_s);
     add("empty line", u""_s, L{}, 0, u" "_s);
@@ -294,7 +294,7 @@ void TstTwItem::tagHasTheFormOfTheExpression()
                 texts += texts.at(from) + c;
         }
     }
-    // Capitals with one or two characters between them, or in front of or behind them.
+    // Capitals with one or two other characters between, before or after them.
     for (qsizetype length = 2; length <= 8; ++length) {
         const QString capitals = u"AZAMZAZA"_s.left(length);
         texts += capitals;
@@ -307,7 +307,7 @@ void TstTwItem::tagHasTheFormOfTheExpression()
             texts += c + capitals + u'\n';
         }
     }
-    // Any texts, capitals being the most frequent.
+    // Any texts, mostly of capitals.
     std::mt19937 generator(20240229);
     for (qsizetype length = 0; length <= 9; ++length) {
         for (int i = 0; i < 1500; ++i) {
@@ -353,7 +353,7 @@ void TstTwItem::tagsAreNotCached()
     QCOMPARE(date->getFullTag(), (QStringList{u"INDI"_s, u"EVEN"_s, u"DATE"_s}));
     QCOMPARE(birt->getTwiValuesList(), (QStringList{u"1"_s, u"EVEN"_s}));
 
-    // A replacement can put anything anywhere, and every column counts, the first one first.
+    // A replacement can put anything anywhere; every column counts, from the first.
     birt->setText(1, u"x"_s);
     QCOMPARE(birt->getTag(), u"ERREUR"_s);
     birt->setText(3, u"CHAN"_s);
@@ -379,7 +379,7 @@ void TstTwItem::sectionNodes()
     QCOMPARE(section->toolTip(1), u"ligne -1"_s);
     QVERIFY(!section->getParent());
 
-    // The records below it have numbers, and no icons.
+    // The records below it have numbers and no icons.
     TwItem *root = document.entry(u"0 @I1@ INDI"_s);
     QCOMPARE(root->getParent(), section);
     QVERIFY(root->isRoot());
@@ -397,7 +397,7 @@ void TstTwItem::sectionNodes()
 void TstTwItem::fullTag()
 {
     const QList<std::pair<QString, QString>> lines{
-        // Begins with no level 0, and so is at the top of the tree.
+        // Does not begin with level 0 and is therefore at the top of the tree.
         {u"1 ABC"_s, u"ABC"_s},
         {u"1 DATE"_s, u"ABC.DATE"_s},
         {u"0 HEAD"_s, u"HEAD"_s},
@@ -408,7 +408,7 @@ void TstTwItem::fullTag()
         {u"3 _UID 7"_s, u"INDI.BIRT.DATE._UID"_s},
         {u"1 XY ABC"_s, u"INDI.ABC"_s},
         {u"2 NOTE x"_s, u"INDI.ABC.NOTE"_s},
-        // An entry without a tag cuts off what is above it.
+        // An entry without a tag cuts the path short.
         {u"1 OCCUPAT maçon"_s, u""_s},
         {u"2 DATE 1920"_s, u"DATE"_s},
         {u"3 NOTE x"_s, u"DATE.NOTE"_s},
@@ -451,7 +451,7 @@ void TstTwItem::fullTagEndsAtANegativeLevel()
     TwItem *plac = document.entry(u"2 PLAC Lyon"_s);
     TwItem *note = document.entry(u"3 NOTE x"_s);
 
-    plac->setText(0, u"x"_s); // reads as 0, which ends nothing
+    plac->setText(0, u"x"_s); // counts as 0 but ends nothing
     QCOMPARE(note->getFullTag(), (QStringList{u"INDI"_s, u"BIRT"_s, u"PLAC"_s, u"NOTE"_s}));
     plac->setText(0, u"-2"_s);
     QCOMPARE(note->getFullTag(), QStringList{u"NOTE"_s});
@@ -475,12 +475,12 @@ void TstTwItem::parentAndIndexes()
                                        QString::number(receiver.getThisTwiIndexParent(twi)),
                                        QString::number(receiver.getThisTabIndexParent(twi)));
     }
-    // The list of the root counts all descendants, and both count deleted entries.
+    // The root's list has all descendants; both lists include deleted entries.
     QCOMPARE(actual, (QStringList{u"NAME @I1@ 0 0"_s, u"BIRT @I1@ 1 1"_s, u"DATE BIRT 0 0"_s,
                                   u"PLAC BIRT 1 1"_s, u"NOTE PLAC 0 0"_s, u"DEAT @I1@ 2 5"_s,
                                   u"AGE DEAT 0 0"_s}));
 
-    // In the tree, and not in the list.
+    // In the tree but not in the list.
     auto *stranger = newEntry(u"2 CHAN"_s);
     document.entry(u"1 DEAT"_s)->addChild(stranger);
     QCOMPARE(receiver.getThisTwiIndexParent(stranger), 1);
@@ -502,7 +502,7 @@ void TstTwItem::childLists()
     QCOMPARE(tags(plac->getTabTwiChilds(true)), u"NOTE"_s);
     QCOMPARE(tags(document.entry(u"3 NOTE x"_s)->getTabTwiChilds(true)), u""_s);
 
-    // The mark decides, the hidden state does not.
+    // The mark decides, not the hidden state.
     document.entry(u"2 DATE 1900"_s)->setHidden(true);
     QCOMPARE(tags(birt->getTabTwiChilds(true)), u"DATE PLAC"_s);
     plac->setDelete(true);
@@ -513,7 +513,7 @@ void TstTwItem::childLists()
     QCOMPARE(tags(root->getTabTwiChilds(false)), u"NAME BIRT DATE PLAC NOTE DEAT AGE"_s);
     QCOMPARE(treeTags(birt), u"DATE PLAC"_s);
 
-    // What comes back is a copy.
+    // The result is a copy.
     QList<TwItem *> copy = birt->getTabTwiChilds(false);
     copy.clear();
     QCOMPARE(tags(birt->getTabTwiChilds(false)), u"DATE PLAC"_s);
@@ -526,7 +526,7 @@ void TstTwItem::outputLines()
     TwItem *root = document.entry(u"0 @I1@ INDI"_s);
     QCOMPARE(root->getGedEntryList(), family());
 
-    // Descendants of a deleted entry are lines of their own, and a hidden row is a line.
+    // Descendants of a deleted entry are still lines, and so is a hidden row.
     document.entry(u"1 BIRT"_s)->setDelete(true);
     document.entry(u"2 AGE 70"_s)->setDelete(true);
     document.entry(u"1 NAME Jean"_s)->setTwiHidden(true);
@@ -535,7 +535,7 @@ void TstTwItem::outputLines()
     expected.removeAll(u"2 AGE 70"_s);
     QCOMPARE(root->getGedEntryList(), expected);
 
-    // The level is what the column says, and nothing checks it.
+    // The level is the text of the column; nothing checks it.
     document.entry(u"3 NOTE x"_s)->setText(0, u"7"_s);
     document.entry(u"2 PLAC Lyon"_s)->setText(1, QString());
     document.entry(u"2 DATE 1900"_s)->setText(3, u"en trop"_s);
@@ -566,7 +566,7 @@ void TstTwItem::insertTabChild_data()
            u"NEW NAME BIRT DEAT"_s);
     atRoot("root, behind an entry without children", 1, u"NAME NEW BIRT DATE PLAC NOTE DEAT AGE"_s,
            u"NAME NEW BIRT DEAT"_s);
-    // The list of the root is taken at the index of the tree.
+    // The index in the tree is used for the root's list.
     atRoot("root, behind an entry with children", 2, u"NAME BIRT NEW DATE PLAC NOTE DEAT AGE"_s,
            u"NAME BIRT NEW DEAT"_s);
     atRoot("root, end", 3, u"NAME BIRT DATE NEW PLAC NOTE DEAT AGE"_s, u"NAME BIRT DEAT NEW"_s);
@@ -629,8 +629,8 @@ void TstTwItem::insertionRebuildsFromTheTree()
     TwItem *root = document.entry(u"0 @I1@ INDI"_s);
     const auto flat = [](TwItem *twi) { return tags(twi->getTabTwiChilds(false)); };
 
-    // An insertion at the root leaves a list that the next one below it puts right. Deleted
-    // entries stay in it.
+    // An insertion at the root leaves a list that the next one below it corrects. Deleted entries
+    // stay in it.
     TwItem *birt = document.entry(u"1 BIRT"_s);
     TwItem *plac = document.entry(u"2 PLAC Lyon"_s);
     birt->setDelete(true);
@@ -643,7 +643,7 @@ void TstTwItem::insertionRebuildsFromTheTree()
     QCOMPARE(flat(birt), u"NEW DATE PLAC"_s);
     QCOMPARE(flat(plac), u"NOTE"_s);
 
-    // A whole branch comes along at an entry; a root lists only its head.
+    // A whole branch can be inserted at an entry; a root lists only its top.
     TwItem *branch = newEntry(u"1 EVEN"_s);
     branch->insertTabChild(0, newEntry(u"2 TYPE"_s));
     QCOMPARE(flat(branch), u"TYPE"_s);
@@ -654,7 +654,7 @@ void TstTwItem::insertionRebuildsFromTheTree()
     document.entry(u"1 DEAT"_s)->insertTabChild(0, second);
     QCOMPARE(flat(root), u"EVEN TYPE NAME BIRT NEW DATE PLAC NOTE DEAT SOUR PAGE AGE CHAN"_s);
 
-    // A list taken by insertTabChild alone is rebuilt, one made by the tree is not invented.
+    // The root's list is rebuilt from the tree; those of other entries only know inserted rows.
     birt->addChild(newEntry(u"2 TREE"_s));
     QCOMPARE(flat(birt), u"NEW DATE PLAC"_s);
     document.entry(u"1 NAME Jean"_s)->insertTabChild(0, newEntry(u"2 GIVN"_s));
@@ -662,7 +662,7 @@ void TstTwItem::insertionRebuildsFromTheTree()
     QCOMPARE(flat(root),
              u"EVEN TYPE NAME GIVN BIRT NEW DATE PLAC NOTE TREE DEAT SOUR PAGE AGE CHAN"_s);
 
-    // Where the tree does not follow the file, the tree counts from then on.
+    // Where tree and file differ, the tree counts from then on.
     TwItem *other = document.entry(u"0 @I2@ INDI"_s);
     QCOMPARE(flat(other), u"AAA BBB CCC DDD"_s);
     document.entry(u"1 CCC"_s)->insertTabChild(-1, newEntry(u"2 NEW"_s));
@@ -692,7 +692,7 @@ void TstTwItem::insertionWithoutRoot()
     QCOMPARE(flat(root), u"NAME BIRT DATE CHAN NEW PLAC NOTE DEAT AGE"_s);
     QCOMPARE(treeTags(root), u"NAME BIRT DEAT CHAN"_s);
 
-    // A record that never had the level 0, and is at the top of the tree.
+    // A record that never had level 0 and is at the top of the tree.
     TwItem *head = document.entry(u"1 ABC"_s);
     TwItem *entry = document.entry(u"2 GHI"_s);
     entry->insertTabChild(-1, newEntry(u"3 NEW"_s));
@@ -703,7 +703,7 @@ void TstTwItem::insertionWithoutRoot()
     QCOMPARE(flat(head), u"CHAN DEF GHI NEW"_s);
     QCOMPARE(treeTags(head), u"CHAN DEF"_s);
 
-    // A replacement has made a root of an entry inside a record: both lists have the new entry.
+    // A replacement has turned an entry inside a record into a root: both lists have the new entry.
     Document other;
     QVERIFY(other.load({u"0 @I2@ INDI"_s, u"1 AAA"_s, u"2 BBB"_s, u"3 CCC"_s, u"1 DDD"_s}));
     TwItem *inner = other.entry(u"1 AAA"_s);
@@ -729,7 +729,7 @@ void TstTwItem::delChilds()
     QCOMPARE(date->delChilds(), QStringList());
     QVERIFY(!date->isToDelete());
 
-    // An entry deleted before gives no text, but what is below it does.
+    // A deleted entry gives no text, but the entries below it do.
     QVERIFY(document.entry(u"2 OCCUPAT x"_s)->setDelete(true));
     document.entry(u"3 NOTE y"_s)->insertTabChild(-1, newEntry(u"4 CONT z"_s));
     QCOMPARE(birt->delChilds(),
@@ -762,8 +762,8 @@ void TstTwItem::delChildsWalksTheTree()
     Document document;
     QVERIFY(document.load(family()));
     TwItem *deat = document.entry(u"1 DEAT"_s);
-    deat->insertChild(0, newEntry(u"2 CAUS peste"_s)); // in the tree, and in no list
-    document.entry(u"2 AGE 70"_s)->setTwiHidden(true); // hidden by a search, and as live as before
+    deat->insertChild(0, newEntry(u"2 CAUS peste"_s)); // in the tree but in no list
+    document.entry(u"2 AGE 70"_s)->setTwiHidden(true); // hidden by a search but still live
 
     QCOMPARE(deat->delChilds(),
              (QStringList{u"Suppression de l'entrée : INDI.DEAT.CAUS 2 CAUS peste (l.-1)"_s,
@@ -783,17 +783,17 @@ void TstTwItem::setDelete()
     QVERIFY(!birt->setDelete(true));
     QVERIFY(!birt->setDelete(false));
     QVERIFY(birt->isToDelete());
-    // The entry alone, which stays where it is.
+    // Only the entry, which keeps its place.
     QVERIFY(!date->isToDelete());
     QCOMPARE(date->getParent(), birt);
     QCOMPARE(birt->getParent(), document.entry(u"0 @I1@ INDI"_s));
 
-    // A row that came back by other means is not hidden again by a second deletion.
+    // A row that was shown again otherwise is not hidden by a second deletion.
     birt->setHidden(false);
     QVERIFY(!birt->setDelete(true));
     QVERIFY(!birt->isHidden());
 
-    // On a live entry false hides the row, and that is all.
+    // On a live entry false only hides the row.
     for (int i = 0; i < 2; ++i) {
         QVERIFY(date->setDelete(false));
         QVERIFY(!date->isToDelete());
@@ -852,7 +852,7 @@ void TstTwItem::insertStrAtIndex_data()
     add("empty match, behind", u"abc"_s, u"X"_s, u""_s, false, u"Xabc"_s);
     add("nothing to insert", u" abc "_s, u""_s, u"b"_s, true, u"abc"_s);
     add("empty text, empty match", u""_s, u"X"_s, u""_s, true, u"X"_s);
-    // A search that fails is not looked at.
+    // The outcome of a failed search is not checked.
     add("no match, in front of nothing", u" abc "_s, u"X"_s, u"z"_s, true, u"abc"_s);
     add("no match of one character, at 0", u"abc"_s, u"X"_s, u"z"_s, false, u"Xabc"_s);
     add("no match of three characters, at 2", u"abc"_s, u"X"_s, u"xyz"_s, false, u"abXc"_s);
@@ -887,7 +887,7 @@ void TstTwItem::insertStrAtIndexChangesOneColumn()
     QVERIFY(twi.insertStrAtIndex(u"2"_s, u"1"_s, 0, false));
     QCOMPARE(twi.getTwiValuesList(), (QStringList{u"12"_s, u"_NOTE"_s, u" NOTE 1 "_s}));
 
-    // A column that is not there yet reads as an empty text.
+    // A missing column reads as an empty text.
     TwItem shorter(2);
     shorter.setTwiValuesFromStr(u"1 NOTE"_s, &shorter);
     QVERIFY(shorter.insertStrAtIndex(u"x"_s, u""_s, 2, true));

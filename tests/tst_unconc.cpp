@@ -21,7 +21,7 @@ QString summary(int count)
     return u"%1 balises CONC reconcaténées."_s.arg(count);
 }
 
-/// The area that a widget has painted while this lives.
+/// The area that a widget has painted while this object lives.
 class Painted : public QObject
 {
 public:
@@ -40,7 +40,7 @@ public:
     QRegion area;
 };
 
-/// A person of 250 entries: notes of four lines each, and a last one of a single line.
+/// A person of 250 entries: notes of four lines each and a last one of one line.
 QStringList cutNotes()
 {
     QStringList lines{u"0 @I1@ INDI"_s};
@@ -75,7 +75,7 @@ private slots:
     void layoutGoesOnBehindADialog();
 
 private:
-    AnsweredBoxes m_boxes; // one that nobody answers would stop the test for ever
+    AnsweredBoxes m_boxes; // an unanswered one would block the test for ever
 };
 
 void TstUnconc::folds_data()
@@ -169,7 +169,7 @@ void TstUnconc::folds_data()
         << QStringList{u"INFO : Balise 'CONC  long (l.2) concaténée dans la balise  NOTE texte "
                        u"long (l.1)"_s}
         << 1;
-    // The journal speaks of the record as it is then, with the tag grown beyond a tag.
+    // The journal quotes the record as it is then, with a tag grown into something else.
     QTest::newRow("into a note record without text")
         << QStringList{u"0 @N1@ NOTE"_s, u"1 CONC x"_s} << QStringList{u"0 @N1@ NOTEx"_s}
         << QStringList{u"INFO : Balise 'CONC x (l.2) concaténée dans la balise  NOTEx (l.1)"_s}
@@ -294,7 +294,7 @@ void TstUnconc::deletedEntriesTakeNoPart()
     TwItem *conc = doc.entry(u"2 CONC d"_s);
     cont->setDelete(true);
     conc->setDelete(true);
-    // The line above goes, and its live CONC line with the text to the line that is live.
+    // The line above is deleted, and its live CONC line is folded into the live line.
     doc.entry(u"1 NAME e"_s)->setDelete(true);
     doc.newJournal();
 
@@ -344,7 +344,7 @@ void TstUnconc::secondRunFindsNothing()
 
 void TstUnconc::cutLinesAreFoldedBack()
 {
-    // A cut after 248 characters of the value, with a blank before the second one.
+    // Cut after 248 characters of the value, with a blank before the second one.
     const QString first(248, u'a');
     const QString second = QString(247, u'b');
     const QString third = u" c"_s;
@@ -369,7 +369,7 @@ void TstUnconc::cutLinesAreFoldedBack()
                               + third + " (l.2)"_L1,
                           u"INFO : 2 balises CONC reconcaténées."_s}));
 
-    // The next save cuts anew; the lines folded before are no part of it.
+    // The next save cuts again; the lines folded before take no part.
     QCOMPARE(doc.gedcom.checkOversized(), 1);
     doc.newJournal();
     QCOMPARE(doc.gedcom.unConc(), 2);
@@ -429,7 +429,7 @@ void TstUnconc::progress()
     QFETCH(int, maximum);
     QFETCH(QStringList, expected);
 
-    // Every third entry is folded; all of them count.
+    // Every third entry is folded; all count for the bar.
     QStringList lines;
     while (lines.size() < size) {
         const bool conc = lines.size() % 3 == 2;
@@ -479,7 +479,7 @@ void TstUnconc::toldInOrder()
         u"(l.99)"_s,
         "INFO : "_L1 + summary(4)};
     const QStringList start{u"debug: ON unConc"_s,
-                            u"bar at -1 of 251"_s, // the range of the load before
+                            u"bar at -1 of 251"_s, // the range is still that of the load
                             u"status: Reconcaténation des balises en cours..."_s,
                             u"bar at -1 of 251"_s};
     const QStringList end{"status: "_L1 + summary(4),
@@ -494,7 +494,7 @@ void TstUnconc::runInARunFoldsOnce()
     Document doc;
     QVERIFY(doc.load(cutNotes()));
     doc.newJournal();
-    // Behind the first step, which stands in the middle of a note.
+    // After the first step, which ends in the middle of a note.
     int nested = 0;
     const auto run = [&] { nested = doc.gedcom.unConc(); };
     connect(
@@ -525,7 +525,7 @@ void TstUnconc::resizeInARunIsPainted()
     connect(
         &doc.progress, &QProgressBar::valueChanged, this, [&] { doc.tree.resize(400, 600); },
         Qt::SingleShotConnection);
-    // Not only once the run is over, which tells of itself before it processes events again.
+    // Not just once the run is over: the last status text comes before the last events.
     QRegion paintedInTheRun;
     connect(&doc.statusBar, &QStatusBar::messageChanged, this,
             [&] { paintedInTheRun = painted.area; });
@@ -545,9 +545,9 @@ void TstUnconc::layoutGoesOnBehindADialog()
     QVERIFY(QTest::qWaitForWindowExposed(&doc.tree));
     const QScrollBar *scrollBar = doc.tree.verticalScrollBar();
     TwItem *note = doc.entry(u"1 NOTE a"_s);
-    // The scroll bar learns of a hidden row from the layout.
+    // The layout tells the scroll bar about a hidden row.
     const auto laidOut = [&](bool hide) -> bool {
-        QCoreApplication::processEvents(); // what was due before
+        QCoreApplication::processEvents(); // whatever was pending
         const int before = scrollBar->maximum();
         note->setTwiHidden(hide);
         return QTest::qWaitFor(
@@ -568,7 +568,7 @@ void TstUnconc::layoutGoesOnBehindADialog()
         Qt::SingleShotConnection);
     QCOMPARE(doc.gedcom.unConc(), 186);
     QVERIFY(laidOutBehindDialog);
-    // Nor is anything held back once the run is over.
+    // Nothing is held back once the run is over.
     QVERIFY(laidOut(false));
 }
 

@@ -24,8 +24,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The pieces of the name under which a save has archived its target, as its journal line gives
-/// them: base/ARCH/date/time.name
+/// The pieces of the path under which a save has archived its target, taken from its journal line:
+/// base/ARCH/date/time.name
 struct Archived
 {
     QString base;
@@ -47,8 +47,8 @@ struct Archived
     }
 };
 
-/// Reads these pieces from the last such line of \p journal, for a save of \p path that began not
-/// before \p begin. Fails the test if there is no such line or its times are not those of the save.
+/// Reads these pieces from the last such line of \p journal, for a save of \p path that began at \p
+/// begin or later. Fails the test if there is no such line or its date and time do not fit.
 Archived archivedIn(const QStringList &journal, const QString &path, const QDateTime &begin)
 {
     const QDateTime end = QDateTime::currentDateTime();
@@ -62,7 +62,7 @@ Archived archivedIn(const QStringList &journal, const QString &path, const QDate
                             match.captured(4)};
     QStringList dates;
     QStringList times;
-    // The second may have ticked meanwhile, or the day.
+    // The second may have changed meanwhile, or the day.
     for (QDateTime moment = begin; moment < end.addSecs(1); moment = moment.addSecs(1)) {
         dates += moment.toString(u"yyyy.MM.dd"_s);
         times += moment.toString(u"HH.mm.ss"_s);
@@ -89,7 +89,7 @@ Saved save(Document *doc, const QString &path)
     return {result, journal, archivedIn(journal, path, begin)};
 }
 
-/// The journal of a save that has cut nothing, up to the opening of the target.
+/// The journal of a save without cuts, up to the opening of the target.
 QStringList journalOfCopy(const QString &path, const Archived &archived)
 {
     return {u"INFO : 0 balises > 255 caractères déconcaténées."_s,
@@ -102,7 +102,7 @@ QStringList journalOfSave(const QString &path, const Archived &archived)
          + QStringList{"INFO : Fichier "_L1 + path + u" sauvegardé."_s};
 }
 
-/// What the journal file holds that is written while the journal is this.
+/// The content of a journal file written from this journal.
 QByteArray journalFile(QString journal)
 {
     return journal.replace(u"\r\n"_s, u"\n"_s).append(u'\n').toUtf8();
@@ -113,8 +113,8 @@ QByteArray gedBytes(const QStringList &lines)
     return (lines + QStringList{u"0 TRLR\n"_s}).join(u'\n').toUtf8();
 }
 
-/// All that is in the folder, sorted, directories with a slash at the end. The date and the time of
-/// \p archived read DATE and TIME.
+/// Everything in the folder, sorted; directories end in a slash. The date and time of \p archived
+/// are replaced by DATE and TIME.
 QStringList listing(const QString &folder, const Archived &archived)
 {
     QStringList entries;
@@ -139,7 +139,7 @@ constexpr QFile::Permissions ForWriting =
 constexpr QFile::Permissions ForEntering =
     QFile::ExeOwner | QFile::ExeUser | QFile::ExeGroup | QFile::ExeOther;
 
-/// Opens the folder and everything below it to everyone.
+/// Gives everyone access to the folder and everything below it.
 void openToAll(const QString &folder)
 {
     QFile::setPermissions(folder, ForWriting | ForEntering);
@@ -160,7 +160,7 @@ QString today()
     return QDate::currentDate().toString(u"yyyy.MM.dd"_s);
 }
 
-/// Lets no file grow over \p size bytes while it lives, as on a full disk.
+/// Keeps files from growing beyond \p size bytes while this object lives, as on a full disk.
 class FileSizeLimit
 {
 public:
@@ -184,7 +184,7 @@ private:
     void (*m_handler)(int);
 };
 
-/// The locale of numbers and dates while it lives.
+/// Sets the default locale while this object lives.
 class DefaultLocale
 {
 public:
@@ -285,7 +285,7 @@ void TstWriter::threeFiles()
     const QString base = doc.folder() + u'/' + folder;
     QVERIFY(QDir().mkdir(base));
     const QString path = base + u'/' + name;
-    // The former file is copied as it is, and longer than the one that replaces it.
+    // The former file is copied unchanged; it is longer than the one that replaces it.
     const QByteArray former = QByteArray("\xFF\xFE\0 ancien\r\n\x80", 14).repeated(50);
     writeBytes(path, former);
 
@@ -319,7 +319,7 @@ void TstWriter::toldInOrder()
     for (int i = 0; i < 120; ++i)
         doc.gedcom.addToJournal(u"une ligne"_s, u"INFO"_s);
 
-    // What has reached the disk at a step of the bar: every line is flushed.
+    // What has reached the disk at a step of the bar, since every line is flushed.
     QByteArray document;
     QByteArray journal;
     connect(&doc.progress, &QProgressBar::valueChanged, this, [&](int value) {
@@ -351,13 +351,13 @@ void TstWriter::toldInOrder()
     expected += "status: Sauvegarde du fichier "_L1 + doc.path();
     expected += journalOfCopy(doc.path(), archived).last();
     expected += u"bar shown"_s;
-    // One step a record, the first included; then one a line of the journal.
+    // One step for each record, the first included; then one for each line of the journal.
     for (int value : {0, 100, 200})
         addBar(value, 250);
     expected += journalOfSave(doc.path(), archived).last();
     expected += "status: Fichier "_L1 + doc.path() + u" sauvegardé."_s;
     expected += "status: Sauvegarde du journal "_L1 + archived.journal();
-    // The load has two lines, the save three; behind the last line end stands an empty element.
+    // The load has two lines, the save three; after the last line end there is an empty element.
     for (int value : {0, 100})
         addBar(value, 2 + 120 + 3 + 1);
     expected += "status: Fichier journal "_L1 + archived.journal() + u" sauvegardé."_s;
@@ -392,7 +392,7 @@ void TstWriter::cutLinesAreWritten()
     const Saved second = save(&doc, doc.path());
     QCOMPARE(second.journal, journalOfSave(doc.path(), second.archived));
     QCOMPARE(readBytes(doc.path()), gedBytes(cut));
-    // Folded by the next run, they are cut again by the next save.
+    // The next run folds them, and the next save cuts them again.
     QCOMPARE(doc.gedcom.unConc(), 2);
     QCOMPARE(doc.lines(), lines);
     QVERIFY(save(&doc, doc.path()).result);
@@ -406,7 +406,7 @@ void TstWriter::secondSaveArchivesTheFirst()
     const Saved first = save(&doc, doc.path());
     const QByteArray firstJournal = readBytes(first.archived.journal());
     doc.entry(u"1 NAME Jean /DUPONT/"_s)->setText(2, u"Jean /DURAND/"_s);
-    // Names of the same second would be taken.
+    // Names of the same second would be taken already.
     QTRY_VERIFY(QTime::currentTime().toString(u"HH.mm.ss"_s) != first.archived.time);
     const Saved second = save(&doc, doc.path());
 
@@ -431,7 +431,7 @@ void TstWriter::twoSavesInOneSecond()
     Document doc;
     QVERIFY(doc.load(family()));
     TwItem *name = doc.entry(u"1 NAME Jean /DUPONT/"_s);
-    // The second may tick between the two: then they are tried again, in a new folder.
+    // The second may change between the two saves: then they are repeated in a new folder.
     for (int attempt = 0; attempt < 50; ++attempt) {
         const QString path = doc.folder() + u"/%1/arbre.ged"_s.arg(attempt);
         QVERIFY(QDir().mkdir(QFileInfo(path).path()));
@@ -447,7 +447,7 @@ void TstWriter::twoSavesInOneSecond()
         QCOMPARE(listing(QFileInfo(path).path(), second.archived),
                  (QStringList{u"ARCH/"_s, u"ARCH/DATE/"_s, u"ARCH/DATE/TIME.arbre.ged"_s,
                               u"ARCH/DATE/journal.TIME.arbre.ged"_s, u"arbre.ged"_s}));
-        // The copy is the first one's, the journal the second one's.
+        // The copy comes from the first save, the journal from the second.
         QCOMPARE(readBytes(second.archived.copy()), QByteArray("avant\n"));
         QCOMPARE(readBytes(second.archived.journal()), journalFile(doc.gedcom.getJournal()));
         QCOMPARE(readBytes(path), gedBytes(family().mid(0, 3) + QStringList{u"1 NAME second"_s}));
@@ -467,7 +467,7 @@ void TstWriter::newFile()
     const Saved saved = save(&doc, path);
     QVERIFY(saved.result);
     QCOMPARE(boxes.texts(), QStringList{});
-    // The journal speaks of a copy although there was nothing to be copied.
+    // The journal reports a copy although there was nothing to copy.
     QCOMPARE(saved.archived.base, doc.folder() + "/ailleurs"_L1);
     QCOMPARE(saved.journal, journalOfSave(path, saved.archived));
     QCOMPARE(listing(doc.folder(), saved.archived),
@@ -575,9 +575,9 @@ void TstWriter::deletedAndHiddenEntries()
          {u"0 @I1@ INDI"_s, u"1 BIRT"_s, u"2 PLAC b"_s, u"2 DATE 1950"_s, u"0 @U1@ SUBM"_s})
         QVERIFY(doc.entry(line)->setDelete(true));
     for (const QString &line : {u"0 HEAD"_s, u"1 DEAT"_s})
-        doc.entry(line)->setTwiHidden(true); // what a search hides is still there
+        doc.entry(line)->setTwiHidden(true); // an entry hidden by a search is still written
     QVERIFY(save(&doc, doc.path()).result);
-    // What is live below a deleted entry is written; below a deleted root nothing is.
+    // Live entries below a deleted one are written; those below a deleted root are not.
     QCOMPARE(readBytes(doc.path()),
              gedBytes({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I2@ INDI"_s, u"2 DATE 1900"_s,
                        u"3 MAP"_s, u"1 DEAT"_s, u"0 @U2@ SUBM"_s, u"1 NAME d"_s}));
@@ -637,12 +637,12 @@ void TstWriter::targetFailures()
     prepare(doc.folder());
     const CurrentFolder current(doc.folder());
     AnsweredBoxes boxes;
-    // The box opens when the journal has its line, and the bar is not shown.
+    // The journal line comes before the box, and the bar is not shown.
     QString last;
     boxes.setInspector([&](QMessageBox *) { last = doc.journal().constLast(); });
     Told told(&doc);
     std::optional<Unprivileged> unprivileged(std::in_place);
-    // The framework copies files by their absolute names, past all the folders above.
+    // The framework copies files by their absolute names, through all the folders above.
     std::error_code error;
     if (!std::filesystem::exists(doc.path().toStdString(), error))
         left.removeOne(u"ARCH/DATE/TIME.arbre.ged"_s);
@@ -746,7 +746,7 @@ void TstWriter::journalFailures()
                                "status: Fichier "_L1 + path + u" sauvegardé."_s,
                                "status: Sauvegarde du journal "_L1 + archived.journal(), error}));
     QCOMPARE(doc.status(), "Sauvegarde du journal "_L1 + archived.journal());
-    QVERIFY(doc.progress.isVisible()); // nothing hides it on this way
+    QVERIFY(doc.progress.isVisible()); // nothing hides it in this case
     QCOMPARE(listing(doc.folder(), archived), left);
     QCOMPARE(readBytes(doc.path()), gedBytes(family()));
 }
@@ -766,7 +766,7 @@ void TstWriter::saveAfterFailure()
     QVERIFY(saved.result);
     QVERIFY(doc.progress.isHidden());
     QCOMPARE(readBytes(saved.archived.copy()), gedBytes(family()));
-    // The journal file tells of the failure too.
+    // The journal file reports the failure as well.
     QCOMPARE(readBytes(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
     QVERIFY(readBytes(saved.archived.journal())
                 .contains(u" - ERROR : Erreur d'écriture du fichier journal "_s.toUtf8()));
@@ -825,7 +825,7 @@ void TstWriter::emptyPath()
     std::optional<Unprivileged> unprivileged(std::in_place);
     const Saved saved = save(&doc, QString());
     unprivileged.reset();
-    // Whoever may write to the root of the file system has made an empty folder there.
+    // A user who may write to the root of the file system has made an empty folder there.
     if (!wasThere) {
         QDir().rmdir(saved.archived.folder());
         QDir().rmdir(u"/ARCH"_s);
@@ -907,8 +907,8 @@ void TstWriter::encodings()
     doc.gedcom.addToJournal(u"家族 \U0001F600 é"_s, u"INFO"_s);
     const Saved saved = save(&doc, doc.path());
     QVERIFY(saved.result);
-    // Whatever it was, it is written as UTF-8 without a mark, with line feeds; the copy is not
-    // recoded.
+    // Whatever the encoding was, the document is written as UTF-8 without a byte-order mark, with
+    // line feeds; the copy is not recoded.
     QCOMPARE(readBytes(doc.path()),
              u"0 HEAD\n1 NOTE Éloïse œuvre à Łódź — 家族 \U0001F600\n0 TRLR\n"_s.toUtf8());
     QCOMPARE(readBytes(saved.archived.copy()), file);
@@ -925,7 +925,7 @@ void TstWriter::halfACharacter()
     doc.entry(u"1 NOTE b"_s)->setText(2, u"b"_s + QChar(0xDE00) + u'b');
     const Saved saved = save(&doc, doc.path());
     QVERIFY(saved.result);
-    // What stands for the half is the framework's choice; all around it is as it was.
+    // The framework chooses what replaces the half; everything around it is unchanged.
     QStringList lines = readLines(doc.path());
     QCOMPARE(lines.size(), 5);
     QVERIFY2(lines.at(1).startsWith("1 NOTE a"_L1) && lines.at(1).endsWith(u'a'),
@@ -955,7 +955,7 @@ void TstWriter::fullDisk()
     std::optional<FileSizeLimit> full(limit);
     const Saved saved = save(&doc, doc.path());
     full.reset();
-    // Nobody looks at what the stream says: the save counts as done. The archive copy is what is
+    // The state of the stream is not checked: the save counts as done. Only the archive copy is
     // left of the document.
     QVERIFY(saved.result);
     QCOMPARE(boxes.texts(), QStringList{});
@@ -969,7 +969,7 @@ void TstWriter::fullDisk()
 
 void TstWriter::numbersWhateverTheLocale()
 {
-    // Other digits, and thousands apart.
+    // Other digits, and grouped thousands.
     const DefaultLocale locale(QLocale(QLocale::Arabic, QLocale::Egypt));
     QCOMPARE(QLocale().toString(1234), u"١٬٢٣٤"_s);
     Document doc;
@@ -983,7 +983,7 @@ void TstWriter::numbersWhateverTheLocale()
     QCOMPARE(doc.newJournal().constLast(), u"INFO : 1100 balises CONC reconcaténées."_s);
     QCOMPARE(doc.status(), u"1100 balises CONC reconcaténées."_s);
 
-    const Saved saved = save(&doc, doc.path()); // which looks at the digits of the names
+    const Saved saved = save(&doc, doc.path()); // which checks the digits of the names
     QVERIFY(saved.result);
     QCOMPARE(saved.journal.first(), u"INFO : 1 balises > 255 caractères détectées, "
                                     "déconcaténation..."_s);
@@ -993,7 +993,7 @@ void TstWriter::numbersWhateverTheLocale()
 
 void TstWriter::textsAreTranslated()
 {
-    // Entries keep the word of their tool tips from the first one on.
+    // The word of the tool tips is translated only once, for the first entry.
     const TwItem first(1);
     const MarkingTranslator translator;
     const AnsweredBoxes boxes;
@@ -1022,7 +1022,7 @@ void TstWriter::textsAreTranslated()
              (QStringList{u"[Gedcom]Erreur"_s, u"[Gedcom]Erreur"_s, u"[Gedcom]Erreur d'écriture"_s,
                           u"[Gedcom]Erreur d'écriture du journal"_s}));
     told += boxes.texts();
-    // Without the record that is quoted.
+    // Without the quoted record.
     static const QRegularExpression level(u"^(INFO|ERROR) : "_s);
     told += doc.journal().filter(level).replaceInStrings(level, QString());
     QCOMPARE(told.size(), 41);
@@ -1088,7 +1088,7 @@ void TstWriter::roundTrip()
     QVERIFY(saved.result);
     QCOMPARE(readBytes(saved.archived.copy()), file);
 
-    // A line over the limit comes back as pieces; put together they are that line again.
+    // A line over the limit comes back in pieces, which together give that line again.
     const QStringList lines = readLines(doc.path());
     QStringList together;
     qsizetype next = 0;
@@ -1167,7 +1167,7 @@ void TstWriter::saveAsThenSave()
     QCOMPARE(readBytes(other), gedBytes(family()));
     QVERIFY(session.progress()->isHidden());
 
-    // The first file stays the document's home.
+    // The document still belongs to the first file.
     writeBytes(other, "autre\n");
     writeBytes(session.path(), "avant\n");
     const QDateTime begin = QDateTime::currentDateTime();
@@ -1187,7 +1187,7 @@ void TstWriter::cancelledSaveAs()
     const AnsweredBoxes boxes;
     AnsweredFileDialogs dialogs{QString()};
     const bool wasThere = QFileInfo::exists(u"/ARCH"_s);
-    // The save that follows goes to the root of the file system.
+    // The save after it goes to the root of the file system.
     std::optional<Unprivileged> unprivileged;
     dialogs.setInspector([&](QFileDialog *) { unprivileged.emplace(); });
     const QDateTime begin = QDateTime::currentDateTime();

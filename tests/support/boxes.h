@@ -8,7 +8,7 @@
 
 #include <functional>
 
-/// Presses Ok on each message box that opens while it lives, and keeps what the boxes said.
+/// Presses Ok on each message box that opens while this object lives, and keeps what they said.
 class AnsweredBoxes
 {
 public:
@@ -28,7 +28,7 @@ public:
     /// Whether every box was a critical one with the single button Ok, no default button set by
     /// the program, and the parent \p parent.
     [[nodiscard]] bool allCritical(const QWidget *parent) const;
-    /// Is called with each box before its button is pressed.
+    /// The inspector is called with each box before its button is pressed.
     void setInspector(std::function<void(QMessageBox *)> inspector);
 
 private:

@@ -4,8 +4,8 @@
 #include <QDir>
 #include <QString>
 
-/// Makes a folder the current one of the process while it lives, so that relative paths start from
-/// it, and a user who may not enter the folders above can still work in it.
+/// Makes a folder the current one while this object lives: relative paths start there, and a user
+/// without access to the folders above can still work in it.
 class CurrentFolder
 {
 public:

@@ -7,7 +7,7 @@
 #include <functional>
 #include <utility>
 
-/// Gives each debug line to a function while it lives.
+/// Passes each debug line to a function while this object lives.
 class DebugListener
 {
 public:

@@ -10,8 +10,8 @@
 #include <QTemporaryDir>
 #include <QTreeWidget>
 
-/// The lines of a journal without their times. A quoted record goes on over lines that have none;
-/// these come back as they are. The empty text behind the last line end is left out.
+/// The lines of a journal without their times. The further lines of a quoted record have none and
+/// come back unchanged. The empty text after the last line end is left out.
 QStringList journalWithoutTimes(const QString &journal);
 
 /// Writes \p lines, each ended by a line feed, to \p path. Fails the test if that cannot be done.
@@ -23,19 +23,19 @@ void writeBytes(const QString &path, const QByteArray &bytes);
 /// The bytes of the file.
 QByteArray readBytes(const QString &path);
 
-/// The lines of a UTF-8 file; the text behind the last line feed, if any, is the last of them.
+/// The lines of a UTF-8 file. Text after the last line feed counts as a line.
 QStringList readLines(const QString &path);
 
-/// \p lines with \p other in the place of the first that reads \p line, which must be there.
+/// \p lines with the first \p line replaced by \p other. The line must exist.
 QStringList replaced(QStringList lines, const QString &line, const QString &other);
 
-/// \p lines with \p added behind the first that reads \p line, which must be there.
+/// \p lines with \p added after the first \p line, which must exist.
 QStringList insertedBehind(QStringList lines, const QString &line, const QString &added);
 
-/// The row of the tree that is the section of this label, which must be there.
+/// The row of the section with this label, which must exist.
 TwItem *sectionNode(const QTreeWidget &tree, const QString &label);
 
-/// A document with the three widgets that it borrows, in a temporary folder of its own.
+/// A document with the three widgets it borrows, in its own temporary folder.
 class Document
 {
 public:
@@ -44,7 +44,7 @@ public:
 
     /// Writes \p lines and the trailer to path() and loads that file.
     bool load(const QStringList &lines);
-    /// Loads path() as it is.
+    /// Loads the existing file path().
     bool loadFile();
 
     /// The file of load(), "arbre.ged" in the temporary folder.
@@ -53,16 +53,16 @@ public:
     {
         return m_folder.path();
     }
-    /// The names in the archive folder of today, sorted; empty if there is none.
+    /// The names in today's archive folder, sorted; empty if there is no such folder.
     [[nodiscard]] QStringList archive() const;
 
     /// The journal without its times.
     [[nodiscard]] QStringList journal() const;
-    /// The journal lines that have come since the last call of this, without their times.
+    /// The journal lines added since the last call, without their times.
     QStringList newJournal();
-    /// The lines that a save would write, the trailer left out.
+    /// The lines that a save would write, without the trailer.
     [[nodiscard]] QStringList lines() const;
-    /// The first entry in file order, deleted ones counted, with this line text; null if none.
+    /// The first entry with this line text, in file order and including deleted ones; null if none.
     [[nodiscard]] TwItem *entry(const QString &line) const;
     [[nodiscard]] QString status() const
     {

@@ -7,12 +7,12 @@
 
 #include <functional>
 
-/// Answers each file dialog that opens while it lives: types \p answer into its name field and
-/// accepts it, or cancels the dialog if the answer is empty. Keeps the last dialog's properties.
+/// Answers each file dialog that opens while this object lives: types \p answer into the name field
+/// and accepts, or cancels if the answer is empty. Keeps the last dialog's properties.
 class AnsweredFileDialogs
 {
 public:
-    /// Several files are given in quotes, separated by blanks, as a user would type them.
+    /// Several files are quoted and separated by blanks, as a user would type them.
     explicit AnsweredFileDialogs(const QString &answer);
     Q_DISABLE_COPY_MOVE(AnsweredFileDialogs)
 
@@ -44,7 +44,7 @@ public:
     {
         return m_parentWidget;
     }
-    /// Is called with each dialog before it is answered.
+    /// The inspector is called with each dialog before it is answered.
     void setInspector(std::function<void(QFileDialog *)> inspector);
 
 private:

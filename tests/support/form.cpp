@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What \p group catches in the journal line of each deletion, with blanks between.
+/// What \p group captures in the journal line of each deletion, separated by blanks.
 QString deletions(const QStringList &journal, const QString &group)
 {
     static const QRegularExpression rx(
@@ -72,7 +72,7 @@ QStringList Form::filesImport() const
 {
     const qsizetype before = journal().size();
     apply({u"gbSetURLLinks"_s, u"leStrPlitCsv=,"_s});
-    set({u"gbSetURLLinks"_s}); // as it was, since a run empties the form
+    set({u"gbSetURLLinks"_s}); // the run has unchecked it
     const QString loading = u"INFO : Chargement du fichier de correspondance "_s;
     QStringList files = journal().mid(before).filter(loading);
     return files.replaceInStrings(loading, QString());

@@ -10,7 +10,7 @@
 
 class QWidget;
 
-// What a run asks for when the form lacks it.
+// The messages of a run about what the form lacks.
 inline const QString NoFiles = QStringLiteral(
     "Veuillez sélectionner les fichiers de correspondance avant d'importer les liens médias.");
 inline const QString NoCsvSeparator =
@@ -24,11 +24,12 @@ inline const QString NoText =
 /// What is checked and filled in the panel of \p window, sorted: "gbDelTags", "leTagsToDel=NOTE".
 QStringList formState(const QWidget *window);
 
-/// The window on screen with an open file, its form as a user fills it, and the boxes answered.
+/// The window on screen with an open file, and its form as a user fills it. Message boxes are
+/// answered.
 class Form : public Session
 {
 public:
-    /// \p lines are those of the file, without the trailer.
+    /// \p lines are the file's lines without the trailer.
     explicit Form(const QStringList &lines, const QByteArray &parameters = {});
 
     [[nodiscard]] QStringList state() const
@@ -51,8 +52,8 @@ public:
     [[nodiscard]] QString deletedTags() const;
     /// Their lines in the file.
     [[nodiscard]] QString deletedLines() const;
-    /// The correspondence files. No widget shows them, but a run names each one that it loads, up
-    /// to the first that is missing. It empties the form, all but the group of the links.
+    /// The chosen correspondence files. No widget shows them, but a run logs each one it loads, up
+    /// to the first that is missing. The run empties the form; the link group is checked again.
     [[nodiscard]] QStringList filesImport() const;
 
 private:

@@ -3,7 +3,7 @@
 
 #include <QTranslator>
 
-/// Translates every text of the program into its context and itself while it lives.
+/// While this object lives, translates every text of the program into "[Context]text".
 class MarkingTranslator : public QTranslator
 {
 public:

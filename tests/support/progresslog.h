@@ -6,8 +6,8 @@
 
 class QProgressBar;
 
-/// What the progress bar goes through, in order: "show", "100 of 250" for each new value, "hide",
-/// and "events at 100" for each time that events are processed.
+/// Records what happens to the progress bar, in order: "show", "hide", "100 of 250" for each new
+/// value, and "events at 100" each time events are processed.
 class ProgressLog : public QObject
 {
 public:

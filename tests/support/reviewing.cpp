@@ -28,7 +28,7 @@ QStringList marked(const QStringList &lines, const QString &shown, const QString
         const bool named = numbers.removeAll(QString::number(i + 1)) > 0;
         rows += (named != everything ? "visible: "_L1 : "hidden: "_L1) + lines.at(i);
     }
-    return rows + numbers; // what is no line makes a difference, too
+    return rows + numbers; // a number without a line is a difference
 }
 
 ReviewSession::ReviewSession(const QStringList &lines)
@@ -54,7 +54,7 @@ void ReviewSession::type(const QString &text) const
     field()->selectAll();
     if (text.isEmpty())
         QTest::keyClick(field(), Qt::Key_Delete);
-    for (const QChar letter : text) // which need not be one of ASCII
+    for (const QChar letter : text) // which may lie outside ASCII
         QTest::sendKeyEvent(QTest::Click, field(), Qt::Key_unknown, letter, Qt::NoModifier);
     QCOMPARE(field()->text(), text);
 }
@@ -219,7 +219,7 @@ void addProgressColumns()
     QTest::addColumn<int>("size");
     QTest::addColumn<QStringList>("expected"); // between the first events and the end
     QTest::addColumn<int>("value"); // at the end
-    QTest::addColumn<QStringList>("again"); // the same of a second run, with the events before
+    QTest::addColumn<QStringList>("again"); // the same for a second run, with the events before it
 }
 
 void compareProgress(ReviewedDocument *review)
@@ -236,7 +236,7 @@ void compareProgress(ReviewedDocument *review)
     QCOMPARE(log.entries(), whole);
     QCOMPARE(review->progress.minimum(), 0);
     QCOMPARE(review->progress.maximum(), size);
-    QCOMPARE(review->progress.value(), value); // it is hidden rather than reset
+    QCOMPARE(review->progress.value(), value); // it is hidden, not reset
     QVERIFY(review->progress.isHidden());
 
     review->filter();
@@ -258,7 +258,7 @@ void compareTranslation(ReviewedDocument *review)
 void compareCheckBox(const ReviewSession &session, const QString &box, const QStringList &filtered,
                      const QString &concluded)
 {
-    // On top of a search, whose text stays.
+    // After a search, whose text stays.
     const QString text = session.text(u"leRecherche"_s);
     session.toggle(box);
     QVERIFY(session.isChecked(box));
@@ -266,10 +266,10 @@ void compareCheckBox(const ReviewSession &session, const QString &box, const QSt
     QCOMPARE(session.status(), concluded);
     QCOMPARE(session.text(u"leRecherche"_s), text);
     QVERIFY(session.progress()->isHidden());
-    for (int i = 0; i < SectionNodes - 1; ++i) // but the notes, of which there are none
+    for (int i = 0; i < SectionNodes - 1; ++i) // except the notes, of which there are none
         QVERIFY(!session.tree()->topLevelItem(i)->isHidden());
 
-    // Unchecked, it shows all but the deleted row. To empty the field is an edit of it.
+    // Unchecked, it shows all but the deleted row and clears the field, which counts as an edit.
     session.toggle(box);
     QVERIFY(!session.isChecked(box));
     const QStringList all = allShown(filtered);

@@ -18,17 +18,17 @@ class QStatusBar;
 class QTreeWidget;
 class QTreeWidgetItem;
 
-// The boxes of the review tools.
+// The check boxes of the review tools.
 inline const QString Sensitive = QStringLiteral("cbFiltreSensible");
 inline const QString Regex = QStringLiteral("cbFiltrerRegex");
 inline const QString DateDiff = QStringLiteral("cbSourceDateDiff");
 inline const QString MultiUse = QStringLiteral("cbSourceMultiUse");
 
-/// What the status bar says at any edit of the search field.
+/// The status text after any edit of the search field.
 inline const QString Hint = QStringLiteral("Valider la recherche par la touche entrée");
 
-/// The lines of a file. The records stand in the order of their sections, so that the rows of the
-/// tree are in the order of the file.
+/// The lines of a file. Its records are in the order of the sections, so the rows of the tree
+/// follow the file.
 inline const QStringList Family{
     QStringLiteral("0 HEAD"), // 1
     QStringLiteral("1 CHAR UTF-8"),
@@ -72,66 +72,65 @@ inline const QStringList Family{
 
 inline constexpr int SectionNodes = 7; // the first rows at the top of the tree
 
-/// For marked(), all lines.
+/// Stands for all lines in marked().
 inline const QString Everything = QStringLiteral("all");
 
-/// The rows of a tree in which those lines are visible that \p shown tells by their numbers, with
-/// blanks between them; Everything means all but those of \p hidden.
+/// The rows of a tree of \p lines. \p shown lists the numbers of the visible ones, separated by
+/// blanks; Everything means all but those listed in \p hidden.
 QStringList marked(const QStringList &lines, const QString &shown, const QString &hidden = {});
 
-/// The window on screen, with a file that was opened by its menu, and the review tools as a user
-/// handles them.
+/// The window on screen with a file opened from its menu, and the review tools as a user handles
+/// them.
 class ReviewSession : public Session
 {
 public:
-    /// \p lines are those of the file, without the trailer.
+    /// \p lines are the file's lines without the trailer.
     explicit ReviewSession(const QStringList &lines);
 
     [[nodiscard]] QLineEdit *field() const;
     [[nodiscard]] QStatusBar *statusBar() const;
 
-    /// Types \p text over what stands in the search field.
+    /// Replaces the text of the search field by typing \p text.
     void type(const QString &text) const;
     /// Presses Enter in it.
     void enter() const;
     void search(const QString &text) const;
-    /// Clicks on a box, which must change by that.
+    /// Clicks on a box, which must change its state.
     void toggle(const QString &box) const;
 
-    /// The status texts that have come since the last call of this.
+    /// The status texts since the last call.
     QStringList takeTold();
 
-    /// All rows of the tree but the section nodes, the hidden ones too.
+    /// All rows of the tree, hidden ones included, except the section nodes.
     [[nodiscard]] QList<TwItem *> entries() const;
-    /// Each of them as marked() has it, with its own state, whatever that of those above it.
+    /// Each of them in the form of marked(), by its own hidden state whatever its parents' state.
     [[nodiscard]] QStringList rows() const;
     /// Their pictures.
     [[nodiscard]] QStringList pictures() const;
 
 private:
-    mutable QStringList m_told; // a session that only looks on is const
+    mutable QStringList m_told; // filled by a signal, also in const sessions
 };
 
-/// A row as text: a sign, the line, and behind " | " the tool tip, if it is given. The sign is ' '
-/// for a hidden row, '+' for a shown one, '*' for a shown red one, '#' for a red one that is
-/// hidden, '-' for a deleted one and '=' for a deleted red one.
+/// A row as text: a sign, the line and, if given, " | " with the tool tip. The signs: ' ' hidden,
+/// '+' shown, '*' shown and red, '#' hidden and red, '-' deleted, '=' deleted and red.
 QString picture(TwItem *twi, bool shown, bool red, const QString &toolTip = {});
 
-/// The row as it is, with the tool tip if a filter gave it one. What the filters have no business
-/// with is told, too.
+/// The row as it is now, with its tool tip if a filter has set one. Anything that no filter may
+/// touch is appended if it has changed.
 QString picture(TwItem *twi);
 
-/// The pictures with all rows shown that are not deleted.
+/// The pictures with every row shown that is not deleted.
 QStringList allShown(QStringList pictures);
 
-/// A document made of pictures, of which only the lines and the deletions count.
+/// A document made from pictures, of which only the lines and the deletion marks are used.
 class ReviewedDocument : public Document
 {
 public:
     explicit ReviewedDocument(const QStringList &pictures);
     virtual ~ReviewedDocument() = default;
 
-    /// All entries in file order, deleted ones too.
+    /// All entries in file order, deleted ones included.
     [[nodiscard]] QList<TwItem *> entries() const
     {
         return m_entries;
@@ -142,46 +141,46 @@ public:
     [[nodiscard]] QStringList statusAndBar() const;
 
     void hideAll();
-    /// What the check box of the filter does.
+    /// Does what the check box of the filter does.
     virtual void filter() = 0;
 
 private:
     QList<TwItem *> m_entries;
 };
 
-/// Filters a document of 250 entries that count, and compares all that it reports.
+/// Filters a document with 250 entries that count, and compares everything it reports.
 void compareFrame(ReviewedDocument *review, const QString &announced, const QString &concluded);
 
-/// The columns of what compareProgress() expects.
+/// Adds the columns that compareProgress() reads.
 void addProgressColumns();
 
-/// Filters twice, and compares what the bar goes through with what the row says of \p review, whose
-/// range is the size of the row.
+/// Filters \p review twice and compares the moves of the bar with the row; the row's size is the
+/// bar's range.
 void compareProgress(ReviewedDocument *review);
 
-/// Filters with every text translated, and looks for a translation in both status texts.
+/// Filters with every text translated, and checks that both status texts are.
 void compareTranslation(ReviewedDocument *review);
 
-/// Checks the box of a filter on top of a search, unchecks it and does so again, and compares the
-/// rows and the status text each time. \p filtered are the pictures under the filter.
+/// Checks and unchecks a filter's box twice after a search, comparing rows and status text each
+/// time. \p filtered are the pictures under the filter.
 void compareCheckBox(const ReviewSession &session, const QString &box, const QStringList &filtered,
                      const QString &concluded);
 
-/// Calls the slot of a filter's box with each state, of which only the unchecked one shows all.
+/// Calls the slot of a filter's box with each state; only the unchecked one shows everything.
 void compareBoxStates(const char *slot);
 
-/// Filters the document that has been loaded, and compares what a save writes with its file.
+/// Filters the loaded document and checks that a save writes the file it came from.
 void compareSave(ReviewedDocument *review);
 
-/// The column "seed" with a row for each generated document.
+/// Adds the column "seed" with a row for each generated document.
 void addSeeds();
 
-/// The pictures of \p lines when all are hidden.
+/// The pictures of \p lines, all hidden.
 QStringList allHidden(QStringList lines);
 
-/// Runs a filter over \p review, and the same put down plainly as \p plain, while more and more
-/// entries are deleted, and compares what they leave. \p concluded makes the status text of a
-/// count, which must each time be more than \p least, or chance has done little.
+/// Compares a filter with \p plain, its simplest form, while more and more entries are deleted. \p
+/// concluded is the status text for a count. Each count must exceed \p least, or the generated
+/// document shows too little.
 template <typename PlainFilter>
 void compareWithPlainFilter(ReviewedDocument *review, PlainFilter *plain, QRandomGenerator *random,
                             QString (*concluded)(qsizetype), qsizetype least)
@@ -202,17 +201,17 @@ void compareWithPlainFilter(ReviewedDocument *review, PlainFilter *plain, QRando
     QCOMPARE(review->columns(), columns);
 }
 
-/// The labels and counts of the section nodes, and the beginnings of what else is at the top of the
-/// tree; behind "hidden: " if the row is.
+/// The first two columns of the top-level rows, that is the labels and counts of the sections,
+/// prefixed with "hidden: " where the row is hidden.
 QStringList topRows(const QTreeWidget &tree);
 
 /// The texts of all columns of the row.
 QStringList columnTexts(const QTreeWidgetItem *row);
 
-/// Does \p what among the events that are processed at the next move of the bar.
+/// Does \p what as one of the events processed at the next move of the bar.
 void atNextMove(QProgressBar *bar, const std::function<void()> &what);
 
-/// Replaces, given a text, the new text and the tags; deletes, given a tag, or a tag and a value.
+/// With three arguments (text, new text, tags) replaces; with one or two (tag, value) deletes.
 void change(Gedcom *gedcom, const QStringList &arguments);
 
 #endif // REVIEWING_H

@@ -7,7 +7,7 @@
 
 int runTest(int argc, char **argv, QObject *(*makeTest)())
 {
-    // File dialogs remember things below the home directory.
+    // File dialogs store settings below the home directory.
     const QTemporaryDir home;
     qputenv("HOME", home.path().toLocal8Bit());
     qputenv("XDG_CONFIG_HOME", home.filePath(QStringLiteral("config")).toLocal8Bit());

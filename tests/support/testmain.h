@@ -3,11 +3,11 @@
 
 #include <QTest>
 
-/// Runs the test offscreen, whatever the display of the machine, with a home of its own that goes
-/// away at the end, and with the framework's own file dialogs.
+/// Runs the test offscreen, whatever the display of the machine, with a temporary home directory
+/// and non-native file dialogs.
 int runTest(int argc, char **argv, QObject *(*makeTest)());
 
-/// The main function of a test class, which stands in a source file with its .moc.
+/// The main function of a test class. The source file must include its .moc.
 #define VARLUNE_TEST_MAIN(TestClass)                                                               \
     int main(int argc, char **argv)                                                                \
     {                                                                                              \

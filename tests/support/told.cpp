@@ -13,7 +13,7 @@ Told::Told(Document *doc) : m_doc(doc)
 {
     doc->newJournal();
     connect(&doc->statusBar, &QStatusBar::messageChanged, this, [this](const QString &text) {
-        // The timer of a time-out is gone by the next text.
+        // A status text with a time-out owns a timer until the next text.
         const bool timed = m_doc->statusBar.findChild<QTimer *>();
         noteText((timed ? "status for a while: "_L1 : "status: "_L1) + text);
     });

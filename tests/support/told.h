@@ -36,8 +36,8 @@ private:
     QStringList m_told;
 };
 
-/// \p journal with the moves of the bar that a run makes while it writes it: {10, "20 of 25"}
-/// stands for a move, and the events after it, behind the tenth line.
+/// \p journal with the moves of the bar inserted: {10, "20 of 25"} means that after the tenth line
+/// the bar moved and events were processed.
 QStringList withMoves(const QStringList &journal, const QMap<int, QString> &moves);
 
 #endif // TOLD_H

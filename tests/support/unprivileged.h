@@ -3,8 +3,8 @@
 
 #include <QtGlobal>
 
-/// Gives up the rights of the superuser while it lives, so that file permissions count; does
-/// nothing for anyone else.
+/// Drops the superuser's rights while this object lives, so that file permissions apply. Does
+/// nothing for other users.
 class Unprivileged
 {
 public:

@@ -16,24 +16,24 @@ class QProgressBar;
 class QTreeWidget;
 class TwItem;
 
-/// The path of a file that lies beside the executable.
+/// The path of a file beside the executable.
 QString besideExecutable(const QString &name);
 
-/// The window as the program starts it, not shown yet. It reads a parameter file while it is built;
-/// for that time one that holds \p parameters lies beside the executable.
+/// The window as the program builds it, not shown yet. While it is built, a parameter file with the
+/// content \p parameters lies beside the executable.
 std::unique_ptr<MainWindow> makeWindow(const QByteArray &parameters = {});
 
-/// The user's documents folder. A session makes it, since dialogs open there.
+/// The user's documents folder, where dialogs open. A session creates it.
 QString documentsFolder();
 
-/// What a journal window shows, without the times.
+/// The text of a journal window without the times.
 QStringList journalIn(const FenJournal *fenJournal);
 
-/// Clicks on the indicator of a check box or radio button, which is wider than what answers.
+/// Clicks on the indicator of a check box or radio button: the rest of the widget may not react.
 void clickIndicator(QAbstractButton *button);
 
-/// The real window, with a temporary folder of its own for the files to open. A control that the
-/// window does not have ends the test.
+/// The real window, with its own temporary folder for the files to open. Asking for an unknown
+/// control aborts the test.
 class Session
 {
 public:
@@ -50,13 +50,13 @@ public:
     }
     [[nodiscard]] QProgressBar *progress() const;
     [[nodiscard]] QTreeWidget *tree() const;
-    /// The first row of the tree that reads \p line, which must be there.
+    /// The first row of the tree with the text \p line, which must exist.
     [[nodiscard]] TwItem *row(const QString &line) const;
     [[nodiscard]] QString status() const;
     /// Whether the user can reach the widget or the action.
     [[nodiscard]] bool isEnabled(const QString &control) const;
     [[nodiscard]] bool isChecked(const QString &control) const;
-    /// What stands in the field.
+    /// The text of the field.
     [[nodiscard]] QString text(const QString &field) const;
 
     [[nodiscard]] QString path(const QString &name = QStringLiteral("arbre.ged")) const
@@ -69,28 +69,29 @@ public:
     }
 
     void trigger(const QString &action) const;
-    /// Clicks with the mouse on a button that must be enabled.
+    /// Clicks on a button, which must be enabled.
     void click(const QString &button) const;
     /// "gbDelTags" checks a control, "!gbDelTags" unchecks it, "leTagsToDel=NOTE" fills one; "~"
     /// stands for the folder of the document.
     void set(const QStringList &settings) const;
-    /// Makes the settings, then presses the button that runs what the form chooses.
+    /// Makes the settings, then presses the button that applies the form.
     void apply(const QStringList &settings = {}) const;
-    /// Presses a button that opens a file dialog, and answers that; an empty answer cancels it.
+    /// Presses a button that opens a file dialog, and answers the dialog; an empty answer cancels
+    /// it.
     void pick(const QString &button, const QString &answer) const;
 
-    /// Opens \p file through the dialog; an empty path cancels it.
+    /// Opens \p file through the file dialog; an empty path cancels it.
     void open(const QString &file) const;
     /// Writes \p lines to path() and opens it.
     void load(const QStringList &lines) const;
-    /// Clicks on pbReadSequence while \p sequence lies beside the executable.
+    /// Plays \p sequence, which lies beside the executable meanwhile.
     void play(const QByteArray &sequence) const;
 
-    /// The journal windows, the oldest first.
+    /// The journal windows, oldest first.
     [[nodiscard]] QList<FenJournal *> journalWindows() const;
     /// Opens a journal window.
     [[nodiscard]] FenJournal *openJournal() const;
-    /// The whole journal, read in a window of its own that goes away again, without the times.
+    /// The whole journal without the times, read from a journal window opened for that.
     [[nodiscard]] QStringList journal() const;
 
     std::unique_ptr<MainWindow> window;
