@@ -61,6 +61,8 @@ public:
 
 } // namespace
 
+/// Applying the form: what it asks for first, the order of its groups, and how it is reset. For the
+/// form itself see tst_form.
 class TstApply : public QObject
 {
     Q_OBJECT

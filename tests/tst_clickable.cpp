@@ -155,6 +155,7 @@ QStringList person(int count)
 
 } // namespace
 
+/// Turning web addresses into links in Markdown or HTML.
 class TstClickable : public QObject
 {
     Q_OBJECT

@@ -355,6 +355,8 @@ private:
 
 } // namespace
 
+/// Links to media from correspondence files: how lines are read, matched with media and put into
+/// sources, and what is copied. Links in events are in tst_medialinks.
 class TstCorrespondence : public QObject
 {
     Q_OBJECT

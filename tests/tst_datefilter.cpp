@@ -423,6 +423,7 @@ QStringList generatedLines(QRandomGenerator *random)
 
 } // namespace
 
+/// The filter for sources whose date is not that of the event.
 class TstDatefilter : public QObject
 {
     Q_OBJECT

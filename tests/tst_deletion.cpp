@@ -49,6 +49,7 @@ QStringList deletionJournal(QStringList entries)
 
 } // namespace
 
+/// The deletion of tags: patterns, conditions and the order in which entries go.
 class TstDeletion : public QObject
 {
     Q_OBJECT

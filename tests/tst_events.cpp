@@ -207,6 +207,7 @@ void addOperations()
 
 } // namespace
 
+/// The window while an operation processes events: what the user can do in the middle of it.
 class TstEvents : public QObject
 {
     Q_OBJECT

@@ -302,6 +302,8 @@ void clickTitle(QGroupBox *group)
 
 } // namespace
 
+/// The form by itself, without a window that handles it: its widgets, their layout and texts, and
+/// how they enable each other. For applying it see tst_apply, for its pickers tst_pickers.
 class TstForm : public QObject
 {
     Q_OBJECT

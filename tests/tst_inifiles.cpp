@@ -170,6 +170,7 @@ QByteArray marked(QStringConverter::Encoding encoding, const QString &text)
 
 } // namespace
 
+/// PARAM.INI, which presets the form, and SEQUENCE.INI, which fills and runs it step by step.
 class TstInifiles : public QObject
 {
     Q_OBJECT

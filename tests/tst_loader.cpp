@@ -149,6 +149,7 @@ QString endOfLoad(int lineCount)
 
 } // namespace
 
+/// Reading a file: encodings, the place of lines and records in the tree, and refused files.
 class TstLoader : public QObject
 {
     Q_OBJECT

@@ -130,6 +130,8 @@ void processDeferredDeletes()
 
 } // namespace
 
+/// The window around the form: menus, status bar, tree, journal and About windows, opening a file,
+/// and how actions and slots are connected.
 class TstMainWindow : public QObject
 {
     Q_OBJECT

@@ -300,6 +300,8 @@ void noteRow(const QString &name, const QString &parent, const QString &event)
 
 } // namespace
 
+/// Links to media in sources, events and both: where the new lines come, what is deleted with them
+/// and what is copied.
 class TstMedialinks : public QObject
 {
     Q_OBJECT

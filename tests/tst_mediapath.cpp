@@ -41,6 +41,7 @@ QStringList mediaRecord(int count)
 
 } // namespace
 
+/// Replacing or removing the folder of media files.
 class TstMediapath : public QObject
 {
     Q_OBJECT

@@ -493,6 +493,7 @@ QString generatedDestination(QRandomGenerator &random, const PlainDocument &plai
 
 } // namespace
 
+/// Moving, copying and creating tags.
 class TstMove : public QObject
 {
     Q_OBJECT

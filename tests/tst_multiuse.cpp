@@ -240,6 +240,7 @@ QStringList generatedLines(QRandomGenerator *random)
 
 } // namespace
 
+/// The filter for sources that several events of one date cite.
 class TstMultiuse : public QObject
 {
     Q_OBJECT

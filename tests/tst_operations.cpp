@@ -47,13 +47,17 @@ QMap<QString, QByteArray> filesBelow(const QString &folder)
 
 } // namespace
 
-/// Plays whole files: a case is "cas.avant.ged", the "cas.sequence" that is played on it, the
-/// "cas.apres.ged" that is saved, and "cas.journal.txt", what the journal has gained by then, less
-/// its times and with the folder of the file as DOSSIER. The texts of the messages, where there are
-/// any, stand in "cas.messages.txt".
+/// Every operation on whole files, played from the form as a sequence. A case in data/<operation>/:
 ///
-/// What is in "cas.fichiers" lies beside the file, in the folder from which paths start, with an
-/// empty folder "choix"; "cas.copies" is what that holds afterwards.
+///   cas.avant.ged     the file
+///   cas.sequence      what is played
+///   cas.apres.ged     the saved file
+///   cas.journal.txt   what the sequence adds to the journal, without times; DOSSIER stands for the
+///                     folder of the file
+///   cas.messages.txt  the texts of the message boxes, if there are any
+///   cas.fichiers/     files beside the file, in the current folder; an empty folder "choix" is
+///                     there as well
+///   cas.copies/       what "choix" contains afterwards
 class TstOperations : public QObject
 {
     Q_OBJECT

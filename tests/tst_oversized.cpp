@@ -98,6 +98,7 @@ void addUncut(const char *name, const QStringList &record, int left)
 
 } // namespace
 
+/// Cutting lines of over 255 characters.
 class TstOversized : public QObject
 {
     Q_OBJECT

@@ -116,6 +116,8 @@ void addPickers()
 
 } // namespace
 
+/// The buttons of the form that fill its fields: from the current row of the tree, or from a file
+/// dialog.
 class TstPickers : public QObject
 {
     Q_OBJECT

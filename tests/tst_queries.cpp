@@ -213,6 +213,7 @@ QStringList split(const QString &path, QChar separator)
 
 } // namespace
 
+/// Finding entries: patterns of tags, paths down and up the tree, lists by text or expression.
 class TstQueries : public QObject
 {
     Q_OBJECT

@@ -140,6 +140,7 @@ void replacementRow(const char *name, const QStringList &lines, const Arguments 
 
 } // namespace
 
+/// Replacing text, plain or by regular expression.
 class TstReplacement : public QObject
 {
     Q_OBJECT

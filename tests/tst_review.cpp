@@ -125,6 +125,7 @@ const QStringList Sections{u"en-tête"_s, u"personnes"_s, u"familles"_s,
 
 } // namespace
 
+/// The search and the two filters together, and with runs and saves between them.
 class TstReview : public QObject
 {
     Q_OBJECT

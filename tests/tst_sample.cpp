@@ -82,7 +82,7 @@ QString countLines(const QString &pattern)
 
 } // namespace
 
-/// The sample family with its parameter and sequence files, as a user would try them.
+/// The sample family with its parameter and sequence files, as a user would try them first.
 class TstSample : public QObject
 {
     Q_OBJECT

@@ -82,6 +82,7 @@ public:
 
 } // namespace
 
+/// The search field and its two check boxes.
 class TstSearch : public QObject
 {
     Q_OBJECT

@@ -43,6 +43,7 @@ QString boxText(const QString &line)
 
 } // namespace
 
+/// The blank in front of surnames.
 class TstSpacing : public QObject
 {
     Q_OBJECT

@@ -49,6 +49,7 @@ QStringList family()
 
 } // namespace
 
+/// One entry: its columns, tag, level, lists and lines, and what inserting and deleting do to them.
 class TstTwItem : public QObject
 {
     Q_OBJECT

@@ -51,6 +51,7 @@ QStringList cutNotes()
 
 } // namespace
 
+/// Folding CONC lines into the line before.
 class TstUnconc : public QObject
 {
     Q_OBJECT

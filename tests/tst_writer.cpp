@@ -211,6 +211,7 @@ const QStringList &family()
 
 } // namespace
 
+/// Saving: the document, its archive copy and the journal file, and what can go wrong.
 class TstWriter : public QObject
 {
     Q_OBJECT
