@@ -218,14 +218,14 @@ const QStringList PickButtons{u"pbPickTagToDel"_s, u"pickDestClickableTag"_s, u"
                               u"pickSrcTag"_s, u"pbSelectTagReplace"_s};
 
 /// The form in a bare window that handles none of its signals.
-class Form
+class BareForm
 {
 public:
-    Form()
+    BareForm()
     {
         ui.setupUi(&window);
     }
-    Q_DISABLE_COPY_MOVE(Form)
+    Q_DISABLE_COPY_MOVE(BareForm)
 
     template <typename T = QWidget>
     [[nodiscard]] T *find(const QString &name) const
@@ -342,7 +342,7 @@ void TstForm::widget()
 {
     QFETCH(const Row, row);
 
-    const Form form;
+    const BareForm form;
     const auto *widget = form.find(QString::fromLatin1(row.name));
     QCOMPARE(widget->metaObject()->className(), row.className);
     QCOMPARE(widget->parentWidget()->objectName(), QString::fromLatin1(row.parent));
@@ -365,7 +365,7 @@ void TstForm::nothingElseIsSet()
 {
     QFETCH(const Row, row);
 
-    const Form form;
+    const BareForm form;
     const auto *widget = form.find(QString::fromLatin1(row.name));
     const std::unique_ptr<QWidget> fresh = makeFresh(row.className);
     for (const char *property : {"minimumSize",
@@ -486,7 +486,7 @@ void TstForm::layoutContents()
     QFETCH(const QString, owner);
     QFETCH(const QStringList, contents);
 
-    const Form form;
+    const BareForm form;
     const auto *layout = form.find<QLayout>(QString::fromLatin1(QTest::currentDataTag()));
     QCOMPARE(QByteArray(layout->metaObject()->className()), className);
     QCOMPARE(layout->parent()->objectName(), owner);
@@ -531,7 +531,7 @@ void TstForm::layoutContents()
 
 void TstForm::creationOrder()
 {
-    const Form form;
+    const BareForm form;
     QStringList expected = QStringList{u"treeWidget"_s} + rowNames();
     QStringList chain;
     for (const QWidget *widget = form.window.nextInFocusChain(); widget != &form.window;
@@ -557,7 +557,7 @@ void TstForm::creationOrder()
 void TstForm::texts()
 {
     // The texts are set anew each time; none remains from the first time.
-    Form form;
+    BareForm form;
     const MarkingTranslator translator;
     form.ui.treeWidget->setHeaderLabels({u"a"_s, u"b"_s, u"c"_s, u"d"_s});
     form.ui.retranslateUi(&form.window);
@@ -595,7 +595,7 @@ void TstForm::textsOfTheWindow()
 
 void TstForm::groupsStartUnchecked()
 {
-    const Form form;
+    const BareForm form;
     for (const QString &name : Groups)
         QVERIFY2(!form.find<QGroupBox>(name)->isChecked(), qPrintable(name));
     QVERIFY(!form.ui.mainGroupBox->isCheckable());
@@ -614,7 +614,7 @@ void TstForm::groupRulesItsWidgets()
 {
     QFETCH(const QString, name);
 
-    const Form form;
+    const BareForm form;
     form.ui.centralwidget->window()->show();
     form.ui.gbSetURLLinks->setChecked(true); // one group lies inside this one
     auto *group = form.find<QGroupBox>(name);
@@ -634,7 +634,7 @@ void TstForm::groupRulesItsWidgets()
 
 void TstForm::extractionNeedsBothGroups()
 {
-    const Form form;
+    const BareForm form;
     for (const bool links : {false, true}) {
         for (const bool extract : {false, true}) {
             form.ui.gbSetURLLinks->setChecked(links);
@@ -647,7 +647,7 @@ void TstForm::extractionNeedsBothGroups()
 
 void TstForm::radioButtonsExcludeEachOther()
 {
-    const Form form;
+    const BareForm form;
     form.ui.centralwidget->window()->show();
     form.ui.gbClickablesLinks->setChecked(true);
     const auto states = [&form] {
@@ -670,7 +670,7 @@ void TstForm::radioButtonsExcludeEachOther()
 
 void TstForm::pickIcon()
 {
-    const Form form;
+    const BareForm form;
     const QPixmap picture(u":/icones/pipt.png"_s);
     QCOMPARE(picture.size(), QSize(32, 32));
     QSet<qint64> keys;
@@ -687,7 +687,7 @@ void TstForm::pickIcon()
 
 void TstForm::spacer()
 {
-    const Form form;
+    const BareForm form;
     const QSpacerItem *item = form.ui.verticalLayout->itemAt(7)->spacerItem();
     QVERIFY(item);
     QCOMPARE(item, form.ui.verticalSpacer);

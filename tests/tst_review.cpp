@@ -51,10 +51,10 @@ QString without(const QString &numbers, const QString &out)
 }
 
 /// The window, with what the filters do to its tree.
-class Form : public ReviewSession
+class ReviewForm : public ReviewSession
 {
 public:
-    explicit Form(const QStringList &lines = Family) : ReviewSession(lines) { }
+    explicit ReviewForm(const QStringList &lines = Family) : ReviewSession(lines) { }
 
     /// The numbers of the lines that are red in the first column. Any other colour is given with
     /// its column.
@@ -313,7 +313,7 @@ void TstReview::oneAfterTheOther()
     QFETCH(QList<Step>, steps);
     QFETCH(QStringList, checked);
 
-    Form form;
+    ReviewForm form;
     const QStringList journal = form.journal();
     const AnsweredBoxes boxes;
     form.set({u"gbDelTags"_s, u"leTagsToDel=PLAC"_s}); // which is not applied
@@ -373,7 +373,7 @@ void TstReview::aRunKeepsTheView()
     QFETCH(QString, text);
     QFETCH(QString, shown);
 
-    const Form form;
+    const ReviewForm form;
     form.search(text);
     if (!box.isEmpty())
         form.toggle(box);
@@ -550,7 +550,7 @@ void TstReview::afterARun()
     QFETCH(QString, red);
     QFETCH(QStringList, tips);
 
-    Form form;
+    ReviewForm form;
     form.toggle(DateDiff);
     QCOMPARE(form.rows(), marked(Family, Unequal));
     form.apply(settings);
@@ -599,7 +599,7 @@ void TstReview::afterARun()
 
 void TstReview::severalRuns()
 {
-    Form form;
+    ReviewForm form;
     form.toggle(MultiUse);
     form.apply({u"gbDelTags"_s, u"leTagsToDel=INDI.BIRT.SOUR.PAGE"_s});
     QCOMPARE(form.rows(), marked(Family, without(Twice, u"10"_s)));
@@ -636,7 +636,7 @@ void TstReview::belowADeletedLine()
 {
     QStringList lines{u"0 HEAD"_s,      u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NOTE un texte c"_s,
                       u"2 CONC oupé"_s, u"3 DATE 1900"_s};
-    const Form form(lines);
+    const ReviewForm form(lines);
     form.apply({}); // this folds the continuation, which deletes it
     lines = replaced(lines, u"1 NOTE un texte c"_s, u"1 NOTE un texte coupé"_s);
     for (const QString &box : {DateDiff, MultiUse}) {
@@ -651,7 +651,7 @@ void TstReview::rowsOfACut()
 {
     const QString x = u"x"_s;
     QStringList lines = replaced(Family, u"2 PLAC Lyon"_s, "2 PLAC "_L1 + x.repeated(300));
-    Form form(lines);
+    ReviewForm form(lines);
     form.toggle(DateDiff);
     form.toggle(MultiUse);
     form.toggle(DateDiff);
@@ -696,7 +696,7 @@ void TstReview::savedUnderAFilter()
     QFETCH(QString, box);
     QFETCH(QString, shown);
 
-    const Form form;
+    const ReviewForm form;
     const QByteArray before = readBytes(form.path());
     form.toggle(box);
     form.trigger(u"actionEnregistrerFichier"_s);
@@ -779,7 +779,7 @@ void TstReview::inTheMidstOfAFilter()
     QFETCH(QStringList, checked);
     QFETCH(QString, red);
 
-    Form form;
+    ReviewForm form;
     form.type(u"martin"_s);
     form.takeTold();
     QStringList rowsBefore;
@@ -816,7 +816,7 @@ void TstReview::searchAtTheHundredthCitation()
     shown += red;
     lines += {u"0 @S1@ SOUR"_s, u"1 DATE 1840"_s};
 
-    Form form(lines);
+    ReviewForm form(lines);
     form.type(u"zzz"_s);
     form.takeTold();
     atNextMove(form.progress(), [&form] { form.enter(); });
@@ -847,7 +847,7 @@ void TstReview::searchAtTheHundredthSource()
     for (int source = 1; source <= 102; ++source)
         lines += {u"0 @S%1@ SOUR"_s.arg(source), u"1 TITL Registre"_s};
 
-    Form form(lines);
+    ReviewForm form(lines);
     form.type(u"zzz"_s);
     form.takeTold();
     atNextMove(form.progress(), [&form] { form.enter(); });

@@ -64,10 +64,10 @@ QStringList crowd(int persons)
 }
 
 /// The window, with the visible part of its tree.
-class Form : public ReviewSession
+class SearchForm : public ReviewSession
 {
 public:
-    explicit Form(const QStringList &lines = Lines) : ReviewSession(lines) { }
+    explicit SearchForm(const QStringList &lines = Lines) : ReviewSession(lines) { }
 
     /// The visible rows of the whole tree, sections included, when everything is expanded.
     QStringList onScreen() const
@@ -126,7 +126,7 @@ void TstSearch::usableWithAFileOnly()
 {
     const QStringList controls{u"leRecherche"_s, Sensitive, Regex};
     const Session empty;
-    const Form form;
+    const SearchForm form;
     for (const QString &control : controls) {
         QVERIFY2(!empty.isEnabled(control), qPrintable(control));
         QVERIFY2(form.isEnabled(control), qPrintable(control));
@@ -143,7 +143,7 @@ void TstSearch::usableWithAFileOnly()
 void TstSearch::everyEntryIsCounted()
 {
     const QStringList lines = crowd(599);
-    const Form form(lines);
+    const SearchForm form(lines);
     form.enter();
     QCOMPARE(form.status(), u"1200/1200 entrées affichées."_s);
     QCOMPARE(form.rows(), marked(lines, Everything));
@@ -252,7 +252,7 @@ void TstSearch::search()
     QFETCH(QStringList, boxes);
     QFETCH(QString, shown);
 
-    const Form form;
+    const SearchForm form;
     for (const QString &box : std::as_const(boxes))
         form.toggle(box);
     form.search(text);
@@ -266,7 +266,7 @@ void TstSearch::search()
 
 void TstSearch::eachSearchStartsFromTheFullTree()
 {
-    Form form;
+    SearchForm form;
     form.search(u"MARTIN"_s);
     form.takeTold();
     form.search(u"1805"_s);
@@ -292,7 +292,7 @@ void TstSearch::eachSearchStartsFromTheFullTree()
 
 void TstSearch::enterOfTheKeypad()
 {
-    const Form form;
+    const SearchForm form;
     form.type(u"UTF"_s);
     QTest::keyClick(form.field(), Qt::Key_Enter);
     QCOMPARE(form.rows(), marked(Lines, u"1 2"_s));
@@ -301,7 +301,7 @@ void TstSearch::enterOfTheKeypad()
 
 void TstSearch::typingLeavesTheTree()
 {
-    const Form form;
+    const SearchForm form;
     form.search(u"MARTIN"_s);
     QCOMPARE(form.status(), found(6));
     const QStringList rows = marked(Lines, u"3 4 15 20 36 38"_s);
@@ -347,7 +347,7 @@ void TstSearch::typingLeavesTheTree()
 
 void TstSearch::togglesRunTheSearch()
 {
-    Form form;
+    SearchForm form;
     form.search(u"a.c"_s);
     QCOMPARE(form.rows(), marked(Lines, u"39 41 42"_s));
     form.takeTold();
@@ -388,7 +388,7 @@ void TstSearch::togglesRunTheSearch()
 
 void TstSearch::slotsLookAtTheBoxes()
 {
-    const Form form;
+    const SearchForm form;
     const auto compareSlots = [&form](const QString &status) {
         for (const char *slot :
              {"on_cbFiltreSensible_stateChanged", "on_cbFiltrerRegex_stateChanged"}) {
@@ -418,7 +418,7 @@ void TstSearch::toggleTakesTheTextAsItStands()
 {
     QFETCH(QString, box);
 
-    Form form;
+    SearchForm form;
     form.search(u"Jean"_s);
     form.type(u"TITL"_s);
     QCOMPARE(form.rows(), marked(Lines, u"3 4"_s));
@@ -437,7 +437,7 @@ void TstSearch::toggleWithoutTextShowsEverything()
 {
     QFETCH(QString, box);
 
-    Form form;
+    SearchForm form;
     for (int times = 0; times < 2; ++times) { // on, and off again
         form.search(u"zzz"_s);
         form.type({});
@@ -468,7 +468,7 @@ void TstSearch::invalidExpression()
     QFETCH(QString, plain);
     QVERIFY(!QRegularExpression(text).isValid());
 
-    Form form;
+    SearchForm form;
     const QStringList journal = form.journal();
     QStringList debugLines;
     {
@@ -498,7 +498,7 @@ void TstSearch::invalidExpression()
 
 void TstSearch::ancestorsAreOnScreen()
 {
-    const Form form;
+    const SearchForm form;
     form.search(u"abc"_s);
     QCOMPARE(form.onScreen(), (QStringList{
                                   u"en-tête 1"_s,
@@ -531,7 +531,7 @@ void TstSearch::sectionNodesTakeNoPart()
 {
     const QStringList sections{u"en-tête 1"_s, u"personnes 3"_s, u"familles 1"_s,
                                u"sources 4"_s, u"médias 0"_s,    u"dépots 0"_s};
-    const Form form;
+    const SearchForm form;
     for (const QString &text : {u"personnes"_s, u"notes"_s, u"dépots"_s}) {
         form.search(text);
         QCOMPARE(form.rows(), marked(Lines, {}));
@@ -547,7 +547,7 @@ void TstSearch::sectionNodesTakeNoPart()
         QCOMPARE(form.tree()->topLevelItem(i)->isHidden(), i == SectionNodes - 1);
 
     const QStringList lines = Lines + QStringList{u"0 @N1@ NOTE un texte"_s, u"1 CONT suite"_s};
-    const Form noted(lines);
+    const SearchForm noted(lines);
     noted.search(u"suite"_s);
     QCOMPARE(noted.rows(), marked(lines, u"48 49"_s));
     QCOMPARE(noted.status(), u"2/49 entrées affichées."_s);
@@ -559,7 +559,7 @@ void TstSearch::sectionNodesTakeNoPart()
 void TstSearch::submittersAreAlwaysCounted()
 {
     const QStringList family{u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s, u"1 NAME Jean"_s};
-    const Form form(family + QStringList{u"0 @U1@ SUBM"_s, u"1 NAME Paul"_s});
+    const SearchForm form(family + QStringList{u"0 @U1@ SUBM"_s, u"1 NAME Paul"_s});
 
     // Their rows are in no tree and therefore never hidden.
     form.enter();
@@ -591,7 +591,7 @@ void TstSearch::recordOfUnknownKind()
 {
     const QStringList lines =
         Lines + QStringList{u"0 @U1@ SUBN"_s, u"1 FAMF foyer"_s, u"2 TEMP Jean"_s};
-    const Form form(lines);
+    const SearchForm form(lines);
     QCOMPARE(form.tree()->topLevelItemCount(), SectionNodes + 1);
 
     form.search(u"Jean"_s);
@@ -646,7 +646,7 @@ void TstSearch::deletedEntriesStayHidden()
     QFETCH(QString, shown);
     QFETCH(QString, found);
 
-    const Form form;
+    const SearchForm form;
     form.search(u"Anne"_s); // hidden rows come back unless they are deleted
     form.apply({u"gbDelTags"_s, "leTagsToDel="_L1 + tags});
     form.search({});
@@ -673,7 +673,7 @@ void TstSearch::deletedEntriesStayHidden()
 
 void TstSearch::restOfADeletedRecord()
 {
-    const Form form;
+    const SearchForm form;
     QVERIFY(form.row(u"0 @I1@ INDI"_s)->setDelete(true)); // only the root
     form.row(u"1 SEX M"_s)->setTwiHidden(true);
     form.search(u"1805"_s);
@@ -696,7 +696,7 @@ void TstSearch::continuations()
         u"3 DATE 1900"_s,
         u"1 NAME Jean"_s,
     };
-    const Form form(lines);
+    const SearchForm form(lines);
     const auto compareSearch = [&form, &lines](const QString &text, const QString &shown,
                                                const QString &status) {
         form.search(text);
@@ -727,7 +727,7 @@ void TstSearch::rowsOfACut()
     const QString x = u"x"_s;
     QStringList lines{u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I1@ INDI"_s,
                       "1 NOTE "_L1 + x.repeated(300), u"1 NAME Jean"_s};
-    const Form form(lines);
+    const SearchForm form(lines);
     form.search(u"Jean"_s);
     QCOMPARE(form.status(), u"2/5 entrées affichées."_s);
 
@@ -804,7 +804,7 @@ void TstSearch::changedLevels()
     QFETCH(QString, status);
 
     QStringList lines = Lines + QStringList{u"0 @U1@ SUBN"_s, u"1 FAMF"_s, u"2 TEMP foyer"_s};
-    const Form form(lines);
+    const SearchForm form(lines);
     form.search(u"Anne"_s);
     form.apply({u"gbReplaceString"_s, "leTextOri="_L1 + replacement.section(u' ', 0, 0),
                 "leTextDest="_L1 + replacement.section(u' ', 1), "leTagToApply="_L1 + tag});
@@ -822,7 +822,7 @@ void TstSearch::changedLevels()
 void TstSearch::inTheMidstOfADeletion()
 {
     const QStringList lines = crowd(599);
-    const Form form(lines);
+    const SearchForm form(lines);
     form.type(u"Jean 59"_s);
     QStringList told;
     connect(form.progress(), &QProgressBar::valueChanged, this, [&form, &told](int value) {
@@ -848,7 +848,7 @@ void TstSearch::inTheMidstOfADeletion()
 
 void TstSearch::onlyHides()
 {
-    const Form form;
+    const SearchForm form;
     form.apply({u"gbDelTags"_s, u"leTagsToDel=PLAC"_s});
     sectionNode(*form.tree(), u"personnes"_s)->setExpanded(true);
     form.tree()->setCurrentItem(form.row(u"1 NAME Jean /MARTIN/"_s));
@@ -903,7 +903,7 @@ void TstSearch::savedWithHiddenRows()
     QFETCH(QString, text);
     QFETCH(QString, shown);
 
-    const Form form;
+    const SearchForm form;
     const QByteArray before = readBytes(form.path());
     form.search(text);
     form.trigger(u"actionEnregistrerFichier"_s);
@@ -915,7 +915,7 @@ void TstSearch::savedWithHiddenRows()
 
 void TstSearch::noEventsAndNoProgress()
 {
-    const Form form(crowd(599));
+    const SearchForm form(crowd(599));
     QCoreApplication::processEvents();
     const ProgressLog log(form.progress());
     bool delivered = false;
@@ -944,7 +944,7 @@ void TstSearch::noEventsAndNoProgress()
 
 void TstSearch::textsAreTranslated()
 {
-    const Form form;
+    const SearchForm form;
     const MarkingTranslator translator;
     form.type(u"MARTIN"_s);
     QCOMPARE(form.status(), "[MainWindow]"_L1 + Hint);
