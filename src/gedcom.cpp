@@ -1027,7 +1027,7 @@ bool hasUntreatedUrl(TwItem *twi, const QRegularExpression &rxUrl)
     if (colMatch == -1)
         return false;
     const QString text = twi->text(colMatch);
-    return !text.contains("](http"_L1) && !text.contains("<a href=\"http"_L1);
+    return !text.contains("](http"_L1) && !text.contains(R"(<a href="http)"_L1);
 }
 
 } // namespace
