@@ -317,7 +317,7 @@ int Gedcom::unConc()
     addToJournal(summary, u"INFO"_s);
     m_status->showMessage(summary, 0);
     m_progress->reset();
-    QCoreApplication::processEvents();
+    processEvents();
     qDebug() << "OFF unConc";
     return count;
 }
@@ -491,7 +491,7 @@ int Gedcom::setSpaceNames()
     addToJournal(tr("%1 entrées INDI.NAME  modifiées.").arg(edited), u"INFO"_s);
     m_status->showMessage(tr("%1 noms espacés.").arg(edited), 0);
     m_progress->reset();
-    QCoreApplication::processEvents();
+    processEvents();
     qDebug() << "OFF setSpaceNames";
     return edited;
 }
@@ -1144,7 +1144,7 @@ void Gedcom::filterSourceDateDiff()
     const PausedLayout pausedLayout(m_treeWidget);
     m_progress->setVisible(true);
     m_progress->setRange(0, int(listTwiIndiAndFam.size()));
-    QCoreApplication::processEvents(); // shows the bar, and can start another run like any event
+    processEvents(); // shows the bar, and can start another run like any event
     lookAfresh();
     int count = 0;
     for (qsizetype i = 0; i < listTwiIndiAndFam.size(); ++i) {
@@ -1218,7 +1218,7 @@ void Gedcom::filterSourceMultiUse()
     const PausedLayout pausedLayout(m_treeWidget);
     m_progress->setVisible(true);
     m_progress->setRange(0, int(listTwiRootSour.size()));
-    QCoreApplication::processEvents(); // shows the bar, and can start another run like any event
+    processEvents(); // shows the bar, and can start another run like any event
     lookAfresh();
     // Intentional: the last source of the file is not examined.
     for (qsizetype iSour = 0; iSour < listTwiRootSour.size() - 1; ++iSour) {

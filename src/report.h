@@ -16,6 +16,9 @@ bool showProgress(QProgressBar *bar, qsizetype done, qsizetype value, int period
 /// The same, with \p done as the value.
 bool showProgress(QProgressBar *bar, qsizetype done);
 
+/// Processes events once. Every long operation comes here for it, and not to Qt itself.
+void processEvents();
+
 /// Shows an error box without a parent and waits for its only button, Ok.
 void showCritical(const QString &title, const QString &text);
 

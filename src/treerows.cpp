@@ -57,10 +57,18 @@ void insertWithoutWalkingHiddenRows(QTreeWidgetItem *parent, int index,
         row->setText(LevelColumn, text);
 }
 
+/// One inside the other, where an event has started another run.
+QList<PausedLayout *> &alive()
+{
+    static QList<PausedLayout *> paused;
+    return paused;
+}
+
 } // namespace
 
 PausedLayout::PausedLayout(QTreeWidget *tree) : m_tree(tree), m_updates(tree->updatesEnabled())
 {
+    alive().append(this);
     m_tree->setUpdatesEnabled(false);
     m_tree->installEventFilter(this);
     m_tree->header()->installEventFilter(this);
@@ -69,6 +77,7 @@ PausedLayout::PausedLayout(QTreeWidget *tree) : m_tree(tree), m_updates(tree->up
 
 PausedLayout::~PausedLayout()
 {
+    alive().removeOne(this);
     m_tree->setUpdatesEnabled(m_updates);
 }
 
@@ -78,6 +87,12 @@ bool PausedLayout::eventFilter(QObject *watched, QEvent *event)
         QMetaObject::invokeMethod(
             this, [this] { paintOnce(); }, Qt::QueuedConnection);
     return event->type() == QEvent::Timer && !QApplication::activeModalWidget();
+}
+
+void PausedLayout::putOffAgain()
+{
+    for (PausedLayout *paused : std::as_const(alive()))
+        paused->leaveLayoutPending();
 }
 
 /// While a layout is pending, the view does not look for the place of a changed row. Hiding a row

@@ -29,6 +29,11 @@ public:
     /// the dialog's event loop.
     bool eventFilter(QObject *watched, QEvent *event) override;
 
+    /// Puts the layout off again. To be called once events have been processed or a box has been
+    /// shown: a tool tip, a key or a click makes the view lay out its rows, and each change after
+    /// that would do so again. 500 changes took 9 s instead of 0.2 s.
+    static void putOffAgain();
+
 private:
     void leaveLayoutPending();
     void paintOnce();
