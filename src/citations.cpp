@@ -3,6 +3,7 @@
 #include "twitem.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -72,9 +73,9 @@ void DateComparer::readSources(const QList<TwItem *> &sources)
     }
 }
 
-HusbandLinks::HusbandLinks(const QRegularExpression &rxColIdFam, const QList<TwItem *> &indis)
-    : m_rxColIdFam(rxColIdFam),
-      m_indis(indis)
+HusbandLinks::HusbandLinks(QRegularExpression rxColIdFam, QList<TwItem *> indis)
+    : m_rxColIdFam(std::move(rxColIdFam)),
+      m_indis(std::move(indis))
 {
 }
 

@@ -70,7 +70,7 @@ class HusbandLinks
 {
 public:
     /// \p indis are the persons; \p rxColIdFam is the form of a family's identifier.
-    HusbandLinks(const QRegularExpression &rxColIdFam, const QList<TwItem *> &indis);
+    HusbandLinks(QRegularExpression rxColIdFam, QList<TwItem *> indis);
 
     /// The husband's link to the family \p root. Null if it is not a family, or has no such link.
     [[nodiscard]] TwItem *find(TwItem *root);

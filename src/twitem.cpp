@@ -262,7 +262,7 @@ QStringList cutLine(TwItem *twi, const Place &place)
         return {};
     place(cut.parent, cut.index, cut.pieces);
     const QString concText = fullTagText(cut.pieces.constFirst()) + u' ' + cut.wholeLine;
-    const QStringList log{cutLog(concText, twi)};
+    QStringList log{cutLog(concText, twi)};
     cutLine(cut.pieces.constLast(), place); // only a piece that is no CONC can still be too long
     return log;
 }
