@@ -129,11 +129,15 @@ void TstFirstStart::sequenceHasNoStep()
 {
     const AnsweredBoxes boxes;
     const Session session;
+    QStringList emptied = formState(session);
+    emptied.replaceInStrings(QRegularExpression(u"=.*"_s), u"="_s);
     session.load(Family);
     const QByteArray saved = readBytes(session.path());
+    session.set({u"cbEspacer"_s, u"gbDelTags"_s, u"leTagsToDel=OCCU"_s});
     session.play(readBytes(Sequence));
 
     QCOMPARE(boxes.texts(), QStringList());
+    QCOMPARE(formState(session), emptied);
     QCOMPARE(session.journalWindows().size(), 1);
     QCOMPARE(session.journal().constLast(), u"INFO : 0 balises CONC reconcaténées."_s);
     QCOMPARE(readBytes(session.path()), saved);
