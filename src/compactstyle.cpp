@@ -87,13 +87,14 @@ QSize CompactStyle::sizeFromContents(ContentsType type, const QStyleOption *opti
     QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);
     if (!isIn(widget))
         return result;
+    const int frame = pixelMetric(PM_DefaultFrameWidth, option, widget);
     int least = 0;
     switch (type) {
     case CT_LineEdit:
-        least = option->fontMetrics.height() + 4; // the frame and a pixel beside it
+        least = option->fontMetrics.height() + 2 * (frame + 1); // a pixel beside the frame
         break;
     case CT_PushButton:
-        least = size.height() + 2;
+        least = size.height() + 2 * frame;
         break;
     case CT_CheckBox:
         least = std::max(size.height(), pixelMetric(PM_IndicatorHeight, option, widget));

@@ -7,8 +7,9 @@
 
 class QSize;
 
-/// The style of the desktop, but for one window that gets by with less height. Widths, and all
-/// other windows, are as they were.
+/// The style of the desktop, but for one window that gets by with less height: its rows are closer,
+/// its controls lower. It gives up no width but that of smaller marks and icons. All other windows
+/// are as they were.
 class CompactStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -43,8 +44,9 @@ private:
 
 /// Makes \p window, which is not shown yet, fit into \p room, without its frame: by steps of the
 /// compact style, each tighter than the one before, and at last with a smaller font, until the
-/// window can be as small as that; then its size is limited to the room. A window that fits as it
-/// is keeps the style of the desktop. Returns whether it fits now.
+/// window can be as small as that; then its size is limited to the room. A window that needs no
+/// step keeps the style of the desktop. Called once, while the application has the desktop's own
+/// style, from which all steps start. Returns whether the window fits now.
 bool fitInto(QWidget *window, const QSize &room);
 
 #endif // COMPACTSTYLE_H

@@ -55,6 +55,7 @@ void fitOnScreen(QWidget *window)
         room.rheight() -= PanelHeight;
 
     const QSize built = window->size();
+    // On a screen that is too low for the last step, too, there is nothing more to be done.
     fitInto(window, room);
     // A window of the height of the screen must start at its top.
     if (window->size() != built)
