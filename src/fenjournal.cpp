@@ -13,10 +13,10 @@ FenJournal::FenJournal(QWidget *parent, QString texteAAfficher, QString titre) :
     auto *ptEdit = new QPlainTextEdit;
     ptEdit->appendPlainText(texteAAfficher);
     ptEdit->setReadOnly(true);
-    ptEdit->setAccessibleName(titre);
     setWindowFlags(Qt::Tool);
     setWindowTitle(titre);
     layout->addWidget(ptEdit);
     setLayout(layout);
     setWindowIcon(QIcon(u":/icones/repo.png"_s));
+    ptEdit->setAccessibleName(titre);
 }

@@ -99,15 +99,16 @@ MainWindow::MainWindow(QWidget *parent)
     ui->setupUi(this);
     setWindowTitle(FenAPropos::getAppName() + u' ' + FenAPropos::getVersion());
     ui->menubar->setPalette(QApplication::style()->standardPalette());
-    menuBar()->setStyleSheet(u"QMenuBar {background-color: #f0f0f0;}"_s);
-    makeTitlesReadable(ui->menubar, QColor(0xf0, 0xf0, 0xf0));
-    ui->treeWidget->setItemDelegate(new RowDelegate(ui->treeWidget));
+    const QColor menuBackground(u"#f0f0f0"_s);
+    menuBar()->setStyleSheet(u"QMenuBar {background-color: %1;}"_s.arg(menuBackground.name()));
     ui->statusbar->addPermanentWidget(m_progress);
     m_progress->setStyleSheet(
         u"QProgressBar::chunk{background-color:green; width: 10px; margin: 0.5px;}"_s);
     m_progress->setTextVisible(false);
-    m_progress->setAccessibleName(tr("Progression"));
     m_progress->setHidden(true);
+    m_progress->setAccessibleName(tr("Progression"));
+    makeTitlesReadable(ui->menubar, menuBackground);
+    ui->treeWidget->setItemDelegate(new RowDelegate(ui->treeWidget));
     ui->mainGroupBox->setEnabled(false);
     m_FichierParams = fileBesideExecutable(u"PARAM.INI"_s);
     extraireIni();
