@@ -22,6 +22,7 @@ FenAPropos::FenAPropos(QWidget *parent) : QWidget(parent)
     layout->addWidget(labelTexte);
     setLayout(layout);
     layout->setSizeConstraint(QLayout::SetFixedSize);
+    labelImage->setAccessibleName(QObject::tr("Logo de ") + getAppName());
 }
 
 QString FenAPropos::getVersion()

@@ -385,7 +385,7 @@ void Ui_MainWindow::retranslateUi(QMainWindow *MainWindow)
         QCoreApplication::translate("MainWindow", "Sources utilisées plusieurs fois"));
     cbFiltreSensible->setText(QCoreApplication::translate("MainWindow", "a != A"));
     cbFiltreSensible->setAccessibleName(QCoreApplication::translate(
-        "MainWindow", "Distinguer majuscules et minuscules dans le filtre (a != A)"));
+        "MainWindow", "Différencier majuscules et minuscules dans le filtre (a != A)"));
     cbFiltrerRegex->setText(QCoreApplication::translate("MainWindow", "regex"));
     cbFiltrerRegex->setAccessibleName(
         QCoreApplication::translate("MainWindow", "Filtrer par expression régulière (regex)"));
@@ -588,8 +588,8 @@ void Ui_MainWindow::retranslateUi(QMainWindow *MainWindow)
     cbSensible->setToolTip(QCoreApplication::translate(
         "MainWindow",
         "<html><head/><body><p>Différencer MAJUSCULES et minuscules</p></body></html>"));
-    cbSensible->setAccessibleName(
-        QCoreApplication::translate("MainWindow", "Distinguer majuscules et minuscules (a != A)"));
+    cbSensible->setAccessibleName(QCoreApplication::translate(
+        "MainWindow", "Différencier majuscules et minuscules (a != A)"));
     cbSensible->setAccessibleDescription(
         QCoreApplication::translate("MainWindow", "Différencier majuscules et minuscules"));
     leTextOri->setAccessibleName(QCoreApplication::translate("MainWindow", "Texte recherché"));
@@ -597,7 +597,7 @@ void Ui_MainWindow::retranslateUi(QMainWindow *MainWindow)
     cbRegex->setToolTip(QCoreApplication::translate(
         "MainWindow", "<html><head/><body><p>Utiliser une expression régulière</p></body></html>"));
     cbRegex->setAccessibleName(
-        QCoreApplication::translate("MainWindow", "Recherche par expression régulière (regex)"));
+        QCoreApplication::translate("MainWindow", "Utiliser une expression régulière (regex)"));
     cbRegex->setAccessibleDescription(
         QCoreApplication::translate("MainWindow", "Utiliser une expression régulière"));
     label_4->setText(QCoreApplication::translate("MainWindow", "Balises cibles"));
@@ -606,6 +606,7 @@ void Ui_MainWindow::retranslateUi(QMainWindow *MainWindow)
     pbReadSequence->setText(QCoreApplication::translate("MainWindow", "Jouer la séquence"));
     menubar->setAccessibleName(QCoreApplication::translate("MainWindow", "Barre de menus"));
 
+    // A menu that is open would be called by its window title, and it has none.
     menuFichier->setTitle(QCoreApplication::translate("MainWindow", "Fichier"));
     menuFichier->setAccessibleName(QCoreApplication::translate("MainWindow", "Fichier"));
     menuOutils->setTitle(QCoreApplication::translate("MainWindow", "Outils"));

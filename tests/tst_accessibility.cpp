@@ -1,3 +1,4 @@
+#include "fenapropos.h"
 #include "markingtranslator.h"
 #include "testmain.h"
 #include "ui_mainwindow.h"
@@ -7,6 +8,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QGroupBox>
+#include <QLabel>
 #include <QMainWindow>
 #include <QMap>
 #include <QMenu>
@@ -98,7 +100,7 @@ const QList<Spoken> &spoken()
     static const QList<Spoken> list{
         {"treeWidget", u"Lignes du fichier GEDCOM"_s},
         {"cbSourceMultiUse", u"Sources utilisées plusieurs fois"_s},
-        {"cbFiltreSensible", u"Distinguer majuscules et minuscules dans le filtre (a != A)"_s},
+        {"cbFiltreSensible", u"Différencier majuscules et minuscules dans le filtre (a != A)"_s},
         {"cbFiltrerRegex", u"Filtrer par expression régulière (regex)"_s},
         {"cbSourceDateDiff",
          u"Sources dont la date diffère de celle de l'évènement (Sources!=date)"_s,
@@ -164,10 +166,10 @@ const QList<Spoken> &spoken()
         {"leTextDest", u"Texte de remplacement"_s},
         {"leTagToApply", u"Balises cibles du remplacement"_s,
          u"Laisser vide pour modifier n'importe où"_s},
-        {"cbSensible", u"Distinguer majuscules et minuscules (a != A)"_s,
+        {"cbSensible", u"Différencier majuscules et minuscules (a != A)"_s,
          u"Différencier majuscules et minuscules"_s},
         {"leTextOri", u"Texte recherché"_s},
-        {"cbRegex", u"Recherche par expression régulière (regex)"_s,
+        {"cbRegex", u"Utiliser une expression régulière (regex)"_s,
          u"Utiliser une expression régulière"_s},
 
         {"pbApply", u"Appliquer les modifications"_s},
@@ -319,6 +321,16 @@ void TstAccessibility::otherWidgets()
     // A name would stand in front of what it has to tell.
     QCOMPARE(nameOf(session.find<QObject>(u"statusbar"_s)), session.status());
     QVERIFY(!session.status().isEmpty());
+
+    session.trigger(u"action_propos"_s);
+    QStringList pictures;
+    const QList<QLabel *> labels =
+        session.window->findChild<FenAPropos *>()->findChildren<QLabel *>();
+    for (QLabel *label : labels) {
+        if (!label->pixmap().isNull())
+            pictures += nameOf(label);
+    }
+    QCOMPARE(pictures, QStringList{u"Logo de Varlune"_s});
 }
 
 void TstAccessibility::textsAreTranslated()
