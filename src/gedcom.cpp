@@ -1,6 +1,7 @@
 #include "gedcom.h"
 
 #include "citations.h"
+#include "files.h"
 #include "journaltext.h"
 #include "matching.h"
 #include "medialinks.h"
@@ -11,7 +12,6 @@
 
 #include <QApplication>
 #include <QBrush>
-#include <QDate>
 #include <QDebug>
 #include <QDir>
 #include <QFile>
@@ -102,16 +102,6 @@ void labelSections(const QList<TwItem *> &sections)
     }
 }
 
-/// The number of lines from the beginning of the stream, which is there again afterwards.
-int countLines(QTextStream *in)
-{
-    int count = 0;
-    for (QString line; !in->atEnd(); ++count)
-        in->readLineInto(&line);
-    in->seek(0);
-    return count;
-}
-
 } // namespace
 
 bool Gedcom::genererVectorGed(QString pathFileGed, QTreeWidget *tw, QProgressBar *pb,
@@ -180,55 +170,6 @@ QString Gedcom::getJournal() const
     return *m_journal;
 }
 
-namespace {
-
-/// The name of the archive copy of a file: the present time in front of its own. A path without a
-/// slash is its own file name.
-QString archiveName(const QString &pathFileGed)
-{
-    QString fileName = pathFileGed.mid(pathFileGed.lastIndexOf(u'/') + 1);
-    fileName.prepend(QTime::currentTime().toString(Qt::TextDate) + u'.');
-    return fileName.replace(u':', u'.');
-}
-
-/// Makes the archive directory of today beside a file and returns its path. Where it cannot be
-/// made, the journal that goes into it cannot be opened, and that is reported.
-QString makeArchiveDirectory(const QString &pathFileGed)
-{
-    const qsizetype lastSlash = pathFileGed.lastIndexOf(u'/');
-    QString archPath = pathFileGed;
-    // Of a path without a slash the last character goes, since -1 counts from the end.
-    archPath.remove(lastSlash, archPath.size() - lastSlash);
-    for (const QString &folder : {u"ARCH"_s, QDate::currentDate().toString(u"yyyy.MM.dd"_s)}) {
-        archPath += u'/' + folder;
-        if (!QDir(archPath).exists())
-            QDir().mkdir(archPath);
-    }
-    return archPath;
-}
-
-/// Writes the lines that \p linesOf gives for each of \p pieces, then \p end, to an open file and
-/// closes it. Events are processed at every hundredth piece.
-template <typename Piece, typename LinesOf>
-void writeLines(QFile *file, const QList<Piece> &pieces, const LinesOf &linesOf, const char *end,
-                QProgressBar *bar)
-{
-    QTextStream out(file);
-    out.setEncoding(QStringConverter::System);
-    bar->setRange(0, int(pieces.size()));
-    for (qsizetype i = 0; i < pieces.size(); ++i) {
-        const QStringList lines = linesOf(pieces.at(i));
-        for (const QString &line : lines)
-            out << line << Qt::endl;
-        showProgress(bar, i);
-    }
-    out << end;
-    out.reset(); // the stream is flushed as its file closes
-    file->close();
-}
-
-} // namespace
-
 bool Gedcom::writeGedFile(QString pathFileGed)
 {
     // The parameter file can ask for a save before there is a document.
@@ -258,9 +199,11 @@ bool Gedcom::writeGedFile(QString pathFileGed)
               tr("Erreur d'écriture")))
         return false;
     m_progress->setVisible(true);
+    const QList<TwItem *> tabTwItemRoot = getTabTwItemsRoot();
     writeLines(
-        &fileGed, getTabTwItemsRoot(), [](TwItem *root) { return root->getGedEntryList(); },
-        "0 TRLR\n", m_progress);
+        &fileGed, tabTwItemRoot.size(),
+        [&](qsizetype i) { return tabTwItemRoot.at(i)->getGedEntryList(); }, "0 TRLR\n",
+        m_progress);
     const QString saved = tr("Fichier %1 sauvegardé.").arg(pathFileGed);
     addToJournal(saved, u"INFO"_s);
     m_status->showMessage(saved, 0);
@@ -274,7 +217,7 @@ bool Gedcom::writeGedFile(QString pathFileGed)
         return false;
     const QStringList journal = m_journal->split("\r\n"_L1);
     writeLines(
-        &fileJournal, journal, [](const QString &line) { return QStringList{line}; }, "",
+        &fileJournal, journal.size(), [&](qsizetype i) { return QStringList{journal.at(i)}; }, "",
         m_progress);
     m_status->showMessage(tr("Fichier journal %1 sauvegardé.").arg(journalPath), 0);
     m_progress->setVisible(false);

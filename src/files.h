@@ -1,0 +1,32 @@
+#ifndef FILES_H
+#define FILES_H
+
+// The files of a load and a save: the lines of what is read, the archive beside what is written,
+// and the writing itself.
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+class QFile;
+class QProgressBar;
+class QTextStream;
+
+/// The number of lines from the beginning of the stream, which is there again afterwards.
+[[nodiscard]] int countLines(QTextStream *in);
+
+/// The name of the archive copy of a file: the present time in front of its own. A path without a
+/// slash is its own file name.
+[[nodiscard]] QString archiveName(const QString &pathFileGed);
+
+/// Makes the archive directory of today beside a file and returns its path. Where it cannot be
+/// made, the journal that goes into it cannot be opened, and that is reported.
+QString makeArchiveDirectory(const QString &pathFileGed);
+
+/// Writes the lines that \p linesOf gives for each of \p count pieces, then \p end, to an open file
+/// and closes it. Events are processed at every hundredth piece.
+void writeLines(QFile *file, qsizetype count, const std::function<QStringList(qsizetype)> &linesOf,
+                const char *end, QProgressBar *bar);
+
+#endif // FILES_H
