@@ -11,6 +11,19 @@
 
 using namespace Qt::StringLiterals;
 
+std::optional<QByteArray> readFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    QByteArray bytes = file.readAll();
+    // A read that breaks off looks like one that has come to the end; only the next one tells.
+    char more = 0;
+    if (file.read(&more, 1) < 0)
+        return std::nullopt;
+    return bytes;
+}
+
 int countLines(QTextStream *in)
 {
     int count = 0;

@@ -4,14 +4,19 @@
 // The files of a load and a save: the lines of what is read, the archive beside what is written,
 // and the writing itself.
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 
 class QFile;
 class QProgressBar;
 class QTextStream;
+
+/// All bytes of a file. Nothing if it cannot be opened, or not be read to its end.
+[[nodiscard]] std::optional<QByteArray> readFile(const QString &path);
 
 /// The number of lines from the beginning of the stream, which is there again afterwards.
 [[nodiscard]] int countLines(QTextStream *in);

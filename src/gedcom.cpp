@@ -24,6 +24,7 @@
 #include <QTreeWidget>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -109,10 +110,11 @@ bool Gedcom::genererVectorGed(QString pathFileGed, QTreeWidget *tw, QProgressBar
 {
     qDebug() << "ON genererVectorGed";
     addToJournal(tr("Chargement du fichier %1").arg(pathFileGed), u"INFO"_s);
-    QFile fileGed(pathFileGed);
-    if (!fileGed.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    // Read once: both passes see the same lines, whatever becomes of the file meanwhile.
+    const std::optional<QByteArray> bytes = readFile(pathFileGed);
+    if (!bytes) {
         addToJournal(tr("Chargement du fichier impossible."), u"ERROR"_s);
-        showCritical(tr("Erreur"), tr("Impossible d'ouvrir le fichier %1").arg(fileGed.fileName()));
+        showCritical(tr("Erreur"), tr("Impossible d'ouvrir le fichier %1").arg(pathFileGed));
         return false;
     }
 
@@ -127,7 +129,7 @@ bool Gedcom::genererVectorGed(QString pathFileGed, QTreeWidget *tw, QProgressBar
     generateTwiHeaders(m_treeWidget);
     m_pathGedFile = pathFileGed;
 
-    QTextStream in(&fileGed);
+    QTextStream in(*bytes, QIODevice::ReadOnly | QIODevice::Text);
     in.setEncoding(QStringConverter::System);
     const int count = countLines(&in);
     m_progress->setVisible(true);
@@ -149,7 +151,6 @@ bool Gedcom::genererVectorGed(QString pathFileGed, QTreeWidget *tw, QProgressBar
 
     m_progress->reset();
     in.reset();
-    fileGed.close();
     for (TwItem *section : {twiHeader, twiIndi, twiFam, twiSour, twiObje, twiRepo, twiNote})
         section->setText(TagColumn, QString::number(section->childCount()));
     if (twiNote->childCount() == 0)

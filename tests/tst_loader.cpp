@@ -192,6 +192,9 @@ private slots:
     void toldInOrder();
     void inputIsDelivered();
     void eventsSeeTheRecordsReadSoFar();
+    void fileChangesDuringTheLoad_data();
+    void fileChangesDuringTheLoad();
+    void readFails();
     void statusBarIsLeftAlone();
     void treeOutlivesTheDocument();
 
@@ -1122,6 +1125,63 @@ void TstLoader::eventsSeeTheRecordsReadSoFar()
             [&] { QMetaObject::invokeMethod(this, look, Qt::QueuedConnection); });
     QVERIFY(doc.load(lines));
     QCOMPARE(seen, QStringList({u"33 roots, 33 rows, no count"_s}));
+}
+
+void TstLoader::fileChangesDuringTheLoad_data()
+{
+    using Change = void (*)(const QString &path);
+    QTest::addColumn<Change>("change");
+
+    QTest::newRow("it shrinks") << Change(
+        [](const QString &path) { QVERIFY(QFile::resize(path, 70'000)); });
+    QTest::newRow("it is emptied") << Change([](const QString &path) { writeBytes(path, {}); });
+    QTest::newRow("it grows") << Change([](const QString &path) {
+        writeBytes(path, readBytes(path) + "0 @X1@ INDI\n1 SEX F\n0 TRLR\n");
+    });
+    QTest::newRow("other bytes come in place") << Change(
+        [](const QString &path) { writeBytes(path, QByteArray(readBytes(path).size(), 'x')); });
+}
+
+void TstLoader::fileChangesDuringTheLoad()
+{
+    using Change = void (*)(const QString &path);
+    QFETCH(Change, change);
+
+    // More than a reader keeps ahead of the lines that it gives.
+    QStringList lines;
+    for (int i = 1; i <= 8'000; ++i)
+        lines += {u"0 @I%1@ INDI"_s.arg(i), u"1 NAME Zoé %1 /DUPRÉ/"_s.arg(i)};
+    Document doc;
+    bool changed = false;
+    connect(&doc.progress, &QProgressBar::valueChanged, this, [&](int value) {
+        if (value == 300)
+            change(doc.path());
+        changed = changed || value == 300;
+    });
+    // What is loaded is the file as it stood when the load began.
+    QVERIFY(doc.load(lines));
+    QVERIFY(changed);
+    QCOMPARE(m_boxes->texts(), QStringList());
+    QCOMPARE(doc.journal(), QStringList({startOfLoad(doc), endOfLoad(16'001)}));
+    QCOMPARE(doc.progress.maximum(), 16'001);
+    QCOMPARE(doc.lines(), lines);
+}
+
+void TstLoader::readFails()
+{
+    // A file that opens, and gives no byte: nothing of a process is mapped at its first address.
+    const QString path = u"/proc/self/mem"_s;
+    QVERIFY(QFileInfo(path).isFile());
+    Document doc;
+    QVERIFY(!doc.gedcom.genererVectorGed(path, &doc.tree, &doc.progress, &doc.statusBar));
+    QCOMPARE(m_boxes->texts(), QStringList{"Impossible d'ouvrir le fichier "_L1 + path});
+    QCOMPARE(m_boxes->titles(), QStringList{u"Erreur"_s});
+    QVERIFY(m_boxes->allCritical(nullptr));
+    QCOMPARE(doc.journal(), QStringList({"INFO : Chargement du fichier "_L1 + path,
+                                         u"ERROR : Chargement du fichier impossible."_s}));
+    QCOMPARE(doc.gedcom.getPathGedFile(), QString());
+    QCOMPARE(doc.tree.topLevelItemCount(), 0);
+    QVERIFY(!doc.progress.isVisible());
 }
 
 void TstLoader::statusBarIsLeftAlone()
