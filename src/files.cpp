@@ -5,16 +5,22 @@
 #include <QDate>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProgressBar>
 #include <QTextStream>
 #include <QTime>
 
 using namespace Qt::StringLiterals;
 
+bool isFile(const QString &path)
+{
+    return QFileInfo(path).isFile();
+}
+
 std::optional<QByteArray> readFile(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!isFile(path) || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
     QByteArray bytes = file.readAll();
     // A read that breaks off looks like one that has come to the end; only the next one tells.
@@ -52,6 +58,13 @@ QString makeArchiveDirectory(const QString &pathFileGed)
             QDir().mkdir(archPath);
     }
     return archPath;
+}
+
+bool openToWrite(QFile *file)
+{
+    const QFileInfo target(file->fileName());
+    return (target.isFile() || !target.exists())
+        && file->open(QIODevice::WriteOnly | QIODevice::Text);
 }
 
 void writeLines(QFile *file, qsizetype count, const std::function<QStringList(qsizetype)> &linesOf,

@@ -15,7 +15,11 @@ class QFile;
 class QProgressBar;
 class QTextStream;
 
-/// All bytes of a file. Nothing if it cannot be opened, or not be read to its end.
+/// Whether there is a file of that name, or a link to one. What else may have a name is never
+/// opened: a pipe waits for its other end, and a device may have no end.
+[[nodiscard]] bool isFile(const QString &path);
+
+/// All bytes of a file. Nothing if it is no file, cannot be opened, or not be read to its end.
 [[nodiscard]] std::optional<QByteArray> readFile(const QString &path);
 
 /// The number of lines from the beginning of the stream, which is there again afterwards.
@@ -28,6 +32,9 @@ class QTextStream;
 /// Makes the archive directory of today beside a file and returns its path. Where it cannot be
 /// made, the journal that goes into it cannot be opened, and that is reported.
 QString makeArchiveDirectory(const QString &pathFileGed);
+
+/// Opens a file to write it anew, or a new one. False if that cannot be done, or it is no file.
+[[nodiscard]] bool openToWrite(QFile *file);
 
 /// Writes the lines that \p linesOf gives for each of \p count pieces, then \p end, to an open file
 /// and closes it. Events are processed at every hundredth piece.

@@ -184,11 +184,12 @@ bool Gedcom::writeGedFile(QString pathFileGed)
     // The copy is not checked: a new file has nothing to be archived.
     QString fileName = archiveName(pathFileGed);
     const QString archPath = makeArchiveDirectory(pathFileGed);
-    QFile::copy(pathFileGed, archPath + u'/' + fileName);
+    if (isFile(pathFileGed))
+        QFile::copy(pathFileGed, archPath + u'/' + fileName);
     addToJournal(tr("Fichier %1 copié sous %2/%3").arg(pathFileGed, archPath, fileName), u"INFO"_s);
 
     const auto open = [this](QFile *file, const QString &log, const QString &title) -> bool {
-        if (file->open(QIODevice::WriteOnly | QIODevice::Text))
+        if (openToWrite(file))
             return true;
         addToJournal(log, u"ERROR"_s);
         showCritical(title, tr("Modification non prise en compte, vérifier l'accès au fichier %1")

@@ -1,5 +1,6 @@
 #include "boxes.h"
 #include "document.h"
+#include "nofiles.h"
 #include "progresslog.h"
 #include "testmain.h"
 #include "told.h"
@@ -195,6 +196,8 @@ private slots:
     void fileChangesDuringTheLoad_data();
     void fileChangesDuringTheLoad();
     void readFails();
+    void whatIsNoFile_data();
+    void whatIsNoFile();
     void statusBarIsLeftAlone();
     void treeOutlivesTheDocument();
 
@@ -1182,6 +1185,45 @@ void TstLoader::readFails()
     QCOMPARE(doc.gedcom.getPathGedFile(), QString());
     QCOMPARE(doc.tree.topLevelItemCount(), 0);
     QVERIFY(!doc.progress.isVisible());
+}
+
+void TstLoader::whatIsNoFile_data()
+{
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("pipe without a writer") << u"tube.ged"_s;
+    QTest::newRow("link to a pipe") << u"lien.ged"_s;
+    QTest::newRow("pipe with a writer") << u"plein.ged"_s;
+    QTest::newRow("device") << u"/dev/null"_s;
+    QTest::newRow("link to a device") << u"rien.ged"_s;
+    QTest::newRow("socket") << u"prise.ged"_s;
+}
+
+void TstLoader::whatIsNoFile()
+{
+    QFETCH(QString, name);
+
+    Document doc;
+    const QDir folder(doc.folder());
+    makePipe(folder.filePath(u"tube.ged"_s));
+    makePipe(folder.filePath(u"plein.ged"_s));
+    makeSocket(folder.filePath(u"prise.ged"_s));
+    QVERIFY(QFile::link(u"tube.ged"_s, folder.filePath(u"lien.ged"_s)));
+    QVERIFY(QFile::link(u"/dev/null"_s, folder.filePath(u"rien.ged"_s)));
+    const QByteArray bytes = "0 HEAD\n1 CHAR x\n0 TRLR\n"_ba;
+    const PipeEnd otherEnd(folder.filePath(u"plein.ged"_s), bytes);
+    const QString path = folder.filePath(name); // an absolute one stays
+
+    QVERIFY(!doc.gedcom.genererVectorGed(path, &doc.tree, &doc.progress, &doc.statusBar));
+    QCOMPARE(m_boxes->texts(), QStringList{"Impossible d'ouvrir le fichier "_L1 + path});
+    QCOMPARE(m_boxes->titles(), QStringList{u"Erreur"_s});
+    QVERIFY(m_boxes->allCritical(nullptr));
+    QCOMPARE(doc.journal(), QStringList({"INFO : Chargement du fichier "_L1 + path,
+                                         u"ERROR : Chargement du fichier impossible."_s}));
+    QCOMPARE(doc.gedcom.getPathGedFile(), QString());
+    QCOMPARE(doc.tree.topLevelItemCount(), 0);
+    QVERIFY(!doc.progress.isVisible());
+    QCOMPARE(otherEnd.unread(), bytes.size());
 }
 
 void TstLoader::statusBarIsLeftAlone()

@@ -3,6 +3,7 @@
 #include "document.h"
 #include "filedialogs.h"
 #include "markingtranslator.h"
+#include "nofiles.h"
 #include "testmain.h"
 #include "told.h"
 #include "unprivileged.h"
@@ -224,6 +225,7 @@ private slots:
     void secondSaveArchivesTheFirst();
     void twoSavesInOneSecond();
     void newFile();
+    void newFileBehindALink();
     void otherFileIsArchived();
     void archiveFoldersAreKept();
     void targetIsOverwrittenInPlace();
@@ -234,6 +236,8 @@ private slots:
     void targetFailures();
     void journalFailures_data();
     void journalFailures();
+    void pipesAreLeftAlone();
+    void journalIsAPipe();
     void saveAfterFailure();
     void pathWithoutSlash_data();
     void pathWithoutSlash();
@@ -480,6 +484,19 @@ void TstWriter::newFile()
     QCOMPARE(doc.gedcom.getPathGedFile(), doc.path());
 }
 
+void TstWriter::newFileBehindALink()
+{
+    Document doc;
+    QVERIFY(doc.load(family()));
+    const QString path = doc.folder() + "/lien.ged"_L1;
+    QVERIFY(QFile::link(u"neuf.ged"_s, path));
+    const Saved saved = save(&doc, path);
+    QVERIFY(saved.result);
+    QCOMPARE(readBytes(doc.folder() + "/neuf.ged"_L1), gedBytes(family()));
+    QCOMPARE(QFileInfo(path).symLinkTarget(), doc.folder() + "/neuf.ged"_L1);
+    QCOMPARE(readBytes(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
+}
+
 void TstWriter::otherFileIsArchived()
 {
     Document doc;
@@ -614,6 +631,25 @@ void TstWriter::targetFailures_data()
     QTest::newRow("the target is a directory")
         << Prepare([](const QString &folder) { QDir(folder).mkdir(u"gen"_s); }) << u"./gen"_s
         << QStringList{u"ARCH/"_s, u"ARCH/DATE/"_s, u"arbre.ged"_s, u"gen/"_s};
+    const QStringList leftOfPipe{u"ARCH/"_s, u"ARCH/DATE/"_s, u"arbre.ged"_s, u"tube.ged"_s};
+    const Prepare pipe = [](const QString &folder) { makePipe(folder + "/tube.ged"_L1); };
+    QTest::newRow("the target is a pipe") << pipe << u"./tube.ged"_s << leftOfPipe;
+    QTest::newRow("the target is a link to a pipe")
+        << Prepare([](const QString &folder) {
+               makePipe(folder + "/tube.ged"_L1);
+               QFile::link(u"tube.ged"_s, folder + "/lien.ged"_L1);
+           })
+        << u"./lien.ged"_s
+        << QStringList{u"ARCH/"_s, u"ARCH/DATE/"_s, u"arbre.ged"_s, u"lien.ged"_s, u"tube.ged"_s};
+    QTest::newRow("the target is a device")
+        << Prepare(
+               [](const QString &folder) { QFile::link(u"/dev/null"_s, folder + "/rien.ged"_L1); })
+        << u"./rien.ged"_s
+        << QStringList{u"ARCH/"_s, u"ARCH/DATE/"_s, u"arbre.ged"_s, u"rien.ged"_s};
+    QTest::newRow("the target is a socket")
+        << Prepare([](const QString &folder) { makeSocket(folder + "/prise.ged"_L1); })
+        << u"./prise.ged"_s
+        << QStringList{u"ARCH/"_s, u"ARCH/DATE/"_s, u"arbre.ged"_s, u"prise.ged"_s};
     QTest::newRow("the folder of the target is not there")
         << Prepare([](const QString &) {}) << u"./rien/arbre.ged"_s << QStringList{u"arbre.ged"_s};
     QTest::newRow("the folder of the target is a file")
@@ -749,6 +785,44 @@ void TstWriter::journalFailures()
     QCOMPARE(doc.status(), "Sauvegarde du journal "_L1 + archived.journal());
     QVERIFY(doc.progress.isVisible()); // nothing hides it in this case
     QCOMPARE(listing(doc.folder(), archived), left);
+    QCOMPARE(readBytes(doc.path()), gedBytes(family()));
+}
+
+void TstWriter::pipesAreLeftAlone()
+{
+    Document doc;
+    QVERIFY(doc.load(family()));
+    const QString path = doc.folder() + "/tube.ged"_L1;
+    makePipe(path);
+    // With somebody at the other end nothing would wait: neither the copy for the archive takes
+    // anything out, nor does the save put anything in.
+    const PipeEnd otherEnd(path, "avant");
+    const AnsweredBoxes boxes;
+    QVERIFY(!save(&doc, path).result);
+    QCOMPARE(boxes.titles(), QStringList{u"Erreur d'écriture"_s});
+    QCOMPARE(otherEnd.unread(), 5);
+    QCOMPARE(doc.archive(), QStringList{});
+}
+
+void TstWriter::journalIsAPipe()
+{
+    Document doc;
+    QVERIFY(doc.load(family()));
+    QString journal;
+    connect(&doc.statusBar, &QStatusBar::messageChanged, this, [&](const QString &text) {
+        if (text.startsWith("Sauvegarde du journal "_L1)) {
+            journal = text.mid(22);
+            makePipe(journal);
+        }
+    });
+    const AnsweredBoxes boxes;
+    const Saved saved = save(&doc, doc.path());
+    QVERIFY(!saved.result);
+    QCOMPARE(journal, saved.archived.journal());
+    QCOMPARE(boxes.titles(), QStringList{u"Erreur d'écriture du journal"_s});
+    QCOMPARE(saved.journal,
+             journalOfSave(doc.path(), saved.archived)
+                 + QStringList{u"ERROR : Erreur d'écriture du fichier journal "_s + journal});
     QCOMPARE(readBytes(doc.path()), gedBytes(family()));
 }
 
