@@ -4,13 +4,24 @@
 
 #include <QDate>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
+#include <QList>
 #include <QProgressBar>
 #include <QTextStream>
 #include <QTime>
 
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// The files of the saves that run, those of the outermost one first.
+QList<SavedFile *> savedFiles;
+
+} // namespace
 
 bool isFile(const QString &path)
 {
@@ -60,26 +71,54 @@ QString makeArchiveDirectory(const QString &pathFileGed)
     return archPath;
 }
 
-bool openToWrite(QFile *file)
+SavedFile::SavedFile(const QString &path) : m_file(path)
 {
-    const QFileInfo target(file->fileName());
-    return (target.isFile() || !target.exists())
-        && file->open(QIODevice::WriteOnly | QIODevice::Text);
+    savedFiles.append(this);
 }
 
-void writeLines(QFile *file, qsizetype count, const std::function<QStringList(qsizetype)> &linesOf,
-                const char *end, QProgressBar *bar)
+SavedFile::~SavedFile()
 {
-    QTextStream out(file);
+    savedFiles.removeLast(); // a save ends before the one that it came into
+}
+
+QString SavedFile::path() const
+{
+    return m_file.fileName();
+}
+
+bool SavedFile::open()
+{
+    if (m_isLost)
+        return true; // left as it is: opening would empty it
+    const QFileInfo target(m_file.fileName());
+    if (target.exists() && !target.isFile())
+        return false;
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Text))
+        return false;
+    for (SavedFile *file : std::as_const(savedFiles)) {
+        std::error_code error; // a file that is not there is no other name of this one
+        if (file != this
+            && std::filesystem::equivalent(file->m_file.filesystemFileName(),
+                                           m_file.filesystemFileName(), error))
+            file->m_isLost = true;
+    }
+    return true;
+}
+
+void SavedFile::write(qsizetype count, const std::function<QStringList(qsizetype)> &linesOf,
+                      const char *end, QProgressBar *bar)
+{
+    QTextStream out(&m_file);
     out.setEncoding(QStringConverter::System);
     bar->setRange(0, int(count));
     for (qsizetype i = 0; i < count; ++i) {
-        const QStringList lines = linesOf(i);
+        const QStringList lines = m_isLost ? QStringList() : linesOf(i);
         for (const QString &line : lines)
-            out << line << Qt::endl;
+            out << line << Qt::endl; // each is flushed: nothing waits here while events come
         showProgress(bar, i);
     }
-    out << end;
+    if (!m_isLost)
+        out << end;
     out.reset(); // the stream is flushed as its file closes
-    file->close();
+    m_file.close();
 }

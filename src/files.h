@@ -5,13 +5,13 @@
 // and the writing itself.
 
 #include <QByteArray>
+#include <QFile>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
 #include <optional>
 
-class QFile;
 class QProgressBar;
 class QTextStream;
 
@@ -33,12 +33,30 @@ class QTextStream;
 /// made, the journal that goes into it cannot be opened, and that is reported.
 QString makeArchiveDirectory(const QString &pathFileGed);
 
-/// Opens a file to write it anew, or a new one. False if that cannot be done, or it is no file.
-[[nodiscard]] bool openToWrite(QFile *file);
+/// A file that a save writes anew. Events come between its lines, and one of them may start another
+/// save to the same file, under this name or another. The file is then that save's, which began
+/// last: this one goes through its steps, and writes nothing any more.
+class SavedFile
+{
+public:
+    /// Nothing is opened yet, but the file can be lost to another save from now on.
+    explicit SavedFile(const QString &path);
+    ~SavedFile();
+    Q_DISABLE_COPY_MOVE(SavedFile)
 
-/// Writes the lines that \p linesOf gives for each of \p count pieces, then \p end, to an open file
-/// and closes it. Events are processed at every hundredth piece.
-void writeLines(QFile *file, qsizetype count, const std::function<QStringList(qsizetype)> &linesOf,
-                const char *end, QProgressBar *bar);
+    [[nodiscard]] QString path() const;
+
+    /// Opens it, which empties it, or makes it. False if that cannot be done, or it is no file.
+    [[nodiscard]] bool open();
+
+    /// Writes the lines that \p linesOf gives for each of \p count pieces, then \p end, and closes
+    /// the file. Events are processed at every hundredth piece.
+    void write(qsizetype count, const std::function<QStringList(qsizetype)> &linesOf,
+               const char *end, QProgressBar *bar);
+
+private:
+    QFile m_file;
+    bool m_isLost = false; // to a save that began later
+};
 
 #endif // FILES_H

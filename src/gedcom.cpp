@@ -178,6 +178,7 @@ bool Gedcom::writeGedFile(QString pathFileGed)
         return false;
 
     qDebug() << "ON writeGedFile";
+    SavedFile fileGed(pathFileGed);
     checkOversized();
     m_status->showMessage(tr("Sauvegarde du fichier %1").arg(pathFileGed), 0);
 
@@ -188,39 +189,36 @@ bool Gedcom::writeGedFile(QString pathFileGed)
         QFile::copy(pathFileGed, archPath + u'/' + fileName);
     addToJournal(tr("Fichier %1 copié sous %2/%3").arg(pathFileGed, archPath, fileName), u"INFO"_s);
 
-    const auto open = [this](QFile *file, const QString &log, const QString &title) -> bool {
-        if (openToWrite(file))
+    const auto open = [this](SavedFile *file, const QString &log, const QString &title) -> bool {
+        if (file->open())
             return true;
         addToJournal(log, u"ERROR"_s);
         showCritical(title, tr("Modification non prise en compte, vérifier l'accès au fichier %1")
-                                .arg(file->fileName()));
+                                .arg(file->path()));
         return false;
     };
-    QFile fileGed(pathFileGed);
     if (!open(&fileGed, tr("Erreur d'écriture du fichier %1").arg(pathFileGed),
               tr("Erreur d'écriture")))
         return false;
     m_progress->setVisible(true);
     const QList<TwItem *> tabTwItemRoot = getTabTwItemsRoot();
-    writeLines(
-        &fileGed, tabTwItemRoot.size(),
-        [&](qsizetype i) { return tabTwItemRoot.at(i)->getGedEntryList(); }, "0 TRLR\n",
-        m_progress);
+    fileGed.write(
+        tabTwItemRoot.size(), [&](qsizetype i) { return tabTwItemRoot.at(i)->getGedEntryList(); },
+        "0 TRLR\n", m_progress);
     const QString saved = tr("Fichier %1 sauvegardé.").arg(pathFileGed);
     addToJournal(saved, u"INFO"_s);
     m_status->showMessage(saved, 0);
 
     fileName.prepend("journal."_L1);
-    QFile fileJournal(archPath + u'/' + fileName);
-    const QString journalPath = fileJournal.fileName();
+    SavedFile fileJournal(archPath + u'/' + fileName);
+    const QString journalPath = fileJournal.path();
     m_status->showMessage(tr("Sauvegarde du journal %1").arg(journalPath), 0);
     if (!open(&fileJournal, tr("Erreur d'écriture du fichier journal %1").arg(journalPath),
               tr("Erreur d'écriture du journal")))
         return false;
     const QStringList journal = m_journal->split("\r\n"_L1);
-    writeLines(
-        &fileJournal, journal.size(), [&](qsizetype i) { return QStringList{journal.at(i)}; }, "",
-        m_progress);
+    fileJournal.write(
+        journal.size(), [&](qsizetype i) { return QStringList{journal.at(i)}; }, "", m_progress);
     m_status->showMessage(tr("Fichier journal %1 sauvegardé.").arg(journalPath), 0);
     m_progress->setVisible(false);
     qDebug() << "OFF writeGedFile";

@@ -52,7 +52,8 @@ public:
     /// Cuts oversized lines, copies the file that is about to be overwritten into the dated archive
     /// directory beside it, writes the document, and the journal beside the archive copy. False,
     /// with a box shown, if one of the two files cannot be opened; false also before a load, when
-    /// nothing at all is done.
+    /// nothing at all is done. Of saves to one file that an event has started one inside the other,
+    /// the file holds the one that began last.
     bool writeGedFile(QString pathFileGed);
 
     /// Folds each CONC line into the live line before it. Returns the number of lines folded.
