@@ -195,6 +195,7 @@ private slots:
     void eventsSeeTheRecordsReadSoFar();
     void fileChangesDuringTheLoad_data();
     void fileChangesDuringTheLoad();
+    void loadsInsideALoad();
     void readFails();
     void whatIsNoFile_data();
     void whatIsNoFile();
@@ -1168,6 +1169,39 @@ void TstLoader::fileChangesDuringTheLoad()
     QCOMPARE(doc.journal(), QStringList({startOfLoad(doc), endOfLoad(16'001)}));
     QCOMPARE(doc.progress.maximum(), 16'001);
     QCOMPARE(doc.lines(), lines);
+}
+
+void TstLoader::loadsInsideALoad()
+{
+    // Half-way through the file it is loaded again, half-way through that it is replaced by one
+    // that is refused, and loaded a third time.
+    QStringList lines;
+    for (int i = 1; i <= 200; ++i)
+        lines += {u"0 @I%1@ INDI"_s.arg(i), u"1 NAME Zoé %1 /DUPRÉ/"_s.arg(i)};
+    Document doc;
+    QList<bool> results;
+    int depth = 1;
+    const auto loadAgain = [&] {
+        if (depth == 3)
+            return;
+        if (++depth == 3)
+            writeLines(doc.path(),
+                       {u"0 HEAD"_s, u"1 CHAR x"_s, u"0 @N1@ NOTE court"_s, u"0 TRLR"_s});
+        results += doc.loadFile();
+    };
+    connect(&doc.progress, &QProgressBar::valueChanged, this, [&](int value) {
+        if (value == 200)
+            QMetaObject::invokeMethod(this, loadAgain, Qt::QueuedConnection);
+    });
+    QVERIFY(doc.load(lines));
+    QCOMPARE(results, QList<bool>({false, true}));
+    QCOMPARE(m_boxes->texts(), QStringList{u"Entrée non reconnue :\r\n0 @N1@ NOTE court"_s});
+    // Each load begins a new list, and those around it go on behind what it has put there.
+    const QStringList rest = lines.mid(198);
+    QCOMPARE(doc.lines(), QStringList({u"0 HEAD"_s, u"1 CHAR x"_s}) + rest + rest);
+    QCOMPARE(topLevelTexts(doc.tree, 0), sectionLabels());
+    QVERIFY(doc.gedcom.writeGedFile(doc.path()));
+    QCOMPARE(readLines(doc.path()), doc.lines() + QStringList{u"0 TRLR"_s});
 }
 
 void TstLoader::readFails()

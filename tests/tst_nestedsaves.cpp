@@ -536,7 +536,7 @@ void TstNestedSaves::saveDuringALoad()
     Document doc;
     writeLines(doc.path(), withTrailer(family()));
     const Steps steps(&doc.progress, [] { return QString(); },
-                      {{QString(), 1'000, [&] { QVERIFY(doc.gedcom.writeGedFile(doc.path())); }}});
+                      {{QString(), 500, [&] { QVERIFY(doc.gedcom.writeGedFile(doc.path())); }}});
     QVERIFY(doc.loadFile());
     QVERIFY(steps.allDone());
     QCOMPARE(doc.lines(), family());
