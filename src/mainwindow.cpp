@@ -21,7 +21,6 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
@@ -181,9 +180,8 @@ void MainWindow::on_pbReadSequence_clicked()
 {
     eraseSettingsValues();
     if (!m_FichierSequence->open(QIODevice::ReadOnly | QIODevice::Text)) {
-        QMessageBox::critical(this, windowTitle(),
-                              tr("Fichier SEQUENCE.INI introuvable dans l'application."),
-                              QMessageBox::Ok);
+        showCritical(windowTitle(), tr("Fichier SEQUENCE.INI introuvable dans l'application."),
+                     this);
         return;
     }
     QTextStream in(m_FichierSequence);
@@ -203,10 +201,9 @@ void MainWindow::on_pbReadSequence_clicked()
             separatorValue = stringTampon;
         }
         if (separatorValue.isEmpty()) {
-            QMessageBox::critical(
-                this, windowTitle(),
-                tr("chaine de séparation 'separator' non définie dans la séquence."),
-                QMessageBox::Ok);
+            showCritical(windowTitle(),
+                         tr("chaine de séparation 'separator' non définie dans la séquence."),
+                         this);
             continue;
         }
         const QStringList valuesList = stringTampon.split(separatorValue);
@@ -570,9 +567,7 @@ void MainWindow::showFiltered(int state, void (Gedcom::*filter)())
 void MainWindow::extraireIni()
 {
     if (!m_FichierParams->open(QIODevice::ReadOnly | QIODevice::Text)) {
-        QMessageBox::critical(this, windowTitle(),
-                              tr("Fichier PARAM.INI introuvable dans l'application."),
-                              QMessageBox::Ok);
+        showCritical(windowTitle(), tr("Fichier PARAM.INI introuvable dans l'application."), this);
         return;
     }
     QTextStream in(m_FichierParams);

@@ -6,6 +6,7 @@
 #include <QString>
 
 class QProgressBar;
+class QWidget;
 
 inline constexpr int ProgressPeriod = 100; // entries between two refreshes of the window
 
@@ -19,7 +20,8 @@ bool showProgress(QProgressBar *bar, qsizetype done);
 /// Processes events once. Every long operation comes here for it, and not to Qt itself.
 void processEvents();
 
-/// Shows an error box without a parent and waits for its only button, Ok.
-void showCritical(const QString &title, const QString &text);
+/// Shows an error box with the text as it stands and waits for its only button, Ok. A text that does
+/// not fit the screen is scrolled.
+void showCritical(const QString &title, const QString &text, QWidget *parent = nullptr);
 
 #endif // REPORT_H
