@@ -71,7 +71,7 @@ QString makeArchiveDirectory(const QString &pathFileGed)
     return archPath;
 }
 
-SavedFile::SavedFile(const QString &path) : m_file(path)
+SavedFile::SavedFile(const QString &path) : m_path(path), m_file(path)
 {
     savedFiles.append(this);
 }
@@ -83,7 +83,7 @@ SavedFile::~SavedFile()
 
 QString SavedFile::path() const
 {
-    return m_file.fileName();
+    return m_path;
 }
 
 bool SavedFile::open()

@@ -55,6 +55,7 @@ public:
                const char *end, QProgressBar *bar);
 
 private:
+    QString m_path; // as given; an open file has one of its own
     QFile m_file;
     bool m_isLost = false; // to a save that began later
 };

@@ -655,13 +655,13 @@ public:
         QString after;
     };
 
-    Replacer(const QString &strOri, const QString &strDest, bool sensitive, bool regex)
-        : m_strOri(strOri),
-          m_strDest(strDest),
+    Replacer(QString strOri, QString strDest, bool sensitive, bool regex)
+        : m_strOri(std::move(strOri)),
+          m_strDest(std::move(strDest)),
           m_regex(regex),
           m_cs(sensitive ? Qt::CaseSensitive : Qt::CaseInsensitive),
-          m_re(strOri, sensitive ? QRegularExpression::NoPatternOption
-                                 : QRegularExpression::CaseInsensitiveOption),
+          m_re(m_strOri, sensitive ? QRegularExpression::NoPatternOption
+                                   : QRegularExpression::CaseInsensitiveOption),
           m_matcher(m_re)
     {
     }

@@ -20,8 +20,8 @@ bool showProgress(QProgressBar *bar, qsizetype done);
 /// Processes events once. Every long operation comes here for it, and not to Qt itself.
 void processEvents();
 
-/// Shows an error box with the text as it stands and waits for its only button, Ok. A text that does
-/// not fit the screen is scrolled.
+/// Shows an error box with the text as it stands and waits for its only button, Ok. A text that
+/// does not fit the screen is scrolled.
 void showCritical(const QString &title, const QString &text, QWidget *parent = nullptr);
 
 #endif // REPORT_H
