@@ -3,6 +3,12 @@
 
 #include <QTest>
 
+class QTemporaryDir;
+
+/// Cuts the program off from the machine, before there is an application: offscreen, with \p home
+/// as the home directory and none of the user's settings of Qt. Only the locale stays.
+void isolate(const QTemporaryDir &home);
+
 /// Runs the test offscreen, whatever the display of the machine, with a temporary home directory
 /// and non-native file dialogs.
 int runTest(int argc, char **argv, QObject *(*makeTest)());
