@@ -1,5 +1,6 @@
 #include "reviewing.h"
 #include "testmain.h"
+#include "twitem.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -56,6 +57,33 @@ private:
     QStringList m_texts;
 };
 
+/// An entry that notes whenever its line is read. It lies in a closed record, so no view reads it.
+class WatchedEntry : public TwItem
+{
+public:
+    WatchedEntry() : TwItem(-1)
+    {
+        setTwiValuesFromStr(u"1 OCCU 12 MAR 1805"_s, this);
+    }
+    [[nodiscard]] QVariant data(int column, int role) const override
+    {
+        if (role == Qt::DisplayRole)
+            m_reads += isWaiting() ? u"waiting"_s : u"free"_s;
+        return TwItem::data(column, role);
+    }
+
+    /// The reads since the last call of this, without doubles.
+    QStringList takeReads()
+    {
+        QStringList reads = std::exchange(m_reads, {});
+        reads.removeDuplicates();
+        return reads;
+    }
+
+private:
+    mutable QStringList m_reads; // reading does not change the entry
+};
+
 const QString FreeHint = u"free: "_s + Hint;
 const QString WaitingHint = u"waiting: "_s + Hint;
 const QStringList DatesTold{u"waiting: Recherche des incohérences sources / évènements"_s,
@@ -74,6 +102,7 @@ private slots:
     void search();
     void filters_data();
     void filters();
+    void noReadWithoutIt();
     void insideAFilter_data();
     void insideAFilter();
     void noCursorForAnythingElse();
@@ -125,6 +154,24 @@ void TstWaitCursor::filters()
     session.toggle(box);
     QCOMPARE(session.takeTexts(), QStringList{WaitingHint});
     QVERIFY(!QApplication::overrideCursor());
+}
+
+void TstWaitCursor::noReadWithoutIt()
+{
+    CursorSession session;
+    auto *entry = new WatchedEntry;
+    session.row(u"0 @I1@ INDI"_s)->insertTabChild(0, entry);
+    entry->takeReads();
+    const QStringList waiting{u"waiting"_s};
+    for (const QString &text : {u"12 MAR"_s, u"no such text"_s}) {
+        session.search(text);
+        QCOMPARE(entry->takeReads(), waiting);
+        QCOMPARE(entry->isHidden(), text != "12 MAR"_L1);
+    }
+    for (const QString &box : {Sensitive, Regex, DateDiff, MultiUse}) {
+        session.toggle(box);
+        QCOMPARE(entry->takeReads(), waiting);
+    }
 }
 
 void TstWaitCursor::insideAFilter_data()
