@@ -28,7 +28,7 @@ need_packages()
 # shellcheck disable=SC2034 # for the commands that source this file
 {
     BUILD_PACKAGES=(g++ cmake ninja-build qt6-base-dev qt6-translations-l10n)
-    TEST_PACKAGES=(clang-format clang-tidy shellcheck desktop-file-utils appstream)
+    TEST_PACKAGES=(clang-format clang-tidy shellcheck desktop-file-utils appstream fonts-dejavu-core)
     DEMO_PACKAGES=(xvfb xdotool imagemagick)
     BENCH_PACKAGES=(libbenchmark-dev)
 }

@@ -4,7 +4,10 @@
 #include "window.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
+#include <QCheckBox>
+#include <QFontInfo>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLayout>
@@ -13,11 +16,14 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QStatusBar>
 #include <QStyleFactory>
-#include <QStyleOptionFrame>
+#include <QStyleOption>
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -27,6 +33,8 @@ namespace {
 constexpr int Panel = 40;
 constexpr int TitleBar = 40;
 
+const QString Family = u"DejaVu Sans"_s; // what fits depends on the font
+
 /// Sets style and font of the desktop while it lives, whatever a compact style does to the first.
 class Desktop
 {
@@ -35,9 +43,7 @@ public:
         : m_font(QApplication::font())
     {
         QApplication::setStyle(QStyleFactory::create(style));
-        QFont font = m_font;
-        font.setPointSize(points);
-        QApplication::setFont(font);
+        QApplication::setFont(QFont(Family, points));
     }
     ~Desktop()
     {
@@ -64,6 +70,68 @@ std::unique_ptr<MainWindow> makeFullWindow()
     for (QGroupBox *group : groups)
         group->setChecked(true);
     return window;
+}
+
+/// The width of what a label or button has to show beside its frame.
+int contentWidth(const QWidget *widget)
+{
+    const QStyle *style = widget->style();
+    const QString text = widget->property("text").toString();
+    const int width = widget->fontMetrics().size(Qt::TextShowMnemonic, text).width();
+    if (qobject_cast<const QCheckBox *>(widget))
+        return width + style->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, widget);
+    if (qobject_cast<const QRadioButton *>(widget))
+        return width + style->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth, nullptr, widget);
+    if (const auto *button = qobject_cast<const QPushButton *>(widget))
+        return 2 + std::max(width, button->icon().isNull() ? 0 : button->iconSize().width());
+    return width;
+}
+
+/// What is wrong with the title of the group, which stands above the widgets in it.
+QStringList titleFaults(const QGroupBox *group)
+{
+    if (group->title().isEmpty())
+        return {};
+    QStyleOptionGroupBox option;
+    option.initFrom(group);
+    option.text = group->title();
+    option.textAlignment = group->alignment();
+    option.lineWidth = 1;
+    option.subControls =
+        QStyle::SC_GroupBoxFrame | QStyle::SC_GroupBoxCheckBox | QStyle::SC_GroupBoxLabel;
+    const auto part = [&](QStyle::SubControl control) {
+        return group->style()->subControlRect(QStyle::CC_GroupBox, &option, control, group);
+    };
+    const QRect title = part(QStyle::SC_GroupBoxLabel);
+    const QRect whole = title | part(QStyle::SC_GroupBoxCheckBox);
+
+    QStringList found;
+    if (title.width() < group->fontMetrics().horizontalAdvance(group->title())
+        || title.height() < group->fontMetrics().height() || !group->rect().contains(whole))
+        found += group->title() + u" is cut"_s;
+    const QList<QWidget *> children =
+        group->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (const QWidget *child : children) {
+        if (child->geometry().intersects(whole))
+            found += child->objectName() + u" is on the title "_s + group->title();
+    }
+    return found;
+}
+
+QStringList titleFaults(const QMenuBar *bar)
+{
+    QStringList found;
+    QRect former;
+    const QList<QAction *> actions = bar->actions();
+    for (QAction *action : actions) {
+        const QRect title = bar->actionGeometry(action);
+        if (!bar->rect().contains(title) || title.intersects(former)
+            || title.width() < bar->fontMetrics().horizontalAdvance(action->text())
+            || title.height() < bar->fontMetrics().height())
+            found += action->text() + u" is cut"_s;
+        former = title;
+    }
+    return found;
 }
 
 /// What is wrong with the place or the size of the form's widgets, in words.
@@ -99,7 +167,7 @@ QStringList faults(const MainWindow *window)
                        .height();
         } else if (qobject_cast<const QAbstractButton *>(widget)
                    || qobject_cast<const QLabel *>(widget)) {
-            if (widget->width() < widget->sizeHint().width())
+            if (widget->width() < std::max(widget->sizeHint().width(), contentWidth(widget)))
                 found += name + u" is cut at its side"_s;
         }
         const auto *button = qobject_cast<const QPushButton *>(widget);
@@ -109,8 +177,10 @@ QStringList faults(const MainWindow *window)
             room -= 2; // its frame
         if (room < content)
             found += name + u" is too low for its content"_s;
+        if (const auto *group = qobject_cast<const QGroupBox *>(widget))
+            found += titleFaults(group);
     }
-    return found;
+    return found + titleFaults(window->menuBar());
 }
 
 /// Margins and spacings of all layouts of the form.
@@ -144,19 +214,29 @@ class TstFitting : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase();
+
     void highScreenChangesNothing();
     void lastPixelDecides();
     void screen_data();
     void screen();
     void everyHeight();
+    void firstStepTakesSpacingOnly();
     void spacingGoesBeforeMarginsBeforeFont();
     void widthsStay();
     void narrowScreen();
     void tooSmallScreen();
     void otherWindowsStay();
+    void coloursStay();
     void progressBarNeedsNoHeight();
     void onScreen();
+    void smallWindowStays();
 };
+
+void TstFitting::initTestCase()
+{
+    QCOMPARE(QFontInfo(QFont(Family)).family(), Family);
+}
 
 void TstFitting::highScreenChangesNothing()
 {
@@ -245,6 +325,33 @@ void TstFitting::everyHeight()
     QVERIFY(former < needed - 300);
 }
 
+void TstFitting::firstStepTakesSpacingOnly()
+{
+    const Desktop desktop;
+    const int spacing = QApplication::style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing);
+    const std::unique_ptr<MainWindow> window = makeFullWindow();
+    const auto *field = window->findChild<QLineEdit *>(u"leTagsToDel"_s);
+    const auto others = [&] {
+        QStringList sizes;
+        for (const char *name : {"leTagsToDel", "pbApply", "cbRegex", "rbHtml"}) {
+            const auto *widget = window->findChild<QWidget *>(QString::fromLatin1(name));
+            sizes += QString::number(widget->sizeHint().height());
+        }
+        const QList<QLayout *> layouts = window->findChildren<QLayout *>();
+        for (const QLayout *layout : layouts) {
+            const QMargins margins = layout->contentsMargins();
+            sizes += u"%1 %2"_s.arg(margins.top()).arg(margins.bottom());
+        }
+        return sizes += window->font().toString();
+    };
+    const QStringList before = others();
+    QVERIFY(fitInto(window.get(), window->minimumSizeHint() - QSize(0, 1)));
+    QVERIFY(QApplication::style()->layoutSpacing(QSizePolicy::LineEdit, QSizePolicy::LineEdit,
+                                                 Qt::Vertical, nullptr, field)
+            < spacing);
+    QCOMPARE(others(), before);
+}
+
 void TstFitting::spacingGoesBeforeMarginsBeforeFont()
 {
     const Desktop desktop;
@@ -254,6 +361,7 @@ void TstFitting::spacingGoesBeforeMarginsBeforeFont()
     const int needed = plain->minimumSizeHint().height();
     enum Reached { Nothing, Spacing, Margins, Font };
     int reached = Nothing;
+    QList<int> points;
     for (int height = needed; height >= 480; height -= 5) {
         QApplication::setStyle(QStyleFactory::create(u"fusion"_s));
         const std::unique_ptr<MainWindow> window = makeFullWindow();
@@ -272,8 +380,11 @@ void TstFitting::spacingGoesBeforeMarginsBeforeFont()
             QCOMPARE(measures(window.get()), before);
         QVERIFY2(now == reached || now == reached + 1, qPrintable(QString::number(height)));
         reached = now;
+        points += window->font().pointSize();
     }
     QCOMPARE(reached, int(Font));
+    points.erase(std::unique(points.begin(), points.end()), points.end());
+    QCOMPARE(points, (QList<int>{9, 8, 7}));
 }
 
 void TstFitting::widthsStay()
@@ -346,6 +457,29 @@ void TstFitting::otherWindowsStay()
     QCOMPARE(look(window.get()), before);
 }
 
+void TstFitting::coloursStay()
+{
+    const Desktop desktop;
+    QPalette dark(QColor(50, 50, 50));
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        dark.setColor(role, QColor(240, 240, 240));
+    dark.setColor(QPalette::Base, QColor(30, 30, 30));
+    QApplication::setPalette(dark);
+    const auto restored = qScopeGuard([] { QApplication::setPalette(QPalette()); });
+    const std::unique_ptr<MainWindow> window = makeFullWindow();
+    window->menuBar()->ensurePolished(); // its style sheet colours it then
+    const auto palettes = [&window] {
+        return QList<QPalette>{QApplication::palette(), window->palette(),
+                               window->menuBar()->palette(),
+                               window->findChild<QLineEdit *>(u"leTagsToDel"_s)->palette()};
+    };
+    const QList<QPalette> before = palettes();
+    QCOMPARE(before.constFirst().color(QPalette::Window), QColor(50, 50, 50));
+    QVERIFY(fitInto(window.get(), {1280, 640}));
+    QVERIFY(isCompact());
+    QVERIFY(palettes() == before);
+}
+
 void TstFitting::progressBarNeedsNoHeight()
 {
     const Desktop desktop;
@@ -371,6 +505,20 @@ void TstFitting::onScreen()
     QVERIFY(window->width() <= available.width());
     QCOMPARE(window->frameGeometry().top(), available.top());
     QCOMPARE(faults(window.get()), QStringList());
+}
+
+void TstFitting::smallWindowStays()
+{
+    const Desktop desktop;
+    const QStyle *style = QApplication::style();
+    QWidget window;
+    window.resize(300, 200);
+    const QFont font = window.font();
+    fitOnScreen(&window);
+    QVERIFY(!window.testAttribute(Qt::WA_Moved));
+    QCOMPARE(window.size(), QSize(300, 200));
+    QCOMPARE(window.font(), font);
+    QCOMPARE(QApplication::style(), style);
 }
 
 VARLUNE_TEST_MAIN(TstFitting)
