@@ -1,3 +1,4 @@
+#include "document.h"
 #include "fenapropos.h"
 #include "markingtranslator.h"
 #include "testmain.h"
@@ -15,6 +16,7 @@
 #include <QProgressBar>
 #include <QRegularExpression>
 #include <QTest>
+#include <QTextDocument>
 
 #include <algorithm>
 #include <functional>
@@ -77,14 +79,23 @@ QString label(QAccessibleInterface *iface)
     return name.isEmpty() ? QString::fromLatin1(iface->object()->metaObject()->className()) : name;
 }
 
-/// The group box around the interface; null if there is none.
-QGroupBox *groupOf(QAccessibleInterface *iface)
+/// The group boxes around the interface, innermost first.
+QList<const QGroupBox *> groupsAround(QAccessibleInterface *iface)
 {
+    QList<const QGroupBox *> groups;
     for (iface = iface->parent(); iface; iface = iface->parent()) {
-        if (auto *group = qobject_cast<QGroupBox *>(iface->object()))
-            return group;
+        if (const auto *group = qobject_cast<const QGroupBox *>(iface->object()))
+            groups += group;
     }
-    return nullptr;
+    return groups;
+}
+
+/// Whether a text has tags, entities or the blanks between them.
+bool hasMarkup(const QString &text)
+{
+    static const QRegularExpression markup(uR"(</?[a-z]|&([a-z]+|#x?[0-9a-f]+);|^\s|\s$|\s\s)"_s,
+                                           QRegularExpression::CaseInsensitiveOption);
+    return Qt::mightBeRichText(text) || text.contains(markup);
 }
 
 /// What the form says of each widget: its name, and its description.
@@ -208,11 +219,13 @@ class TstAccessibility : public QObject
 private slots:
     void everyControlHasANameOfItsOwn();
     void noMarkup();
+    void richToolTipsAreDescribed();
     void widget_data();
     void widget();
     void everyWidgetIsListed();
     void otherWidgets();
     void textsAreTranslated();
+    void translationSetsTextsOnly();
     void everyControlIsReachedByTab();
     void menusAreReachedByKeys();
 };
@@ -233,11 +246,14 @@ void TstAccessibility::everyControlHasANameOfItsOwn()
                 return;
             ++controls;
             const QString name = iface->text(QAccessible::Name);
-            const QGroupBox *group = groupOf(iface);
+            const QList<const QGroupBox *> groups = groupsAround(iface);
+            const QGroupBox *group = groups.value(0);
             if (name.trimmed().isEmpty())
                 faults += label(iface) + u" has no name"_s;
-            if (group && name == group->title())
-                faults += label(iface) + u" is called like its group"_s;
+            for (const QGroupBox *around : groups) {
+                if (name == around->title())
+                    faults += label(iface) + u" is called like a group around it"_s;
+            }
             // A menu is called like the entry that opens it.
             if (iface->role() == QAccessible::PopupMenu)
                 return;
@@ -253,17 +269,21 @@ void TstAccessibility::everyControlHasANameOfItsOwn()
 void TstAccessibility::noMarkup()
 {
     const LoadedSession session;
-    static const QRegularExpression markup(uR"(</?[a-z]|&[a-z]+;|^\s|\s$|\s\s)"_s);
+    session.trigger(u"actionJournal"_s);
+    session.trigger(u"action_propos"_s);
     QStringList faults;
     int texts = 0;
     const QList<QAccessibleInterface *> windows = openWindows();
+    QCOMPARE(windows.size(), 3);
     for (QAccessibleInterface *window : windows) {
         walk(window, [&](QAccessibleInterface *iface) {
-            if (!isControl(iface))
+            if (!iface->object())
                 return;
             for (const QAccessible::Text kind : {QAccessible::Name, QAccessible::Description}) {
+                if (kind == QAccessible::Name && !isControl(iface))
+                    continue;
                 const QString text = iface->text(kind);
-                if (text.contains(markup))
+                if (hasMarkup(text))
                     faults += label(iface) + u": "_s + text;
                 texts += text.isEmpty() ? 0 : 1;
             }
@@ -271,6 +291,23 @@ void TstAccessibility::noMarkup()
     }
     QCOMPARE(faults.join(u'\n'), QString());
     QVERIFY(texts > spoken().size());
+}
+
+void TstAccessibility::richToolTipsAreDescribed()
+{
+    const Session session;
+    QStringList missing;
+    int rich = 0;
+    const QWidgetList widgets = session.window->findChildren<QWidget *>();
+    for (const QWidget *widget : widgets) {
+        if (!Qt::mightBeRichText(widget->toolTip()))
+            continue;
+        ++rich;
+        if (widget->accessibleDescription().isEmpty())
+            missing += widget->objectName();
+    }
+    QCOMPARE(missing.join(u'\n'), QString());
+    QVERIFY(rich > 10);
 }
 
 void TstAccessibility::widget_data()
@@ -356,6 +393,26 @@ void TstAccessibility::textsAreTranslated()
     const MarkingTranslator translator;
     ui.retranslateUi(&window);
     QCOMPARE(texts(), expected);
+}
+
+void TstAccessibility::translationSetsTextsOnly()
+{
+    // A change of the language must not undo what the user has done to the form.
+    const QString source =
+        QString::fromUtf8(readBytes(QStringLiteral(SOURCES "/ui_mainwindow.cpp")));
+    const qsizetype start = source.indexOf("void Ui_MainWindow::retranslateUi("_L1);
+    QVERIFY(start > 0);
+    static const QRegularExpression call(uR"((?:->|\.)(\w+)\()"_s);
+    QStringList called;
+    for (auto it = call.globalMatch(source, start); it.hasNext();)
+        called += it.next().captured(1);
+    called.removeDuplicates();
+    called.sort();
+    const QStringList expected{
+        u"columnCount"_s,       u"headerItem"_s,         u"setAccessibleDescription"_s,
+        u"setAccessibleName"_s, u"setPlaceholderText"_s, u"setText"_s,
+        u"setTitle"_s,          u"setToolTip"_s,         u"setWindowTitle"_s};
+    QCOMPARE(called, expected);
 }
 
 void TstAccessibility::everyControlIsReachedByTab()
