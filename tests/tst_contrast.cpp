@@ -226,6 +226,18 @@ void TstContrast::menuTitles()
                  qPrintable(action->text()));
     }
     QCOMPARE(menuBar->styleSheet(), u"QMenuBar {background-color: #f0f0f0;}"_s);
+
+    // Whichever of them a style draws, in front and behind another window.
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        for (const auto role : {QPalette::WindowText, QPalette::ButtonText})
+            QVERIFY(contrast(menuBar->palette().color(group, role), MenuBarBackground)
+                    >= ReadableContrast);
+    }
+
+    // The pictures do tell: with the colours of the desktop they are as unreadable as these.
+    menuBar->setPalette(QApplication::style()->standardPalette());
+    QCOMPARE(strongest(menuBar->grab().toImage(), MenuBarBackground) >= ReadableContrast,
+             contrast(text, MenuBarBackground) >= ReadableContrast);
 }
 
 void TstContrast::readableTitlesStay()
