@@ -48,6 +48,20 @@ QStringList buttonTexts(const QList<QAbstractButton *> &buttons)
     return texts;
 }
 
+/// All that the framework writes into a file dialog, labels first.
+QStringList dialogTexts(const QFileDialog *dialog)
+{
+    QStringList texts;
+    for (const char *name : {"lookInLabel", "fileNameLabel", "fileTypeLabel"})
+        texts += dialog->findChild<QLabel *>(QString::fromLatin1(name))->text();
+    texts += buttonTexts(dialog->findChild<QDialogButtonBox *>()->buttons());
+    texts += dialog->findChild<QWidget *>(u"newFolderButton"_s)->toolTip();
+    const QAbstractItemModel *model = dialog->findChild<QTreeView *>()->model();
+    for (int column = 0; column < model->columnCount(); ++column)
+        texts += model->headerData(column, Qt::Horizontal).toString();
+    return texts;
+}
+
 } // namespace
 
 class TstDesktop : public QObject
@@ -61,6 +75,7 @@ private slots:
     void desktopFile();
 
     void fileDialogIsFrench();
+    void folderDialogIsFrench();
     void fileTypesAreFrench();
     void overwriteQuestionIsFrench();
     void fieldMenuIsFrench();
@@ -100,21 +115,35 @@ void TstDesktop::fileDialogIsFrench()
     const Session session;
     QStringList texts;
     AnsweredFileDialogs dialogs{QString()};
-    dialogs.setInspector([&texts](const QFileDialog *dialog) {
-        for (const char *name : {"lookInLabel", "fileNameLabel", "fileTypeLabel"})
-            texts += dialog->findChild<QLabel *>(QString::fromLatin1(name))->text();
-        texts += buttonTexts(dialog->findChild<QDialogButtonBox *>()->buttons());
-        texts += dialog->findChild<QWidget *>(u"newFolderButton"_s)->toolTip();
-        const QAbstractItemModel *model = dialog->findChild<QTreeView *>()->model();
-        for (int column = 0; column < model->columnCount(); ++column)
-            texts += model->headerData(column, Qt::Horizontal).toString();
-    });
+    dialogs.setInspector([&texts](const QFileDialog *dialog) { texts = dialogTexts(dialog); });
     const AnsweredBoxes boxes; // the cancelled dialog is told as a failure
     session.trigger(u"actionOuvrir"_s);
     const QStringList expected{u"Voir dans :"_s,
                                u"&Nom de fichier :"_s,
                                u"Fichiers de type :"_s,
                                u"&Ouvrir"_s,
+                               u"Annuler"_s,
+                               u"Créer un nouveau dossier"_s,
+                               u"Nom"_s,
+                               u"Taille"_s,
+                               u"Type"_s,
+                               u"Dernière modification"_s};
+    QCOMPARE(texts, expected);
+}
+
+void TstDesktop::folderDialogIsFrench()
+{
+    const Session session;
+    session.load({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 TRLR"_s});
+    session.set({u"gbReplaceMediaPath"_s});
+    QStringList texts;
+    AnsweredFileDialogs dialogs{QString()};
+    dialogs.setInspector([&texts](const QFileDialog *dialog) { texts = dialogTexts(dialog); });
+    session.click(u"pbOpenNewMediaPath"_s);
+    const QStringList expected{u"Voir dans :"_s,
+                               u"Dossier :"_s,
+                               u"Fichiers de type :"_s,
+                               u"&Choisir"_s,
                                u"Annuler"_s,
                                u"Créer un nouveau dossier"_s,
                                u"Nom"_s,
