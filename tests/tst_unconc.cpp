@@ -60,6 +60,7 @@ private slots:
     void folds_data();
     void folds();
     void loadDoesNotFold();
+    void recordOfOneLineIsRefusedAfterASave();
     void foldedEntryStaysInTheTree();
     void deletedEntriesTakeNoPart();
     void deletedRecordsTakeNoPart();
@@ -179,6 +180,17 @@ void TstUnconc::folds_data()
         << QStringList{u"0 @N1@ NOTE"_s, u"1 CONC S"_s} << QStringList{u"0 @N1@ NOTES"_s}
         << QStringList{u"INFO : Balise 'NOTES.CONC S (l.2) concaténée dans la balise NOTES NOTES (l.1)"_s}
         << 1;
+    // What helps against that, before the file is opened.
+    QTest::newRow("into a note record, first text moved behind the tag")
+        << QStringList{u"0 @N1@ NOTE x"_s, u"1 CONC y"_s} << QStringList{u"0 @N1@ NOTE xy"_s}
+        << QStringList{u"INFO : Balise 'CONC y (l.2) concaténée dans la balise  NOTE xy (l.1)"_s}
+        << 1;
+    QTest::newRow("into a note record, first line made CONT")
+        << QStringList{u"0 @N1@ NOTE"_s, u"1 CONT x"_s, u"1 CONC y"_s}
+        << QStringList{u"0 @N1@ NOTE"_s, u"1 CONT xy"_s}
+        << QStringList{u"INFO : Balise 'NOTE.CONC y (l.3) concaténée dans la balise NOTE.CONT xy "
+                       u"(l.2)"_s}
+        << 1;
     QTest::newRow("into a root of two columns")
         << QStringList{u"0 HEAD"_s, u"1 CONC x"_s} << QStringList{u"0 HEAD x"_s}
         << QStringList{u"INFO : Balise 'HEAD.CONC x (l.2) concaténée dans la balise HEAD x (l.1)"_s}
@@ -262,6 +274,20 @@ void TstUnconc::loadDoesNotFold()
     Document doc;
     QVERIFY(doc.load(lines));
     QCOMPARE(doc.lines(), lines);
+}
+
+void TstUnconc::recordOfOneLineIsRefusedAfterASave()
+{
+    Document doc;
+    QVERIFY(doc.load({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @N1@ NOTE"_s, u"1 CONC x"_s}));
+    QCOMPARE(doc.gedcom.unConc(), 1);
+    QVERIFY(doc.gedcom.writeGedFile(doc.path()));
+    QCOMPARE(readLines(doc.path()),
+             (QStringList{u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @N1@ NOTEx"_s, u"0 TRLR"_s}));
+
+    Document again;
+    writeBytes(again.path(), readBytes(doc.path()));
+    QVERIFY(!again.loadFile());
 }
 
 void TstUnconc::foldedEntryStaysInTheTree()
