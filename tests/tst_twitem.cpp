@@ -486,6 +486,7 @@ void TstTwItem::parentAndIndexes()
     document.entry(u"1 DEAT"_s)->addChild(stranger);
     QCOMPARE(receiver.getThisTwiIndexParent(stranger), 1);
     QCOMPARE(receiver.getThisTabIndexParent(stranger), -1);
+    delete stranger; // no document of the program has one
 }
 
 void TstTwItem::childLists()
@@ -655,13 +656,19 @@ void TstTwItem::insertionRebuildsFromTheTree()
     document.entry(u"1 DEAT"_s)->insertTabChild(0, second);
     QCOMPARE(flat(root), u"EVEN TYPE NAME BIRT NEW DATE PLAC NOTE DEAT SOUR PAGE AGE CHAN"_s);
 
-    // The root's list is rebuilt from the tree; those of other entries only know inserted rows.
-    birt->addChild(newEntry(u"2 TREE"_s));
+    // A list taken by insertTabChild alone is rebuilt, one made by the tree is not invented.
+    TwItem *stranger = newEntry(u"2 TREE"_s);
+    birt->addChild(stranger);
     QCOMPARE(flat(birt), u"NEW DATE PLAC"_s);
     document.entry(u"1 NAME Jean"_s)->insertTabChild(0, newEntry(u"2 GIVN"_s));
     QCOMPARE(flat(birt), u"NEW DATE PLAC"_s);
     QCOMPARE(flat(root),
              u"EVEN TYPE NAME GIVN BIRT NEW DATE PLAC NOTE TREE DEAT SOUR PAGE AGE CHAN"_s);
+    delete stranger; // no document of the program has one
+    birt->insertTabChild(-1, newEntry(u"2 LAST"_s));
+    QCOMPARE(flat(birt), u"NEW DATE PLAC LAST"_s);
+    QCOMPARE(flat(root),
+             u"EVEN TYPE NAME GIVN BIRT NEW DATE PLAC NOTE LAST DEAT SOUR PAGE AGE CHAN"_s);
 
     // Where tree and file differ, the tree counts from then on.
     TwItem *other = document.entry(u"0 @I2@ INDI"_s);
@@ -763,12 +770,14 @@ void TstTwItem::delChildsWalksTheTree()
     Document document;
     QVERIFY(document.load(family()));
     TwItem *deat = document.entry(u"1 DEAT"_s);
-    deat->insertChild(0, newEntry(u"2 CAUS peste"_s)); // in the tree but in no list
-    document.entry(u"2 AGE 70"_s)->setTwiHidden(true); // hidden by a search but still live
+    TwItem *stranger = newEntry(u"2 CAUS peste"_s);
+    deat->insertChild(0, stranger); // in the tree, and in no list
+    document.entry(u"2 AGE 70"_s)->setTwiHidden(true); // hidden by a search, and as live as before
 
     QCOMPARE(deat->delChilds(),
              (QStringList{u"Suppression de l'entrée : INDI.DEAT.CAUS 2 CAUS peste (l.-1)"_s,
                           u"Suppression de l'entrée : INDI.DEAT.AGE 2 AGE 70 (l.8)"_s}));
+    delete stranger; // no document of the program has one
 }
 
 void TstTwItem::setDelete()

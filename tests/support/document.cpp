@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTest>
 #include <QTreeWidgetItemIterator>
 
@@ -86,6 +87,11 @@ Document::Document()
     tree.setColumnCount(4);
 }
 
+Document::~Document()
+{
+    failOn(faults());
+}
+
 bool Document::load(const QStringList &lines)
 {
     writeLines(path(), lines + QStringList{u"0 TRLR"_s});
@@ -94,7 +100,9 @@ bool Document::load(const QStringList &lines)
 
 bool Document::loadFile()
 {
-    return gedcom.genererVectorGed(path(), &tree, &progress, &statusBar);
+    const bool loaded = gedcom.genererVectorGed(path(), &tree, &progress, &statusBar);
+    m_refused = m_refused || !loaded;
+    return loaded;
 }
 
 QString Document::path() const
@@ -110,11 +118,13 @@ QStringList Document::archive() const
 
 QStringList Document::journal() const
 {
+    failOn(faults());
     return journalWithoutTimes(gedcom.getJournal());
 }
 
 QStringList Document::newJournal()
 {
+    failOn(faults());
     const QString whole = gedcom.getJournal();
     const QString news = whole.mid(m_journalSeen);
     m_journalSeen = whole.size();
@@ -123,6 +133,7 @@ QStringList Document::newJournal()
 
 QStringList Document::lines() const
 {
+    failOn(faults());
     QStringList lines;
     const QList<TwItem *> roots = gedcom.getTabTwItemsRoot();
     for (TwItem *root : roots)
@@ -143,4 +154,21 @@ TwItem *Document::entry(const QString &line) const
         }
     }
     return nullptr;
+}
+
+QStringList Document::faults() const
+{
+    const QList<TwItem *> roots = gedcom.getTabTwItemsRoot();
+    QList<TwItem *> records = roots; // those of the submitters stand in no tree
+    const QSet<TwItem *> written(roots.begin(), roots.end());
+    QStringList lost;
+    const QList<TwItem *> shown = recordsIn(tree);
+    for (TwItem *record : shown) {
+        if (written.contains(record))
+            continue;
+        records += record;
+        if (!record->isToDelete() && !m_refused)
+            lost += "the record is not written: "_L1 + lineText(record);
+    }
+    return lost + faultsOf(records);
 }

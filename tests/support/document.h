@@ -2,6 +2,7 @@
 #define DOCUMENT_H
 
 #include "gedcom.h"
+#include "invariant.h"
 #include "twitem.h"
 
 #include <QProgressBar>
@@ -35,11 +36,13 @@ QStringList insertedBehind(QStringList lines, const QString &line, const QString
 /// The row of the section with this label, which must exist.
 TwItem *sectionNode(const QTreeWidget &tree, const QString &label);
 
-/// A document with the three widgets it borrows, in its own temporary folder.
+/// A document with the three widgets that it borrows, in a temporary folder of its own. Whenever it
+/// is asked for its lines or its journal, and at its end, it must be whole.
 class Document
 {
 public:
     Document();
+    ~Document();
     Q_DISABLE_COPY_MOVE(Document)
 
     /// Writes \p lines and the trailer to path() and loads that file.
@@ -69,6 +72,10 @@ public:
         return statusBar.currentMessage();
     }
 
+    /// What is broken in the document, as faultsOf() has it; or a live record of the tree is lost
+    /// to the file, unless a load has been refused.
+    [[nodiscard]] QStringList faults() const;
+
     QTreeWidget tree;
     QProgressBar progress;
     QStatusBar statusBar;
@@ -77,6 +84,7 @@ public:
 private:
     QTemporaryDir m_folder;
     qsizetype m_journalSeen = 0;
+    bool m_refused = false;
 };
 
 #endif // DOCUMENT_H

@@ -70,8 +70,6 @@ inline const QStringList Family{
     QStringLiteral("1 NOTE de Martin"),
 };
 
-inline constexpr int SectionNodes = 7; // the first rows at the top of the tree
-
 /// Stands for all lines in marked().
 inline const QString Everything = QStringLiteral("all");
 

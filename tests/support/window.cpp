@@ -56,6 +56,11 @@ Session::Session(const QByteArray &parameters) : window(makeWindow(parameters))
     QDir().mkpath(documentsFolder());
 }
 
+Session::~Session()
+{
+    failOn(faults());
+}
+
 QProgressBar *Session::progress() const
 {
     return window->findChild<QProgressBar *>();
@@ -99,6 +104,7 @@ QString Session::text(const QString &field) const
 void Session::trigger(const QString &action) const
 {
     find<QAction>(action)->trigger();
+    failOn(faults());
 }
 
 void Session::click(const QString &button) const
@@ -106,6 +112,7 @@ void Session::click(const QString &button) const
     auto *widget = find<QPushButton>(button);
     QVERIFY2(widget->isEnabled(), qPrintable(button));
     QTest::mouseClick(widget, Qt::LeftButton);
+    failOn(faults());
 }
 
 void Session::set(const QStringList &settings) const
@@ -173,4 +180,9 @@ QStringList Session::journal() const
 {
     const std::unique_ptr<FenJournal> fenJournal(openJournal());
     return journalIn(fenJournal.get());
+}
+
+QStringList Session::faults() const
+{
+    return window ? faultsOf(recordsIn(*tree())) : QStringList();
 }

@@ -1,6 +1,7 @@
 #ifndef WINDOW_H
 #define WINDOW_H
 
+#include "invariant.h"
 #include "mainwindow.h"
 
 #include <QByteArray>
@@ -33,11 +34,13 @@ QStringList journalIn(const FenJournal *fenJournal);
 void clickIndicator(QAbstractButton *button);
 
 /// The real window, with its own temporary folder for the files to open. Asking for an unknown
-/// control aborts the test.
+/// control aborts the test. After each action of the user, and at the end of the session, the
+/// records on screen must be whole.
 class Session
 {
 public:
     explicit Session(const QByteArray &parameters = {});
+    ~Session();
     Q_DISABLE_COPY_MOVE(Session)
 
     template <typename T>
@@ -93,6 +96,9 @@ public:
     [[nodiscard]] FenJournal *openJournal() const;
     /// The whole journal without the times, read from a journal window opened for that.
     [[nodiscard]] QStringList journal() const;
+
+    /// What is broken in the records on screen, as faultsOf() has it.
+    [[nodiscard]] QStringList faults() const;
 
     std::unique_ptr<MainWindow> window;
 
