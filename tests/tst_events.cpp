@@ -8,13 +8,18 @@
 #include <QAbstractButton>
 #include <QCursor>
 #include <QFile>
+#include <QHash>
+#include <QHelpEvent>
+#include <QLineEdit>
 #include <QProgressBar>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
 
 #include <functional>
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -98,7 +103,8 @@ QStringList noted(int persons, int noted)
 class Interruption : public Session
 {
 public:
-    explicit Interruption(const QStringList &lines)
+    explicit Interruption(const QStringList &lines, const QByteArray &parameters = {})
+        : Session(parameters)
     {
         writeLines(path(), withTrailer(lines));
         window->show();
@@ -144,6 +150,23 @@ public:
                              QMetaObject::invokeMethod(window.get(), deliver, Qt::QueuedConnection);
                          });
     }
+    /// Calls \p action once, at the event of the index \p event among those of \p operation;
+    /// without one only counts them.
+    void atEvent(const QString &operation, int event, const std::function<void()> &action)
+    {
+        QObject::connect(progress(), &QProgressBar::valueChanged, window.get(),
+                         [this, operation, event, action] {
+                             if (m_posted || !status().startsWith(operation) || events++ != event)
+                                 return;
+                             m_posted = true;
+                             const auto deliver = [this, operation, action] {
+                                 interrupted = status().startsWith(operation) && !m_operationEnded;
+                                 endDialogs();
+                                 action();
+                             };
+                             QMetaObject::invokeMethod(window.get(), deliver, Qt::QueuedConnection);
+                         });
+    }
     void run(const std::function<void()> &operation)
     {
         operation();
@@ -152,6 +175,7 @@ public:
 
     AnsweredBoxes boxes;
     int dialogCount = 0;
+    int events = 0; // of the operation of atEvent()
     bool interrupted = false;
 
 private:
@@ -186,6 +210,184 @@ private:
     std::function<QString()> m_status;
 };
 
+/// One kind of work that processes events, on a file that is just large enough for three of them.
+struct Phase
+{
+    const char *name;
+    QString status;
+    QStringList lines;
+    QStringList settings; // of the run; without any the phase is no operation of the form
+    QString filter = {};
+};
+
+/// The file of a phase: \p count times the lines \p repeated, "%1" in them being the number, in the
+/// place of their kind, among records that give every operation something to do.
+QStringList phaseFile(int count, const QStringList &persons, const QStringList &sources = {},
+                      const QStringList &medias = {})
+{
+    const auto numbered = [count](const QStringList &lines) {
+        QStringList all;
+        for (int i = 3; i < count + 3; ++i) {
+            for (QString line : lines)
+                all += line.replace("%1"_L1, QString::number(i));
+        }
+        return all;
+    };
+    return QStringList{u"0 HEAD"_s,          u"1 CHAR UTF-8"_s,   u"0 @I1@ INDI"_s,
+                       u"1 NAME Jean/UN/"_s, u"1 BIRT"_s,         u"2 DATE 1850"_s,
+                       u"2 SOUR @S1@"_s,     u"1 OCCU meunier"_s, u"1 NOTE http://exemple.fr"_s,
+                       u"2 CONC /page"_s,    u"1 DEAT"_s,         u"2 DATE 1850"_s,
+                       u"2 SOUR @S1@"_s}
+         + numbered(persons)
+         + QStringList{u"0 @S1@ SOUR"_s, u"1 DATE 1860"_s, u"1 OBJE @O1@"_s, u"0 @S2@ SOUR"_s,
+                       u"1 TITL b"_s}
+         + numbered(sources) + QStringList{u"0 @O1@ OBJE"_s, u"1 FILE medias/a.jpg"_s}
+         + numbered(medias);
+}
+
+QList<Phase> phases()
+{
+    const QStringList person{u"0 @I%1@ INDI"_s, u"1 NAME Luc/N%1/"_s, u"1 NOTE a"_s, u"2 CONC b"_s};
+    const QStringList spacing{u"cbEspacer"_s};
+    return {
+        {"load", Load, phaseFile(75, person), {}},
+        {"folding", Fold, phaseFile(75, person), spacing},
+        {"cutting",
+         u"Déconcaténation de 31 balises > 255 caractères en cours..."_s,
+         phaseFile(31, {u"0 @I%1@ INDI"_s, u"1 NOTE %1 "_s + u"un mot, "_s.repeated(40)}),
+         {}},
+        {"writing", WriteFile, phaseFile(205, {u"0 @I%1@ INDI"_s, u"1 NOTE %1"_s}), {}},
+        {"journal file", WriteJournal, phaseFile(205, {u"0 @I%1@ INDI"_s, u"1 RESI %1"_s}), {}},
+        {"spacing", u"Espacement des noms en cours..."_s, phaseFile(100, person), spacing},
+        {"deletion",
+         Delete,
+         phaseFile(75, {u"0 @I%1@ INDI"_s, u"1 NAME Luc/N%1/"_s, u"1 NOTE a"_s, u"2 CONT b"_s}),
+         {u"gbDelTags"_s, u"leTagsToDel=NOTE"_s}},
+        {"links",
+         u"Ajout des URL médias en cours..."_s,
+         phaseFile(2, person),
+         {u"gbSetURLLinks"_s, u"leStrPlitCsv=,http"_s, u"cbUrlInEvt"_s, u"cbUrlInSour"_s}},
+        {"clickable links",
+         u"Modification des URL en cours..."_s,
+         phaseFile(31, {u"0 @I%1@ INDI"_s, u"1 NOTE http://exemple.fr/%1"_s}),
+         {u"gbClickablesLinks"_s, u"rbHtml"_s}},
+        {"media paths",
+         u"Modification des chemins médias en cours..."_s,
+         phaseFile(31, {}, {}, {u"0 @O%1@ OBJE"_s, u"1 FILE medias/%1.jpg"_s}),
+         {u"gbReplaceMediaPath"_s, u"leNewMediaPath=photos"_s}},
+        {"move",
+         u"Déplacement des balises en cours..."_s,
+         phaseFile(61, {u"0 @I%1@ INDI"_s, u"1 BIRT"_s, u"2 DATE %1"_s}),
+         {u"gbMoveTagContent"_s, u"leTagSour=INDI.BIRT.DATE"_s, u"leTagDest=INDI.BIRT.PLAC"_s,
+          u"cbCreateDestTag"_s, u"cbCpSourDestContent"_s}},
+        {"replacement",
+         u"Remplacement de texte en cours..."_s,
+         phaseFile(31, {u"0 @I%1@ INDI"_s, u"1 NOTE ancien %1"_s}),
+         {u"gbReplaceString"_s, u"leTextOri=ancien"_s, u"leTextDest=neuf"_s,
+          u"leTagToApply=NOTE"_s}},
+        {"filter of dates",
+         u"Recherche des incohérences sources / évènements"_s,
+         phaseFile(75, {u"0 @I%1@ INDI"_s, u"1 BIRT"_s, u"2 DATE 1850"_s, u"2 SOUR @S1@"_s,
+                        u"2 SOUR @S1@"_s, u"2 SOUR @S1@"_s, u"2 SOUR @S1@"_s}),
+         {},
+         u"cbSourceDateDiff"_s},
+        {"filter of sources",
+         u"Recherche des sources utilisées plusieurs fois"_s,
+         phaseFile(305, {}, {u"0 @S%1@ SOUR"_s, u"1 TITL %1"_s}),
+         {},
+         u"cbSourceMultiUse"_s},
+    };
+}
+
+/// Does the work of the phase in a session that has come as far.
+void startPhase(Interruption *session, const Phase &phase)
+{
+    if (phase.status == Load)
+        session->openFile();
+    else if (!phase.settings.isEmpty())
+        session->find<QAbstractButton>(u"pbApply"_s)->click();
+    else if (!phase.filter.isEmpty())
+        session->find<QAbstractButton>(phase.filter)->click();
+    else
+        session->save();
+}
+
+/// What a user can do in the window, each by its name.
+QList<std::pair<const char *, std::function<void(Interruption *)>>> userActions()
+{
+    const auto trigger = [](const QString &action) {
+        return [action](Interruption *session) { session->trigger(action); };
+    };
+    const auto press = [](const QString &button) {
+        return [button](Interruption *session) {
+            auto *widget = session->find<QAbstractButton>(button);
+            if (widget->isEnabled())
+                widget->click();
+        };
+    };
+    const auto firstRow = [](Interruption *session) {
+        QTreeWidgetItem *persons = session->tree()->topLevelItem(1);
+        QTreeWidgetItem *row = persons->childCount() > 0 ? persons->child(0) : persons;
+        persons->setExpanded(true);
+        row->setExpanded(true);
+        session->tree()->scrollToItem(row);
+        return session->tree()->visualRect(session->tree()->indexFromItem(row)).center();
+    };
+    return {
+        {"open",
+         [](Interruption *session) { session->triggerDialog(u"actionOuvrir"_s, session->path()); }},
+        {"save", trigger(u"actionEnregistrerFichier"_s)},
+        {"save as",
+         [](Interruption *session) {
+             session->triggerDialog(u"actionEnregistrerFichier_sous"_s,
+                                    session->path(u"autre.ged"_s));
+         }},
+        {"journal", trigger(u"actionJournal"_s)},
+        {"about box", trigger(u"action_propos"_s)},
+        {"apply", press(u"pbApply"_s)},
+        {"sequence", press(u"pbReadSequence"_s)},
+        {"search",
+         [](Interruption *session) {
+             auto *field = session->find<QLineEdit>(u"leRecherche"_s);
+             QTest::keyClicks(field, u"Jean"_s);
+             QTest::keyClick(field, Qt::Key_Return);
+         }},
+        {"filter of dates", press(u"cbSourceDateDiff"_s)},
+        {"filter of sources", press(u"cbSourceMultiUse"_s)},
+        {"click",
+         [firstRow](Interruption *session) {
+             const QPoint place = firstRow(session);
+             QTest::mouseClick(session->tree()->viewport(), Qt::LeftButton, {}, place);
+         }},
+        {"keys",
+         [](Interruption *session) {
+             session->tree()->setFocus();
+             for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Asterisk, Qt::Key_Down,
+                                       Qt::Key_Right, Qt::Key_End, Qt::Key_Left, Qt::Key_PageUp})
+                 QTest::keyClick(session->tree(), key);
+         }},
+        {"tool tip",
+         [firstRow](Interruption *session) {
+             QWidget *viewport = session->tree()->viewport();
+             const QPoint place = firstRow(session);
+             QHelpEvent event(QEvent::ToolTip, place, viewport->mapToGlobal(place));
+             QCoreApplication::sendEvent(viewport, &event);
+         }},
+        {"resize", [](Interruption *session) { session->window->resize(1200, 700); }},
+        {"close", [](Interruption *session) { QVERIFY(session->window->close()); }},
+    };
+}
+
+/// The lines of the live entries in the order of the tree, which is that of the file of a phase.
+QStringList liveLines(const Session &session)
+{
+    QStringList lines;
+    const QList<TwItem *> records = recordsIn(*session.tree());
+    for (TwItem *record : records)
+        lines += record->getGedEntryList();
+    return withTrailer(lines);
+}
+
 int deletionCount(const QStringList &journal)
 {
     return int(journal.filter(u"INFO : Suppression de l'entrée : "_s).size());
@@ -215,6 +417,8 @@ class TstEvents : public QObject
 private slots:
     void actionDuringAnOperation_data();
     void actionDuringAnOperation();
+    void everyActionAtAnyEvent_data();
+    void everyActionAtAnyEvent();
     void inputIsDelivered_data();
     void inputIsDelivered();
     void openDuringALoad_data();
@@ -225,6 +429,20 @@ private slots:
     void editOfTheForm();
     void closingTheWindow_data();
     void closingTheWindow();
+
+private:
+    /// How many events a phase processes when it is left alone, and what the file is afterwards.
+    struct Undisturbed
+    {
+        int events = 0;
+        QStringList saved;
+    };
+    /// Runs the phase with \p action at its event of the index \p event.
+    void disturb(const Phase &phase, int event, const std::function<void(Interruption *)> &action,
+                 const std::function<void(Interruption *)> &look);
+    const Undisturbed &undisturbed(const Phase &phase);
+
+    QHash<QString, Undisturbed> m_undisturbed;
 };
 
 void TstEvents::actionDuringAnOperation_data()
@@ -354,6 +572,91 @@ void TstEvents::actionDuringAnOperation()
     QCOMPARE(folded(lines), expected);
     for (const QString &line : lines)
         QVERIFY2(line.size() <= 255, qPrintable(line));
+}
+
+void TstEvents::disturb(const Phase &phase, int event,
+                        const std::function<void(Interruption *)> &action,
+                        const std::function<void(Interruption *)> &look)
+{
+    const QTemporaryDir folder;
+    const QString csv = folder.filePath(u"liens.csv"_s);
+    writeLines(csv, QStringList(305, u"a.jpg,http://exemple.fr/a.jpg"_s));
+    const QString sequence = besideExecutable(u"SEQUENCE.INI"_s);
+    writeBytes(sequence, "separator=|\ndelTags=true|delTagsList=OCCU\nEspacerPrenomNom=true\n");
+
+    Interruption session(phase.lines, "urlFilesIndex=" + csv.toUtf8() + '\n');
+    if (phase.status != Load)
+        session.openFile();
+    if (phase.status == WriteJournal)
+        session.apply({u"gbDelTags"_s, u"leTagsToDel=RESI"_s}); // makes a long journal
+    session.set(phase.settings);
+    session.atEvent(phase.status, event, [&] { action(&session); });
+    session.run([&] { startPhase(&session, phase); });
+    QCOMPARE(session.boxes.texts(), QStringList());
+    QCOMPARE(session.faults(), QStringList());
+    look(&session);
+    QFile::remove(sequence);
+}
+
+const TstEvents::Undisturbed &TstEvents::undisturbed(const Phase &phase)
+{
+    Undisturbed &known = m_undisturbed[phase.status];
+    if (known.saved.isEmpty()) {
+        disturb(phase, -1, {}, [&known](Interruption *session) {
+            known.events = session->events;
+            session->save();
+            known.saved = readLines(session->path());
+        });
+    }
+    return known;
+}
+
+void TstEvents::everyActionAtAnyEvent_data()
+{
+    QTest::addColumn<int>("phase");
+    QTest::addColumn<int>("action");
+    QTest::addColumn<int>("when");
+
+    const QList<Phase> allPhases = phases();
+    const auto allActions = userActions();
+    for (int phase = 0; phase < int(allPhases.size()); ++phase) {
+        for (int action = 0; action < int(allActions.size()); ++action) {
+            int when = 0;
+            for (const char *name : {"first", "middle", "last"}) {
+                QTest::addRow("%s at the %s event of %s", allActions.at(action).first, name,
+                              allPhases.at(phase).name)
+                    << phase << action << when++;
+            }
+        }
+    }
+}
+
+void TstEvents::everyActionAtAnyEvent()
+{
+    QFETCH(int, phase);
+    QFETCH(int, action);
+    QFETCH(int, when);
+
+    const Phase busy = phases().at(phase);
+    const auto [name, act] = userActions().at(action);
+    const Undisturbed &alone = undisturbed(busy);
+    QVERIFY2(alone.events >= 3, qPrintable(QString::number(alone.events)));
+    const int event = when * (alone.events - 1) / 2;
+    const bool reopened = busy.status == Load && qstrcmp(name, "open") == 0;
+    const bool reworked = qstrcmp(name, "apply") == 0 || qstrcmp(name, "sequence") == 0;
+
+    disturb(busy, event, act, [&](Interruption *session) {
+        QVERIFY(session->interrupted);
+        // Whatever has come in between, a save writes what is live.
+        session->save();
+        QCOMPARE(session->boxes.texts(), QStringList());
+        const QStringList saved = readLines(session->path());
+        if (reopened)
+            return; // the records come in twice, and those of before leave the document
+        QCOMPARE(saved, liveLines(*session));
+        if (!reworked)
+            QCOMPARE(folded(saved), folded(alone.saved));
+    });
 }
 
 void TstEvents::inputIsDelivered_data()
