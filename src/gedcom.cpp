@@ -10,7 +10,6 @@
 #include "treerows.h"
 #include "twitem.h"
 
-#include <QApplication>
 #include <QBrush>
 #include <QDebug>
 #include <QDir>
