@@ -151,6 +151,13 @@ void writeOneRecord(QTextStream &out, int lines)
         out << "2 CONT ligne " << i << "\n";
 }
 
+void writeEvents(QTextStream &out, int lines)
+{
+    out << "0 @I1@ INDI\n1 NAME Jean /MARTIN/\n";
+    for (int i = 0; i < lines / 2; ++i)
+        out << "1 EVEN\n2 DATE " << date(i) << "\n";
+}
+
 void writeLongLines(QTextStream &out, int lines)
 {
     const QString text = u"Le parrain est oncle maternel de l'enfant. "_s.repeated(10);
@@ -206,6 +213,9 @@ void writeInput(const QString &path, Shape shape, int lines)
     case Shape::OneRecord:
         writeOneRecord(out, lines);
         break;
+    case Shape::Events:
+        writeEvents(out, lines);
+        break;
     case Shape::LongLines:
         writeLongLines(out, lines);
         break;
@@ -217,13 +227,14 @@ void writeInput(const QString &path, Shape shape, int lines)
     close(&file, &out);
 }
 
-void writeCorrespondences(const QString &path, int count, bool known)
+void writeCorrespondences(const QString &path, int count, const QString &name)
 {
     QFile file(path);
     QTextStream out(&file);
     open(&file);
     for (int i = 1; i <= count; ++i) {
-        out << (known ? "acte_" : "absent_") << i << ".jpg,https://partage.test/s/" << i
+        const QString number = QString::number(i);
+        out << QString(name).replace("%1"_L1, number) << ".jpg,https://partage.test/s/" << number
             << ".jpg\n";
     }
     close(&file, &out);

@@ -240,11 +240,13 @@ QString correspondences(const Document &document)
     return document.besides(u"correspondances.csv"_s);
 }
 
+const QString Each = u"acte_%1"_s; // of the media of the shape Linked
+
 /// Writes the list that link() reads.
-Operation listLinks(int count, bool known)
+Operation listLinks(int count, const QString &name)
 {
     return [=](Document &document) {
-        writeCorrespondences(correspondences(document), count, known);
+        writeCorrespondences(correspondences(document), count, name);
         return 0;
     };
 }
@@ -416,11 +418,11 @@ QList<Row> programRows(int lines)
         family(u"deletion, none"_s, 0.5, remove({u"_RIEN"_s})),
         family(u"deletion, 1 %"_s, 0.7, remove({u"_UID"_s})),
         family(u"deletion, every line"_s, 0, remove({u"*"_s})),
-        family(u"links, none"_s, 0.5, link(), listLinks(lines / 1000, false)),
+        family(u"links, none"_s, 0.5, link(), listLinks(lines / 1000, u"absent_%1"_s)),
         family(u"links, 1 %"_s, 0.7, link(),
-               listLinks(lines / 1000, true)), // each source has ten citations
+               listLinks(lines / 1000, Each)), // each source has ten citations
         operationRow(u"links, every media"_s, Shape::Linked, lines, 0, link(),
-                     listLinks(linkedMedia(lines), true)),
+                     listLinks(linkedMedia(lines), Each)),
         family(u"clickable links, none"_s, 0.5, makeClickable({u"SEX"_s})),
         family(u"clickable links, 1 %"_s, 0.7, makeClickable({})),
         operationRow(u"clickable links, every note"_s, Shape::People, lines, 0, makeClickable({})),
@@ -464,7 +466,7 @@ QList<Row> awkwardRows(int lines)
     };
     const int media = lines / 50;
     const Operation listAndFold = [=](Document &document) {
-        listLinks(media, true)(document);
+        listLinks(media, Each)(document);
         return document.gedcom.unConc();
     };
     return {
@@ -472,9 +474,13 @@ QList<Row> awkwardRows(int lines)
         saveRow(u"one record of 20 %: save"_s, Shape::OneRecord, lines / 5, 0),
         saveRow(u"one record with 5 % long lines: save"_s, Shape::LongLines, lines / 20, 0),
         operationRow(u"2 % correspondences, as many media"_s, Shape::Linked, 8 * media, 0, link(),
-                     listLinks(media, true)),
+                     listLinks(media, Each)),
         operationRow(u"the same, into folded notes"_s, Shape::LinkedNotes, 8 * media, 0, link(),
                      listAndFold),
+        operationRow(u"one name in all correspondences"_s, Shape::Linked, 8 * media, 0, link(),
+                     listLinks(media, u"acte_1"_s)),
+        operationRow(u"one record of 4 %: move, each created"_s, Shape::Events, lines / 25, 0,
+                     move(u"INDI.EVEN.DATE"_s, u"INDI.EVEN.NOTE"_s)),
         windowRow(u"ten citations a source: date filter"_s, Shape::Citations, lines, 0,
                   check(u"cbSourceDateDiff"_s, true)),
         windowRow(u"ten citations a source: multi-use filter"_s, Shape::Citations, lines, 0,
