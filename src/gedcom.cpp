@@ -5,6 +5,7 @@
 #include "journaltext.h"
 #include "matching.h"
 #include "medialinks.h"
+#include "outdatedlists.h"
 #include "oversized.h"
 #include "report.h"
 #include "treerows.h"
@@ -535,7 +536,8 @@ TwItem *existingDestination(TwItem *twiOriMatch, const QStringList &tagTwoList,
 
 /// Creates and logs the entry at the path below \p twiCommunOri. Only the last component is ever
 /// created: null if the tags above it are missing.
-TwItem *createDestination(Gedcom *gedcom, QStringList tagDestToCreate, TwItem *twiCommunOri)
+TwItem *createDestination(Gedcom *gedcom, QStringList tagDestToCreate, TwItem *twiCommunOri,
+                          OutdatedLists *lists)
 {
     const QString tagDest = tagDestToCreate.takeLast();
     QList<TwItem *> tabTwItemParentDest;
@@ -544,7 +546,7 @@ TwItem *createDestination(Gedcom *gedcom, QStringList tagDestToCreate, TwItem *t
         return nullptr;
 
     TwItem *twiParent = tabTwItemParentDest.constFirst();
-    TwItem *twiDestMatch = insertEntry(twiParent, u' ' + tagDest);
+    TwItem *twiDestMatch = insertEntry(twiParent, u' ' + tagDest, -1, lists);
     gedcom->addToJournal(
         Gedcom::tr("Création de l'entrée : %1 fille de la balise %2%3")
             .arg(entryText(twiDestMatch), entryText(twiParent), lineReference(twiParent)),
@@ -567,6 +569,7 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
     int mvCount = 0;
     int delCount = 0;
     int createCount = 0;
+    OutdatedLists lists;
 
     const auto findDestination = [&](TwItem *twiOriMatch,
                                      const QStringList &tagDestList) -> TwItem * {
@@ -583,10 +586,11 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
         if (!twiCommunOri)
             return nullptr;
 
+        lists.renew(twiCommunOri);
         if (TwItem *twi = existingDestination(twiOriMatch, tagTwoList, twiCommunOri, duplicates))
             return twi;
         TwItem *created =
-            createDestTag ? createDestination(this, tagTwoList, twiCommunOri) : nullptr;
+            createDestTag ? createDestination(this, tagTwoList, twiCommunOri, &lists) : nullptr;
         if (created)
             ++createCount;
         return created;
@@ -619,6 +623,7 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
     const qsizetype pairs = std::min(listFullTagOri.size(), listFullTagsDest.size());
     for (TwItem *twItemRoot : tabTwItemsRoot) {
         for (qsizetype tagsIndex = 0; tagsIndex < pairs; ++tagsIndex) {
+            lists.renew(twItemRoot);
             // Listed once, before the pairs below create and delete entries.
             QList<TwItem *> listTwiOriMatch;
             twItemRoot->getChildsListFromFullTag(listFullTagOri.at(tagsIndex).split(u'.'),
@@ -627,6 +632,7 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
             for (TwItem *twiOriMatch : std::as_const(listTwiOriMatch))
                 movePair(twiOriMatch, tagDestList);
         }
+        lists.renewAll();
         ++progressCount;
         showProgress(m_progress, progressCount, progressCount, RecordProgressPeriod);
     }
@@ -872,6 +878,7 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     m_progress->setRange(0, int(linesFileUrl.size()));
 
     MediaIndex index(listTwiObjeFile, listTwiSourObje, listTwiIndiAndFam);
+    LinkWriter writer(this);
     LinkCount count;
     int countProgress = 0;
     bool lienAjoute = false; // by the current line; nothing is deleted unless a link replaces it
@@ -882,7 +889,7 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
         const QString idSour = twiRootSour->text(twiRootSour->getColumnIndexMatchRx(m_rxColIdSour));
         const QList<TwItem *> twiIndiAndFamList = index.citations.find(idSour);
         for (TwItem *twiIndiAndFam : twiIndiAndFamList) {
-            TwItem *link = linkEvent(this, twiIndiAndFam, urlFichier, idSour, twiRootSour);
+            TwItem *link = writer.linkEvent(twiIndiAndFam, urlFichier, idSour, twiRootSour);
             count.listFullTagsEdited[fullTagText(link)].append(countProgress);
             ++count.evt;
             lienAjoute = true;
@@ -893,7 +900,7 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
         if (!twiRootSour)
             return;
         if (urlSour) {
-            linkSource(this, twiRootSour, media);
+            writer.linkSource(twiRootSour, media);
             ++count.sour;
             lienAjoute = true;
         }
@@ -930,10 +937,14 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     for (const QString &line : std::as_const(linesFileUrl)) {
         linkMedia(line);
         ++countProgress;
+        if (countProgress % ProgressPeriod == 0 || countProgress == linesFileUrl.size())
+            writer.renewLists();
         // If the journal grows while events are processed, another run has changed entries.
         const qsizetype journalSize = m_journal->size();
-        if (showProgress(m_progress, countProgress) && m_journal->size() != journalSize)
+        if (showProgress(m_progress, countProgress) && m_journal->size() != journalSize) {
             index = MediaIndex(listTwiObjeFile, listTwiSourObje, listTwiIndiAndFam);
+            writer.forgetNotes();
+        }
     }
 
     listMediaFiles.removeIf([&](const QString &name) { return linkedMediaFiles.contains(name); });

@@ -5,7 +5,9 @@
 // record, links sources and events to the address. Each step logs itself in the journal.
 
 #include "matching.h"
+#include "outdatedlists.h"
 
+#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QString>
@@ -51,12 +53,37 @@ struct LinkCount
 [[nodiscard]] MediaMatch matchLine(Gedcom *gedcom, const QString &line, const QString &splitStr,
                                    const QRegularExpression &rxColIdObje, MediaIndex *index);
 
-/// Adds the address to a source.
-void linkSource(Gedcom *gedcom, TwItem *twiRootSour, const MediaMatch &media);
+/// Adds the addresses of one run to the document.
+class LinkWriter
+{
+public:
+    explicit LinkWriter(Gedcom *gedcom);
 
-/// Adds the address to the event of a citation. Returns the new entry.
-TwItem *linkEvent(Gedcom *gedcom, TwItem *citation, const QString &urlFichier,
-                  const QString &idSour, const TwItem *twiRootSour);
+    /// Adds the address to a source.
+    void linkSource(TwItem *twiRootSour, const MediaMatch &media);
+
+    /// Adds the address to the event of a citation. Returns the new entry.
+    TwItem *linkEvent(TwItem *citation, const QString &urlFichier, const QString &idSour,
+                      const TwItem *twiRootSour);
+
+    /// Brings the lists of the records up to date, which must be done before events are processed.
+    void renewLists();
+
+    /// Forgets which notes hold links. To be called if another run has changed entries.
+    void forgetNotes();
+
+private:
+    /// A note to whose end the next link goes.
+    struct LinkNote
+    {
+        TwItem *twi = nullptr;
+        int childCount = 0; // if it has another number, it must be looked for again
+    };
+
+    Gedcom *m_gedcom;
+    OutdatedLists m_lists;
+    QHash<TwItem *, LinkNote> m_notes; // by event
+};
 
 /// Logs the totals. That of deleted records is logged only if \p withDeleted, but then even if it
 /// is 0.

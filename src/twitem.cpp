@@ -2,6 +2,7 @@
 
 #include "journaltext.h"
 #include "matching.h"
+#include "outdatedlists.h"
 #include "oversized.h"
 #include "treerows.h"
 
@@ -183,8 +184,7 @@ bool TwItem::insertStrAtIndex(QString strToInsert, QString strToMatch, int twiCo
 
 void TwItem::insertTabChild(int twiIndex, TwItem *twiChild)
 {
-    placeChilds(twiIndex, {twiChild});
-    renewLists(recordsAbove());
+    OutdatedLists().insert(this, twiIndex, {twiChild});
 }
 
 QStringList TwItem::delChilds()
@@ -252,18 +252,19 @@ int TwItem::setEntryTwItems(QStringList listEntryValues, int currentLineGedFile)
 
 namespace {
 
-/// Cuts the line of \p twi and lets \p place insert the new entries. Returns the text to log, if
-/// the line is cut at all: of several cuts, only the first is logged.
-template <typename Place>
-QStringList cutLine(TwItem *twi, const Place &place)
+/// Cuts the line of \p twi and inserts the new entries. Returns the text to log, if the line is cut
+/// at all: of several cuts, only the first is logged. Notes in \p parents where it has inserted.
+QStringList cutLine(TwItem *twi, OutdatedLists *lists, QSet<TwItem *> *parents)
 {
     const Cut cut = cutOff(twi);
     if (!cut.parent)
         return {};
-    place(cut.parent, cut.index, cut.pieces);
+    lists->insert(cut.parent, cut.index, cut.pieces);
+    parents->insert(cut.parent);
     const QString concText = fullTagText(cut.pieces.constFirst()) + u' ' + cut.wholeLine;
     QStringList log{cutLog(concText, twi)};
-    cutLine(cut.pieces.constLast(), place); // only a piece that is no CONC can still be too long
+    // Only a piece that is no CONC can still be too long.
+    cutLine(cut.pieces.constLast(), lists, parents);
     return log;
 }
 
@@ -271,30 +272,18 @@ QStringList cutLine(TwItem *twi, const Place &place)
 
 QStringList TwItem::splitTagOverSized(TwItem *twiOri, QStringList splitList)
 {
-    return splitList
-         + cutLine(twiOri, [](TwItem *parent, int index, const QList<TwItem *> &pieces) {
-               parent->placeChilds(index, pieces);
-               renewLists(parent->recordsAbove());
-           });
+    OutdatedLists lists;
+    QSet<TwItem *> parents;
+    return splitList + cutLine(twiOri, &lists, &parents);
 }
 
 QList<QStringList> TwItem::splitAllOverSized(const QList<TwItem *> &entries)
 {
     QList<QStringList> splitLists;
-    QSet<TwItem *> outdated; // records whose list is no longer what the tree holds
-    QSet<TwItem *> parents; // of what has been inserted
-    const auto place = [&](TwItem *parent, int index, const QList<TwItem *> &pieces) {
-        // A record uses the child's index in the tree for its own list, which must be up to date.
-        if (outdated.remove(parent))
-            parent->regenerateRootChilds(parent);
-        parent->placeChilds(index, pieces);
-        parents.insert(parent);
-        const QList<TwItem *> records = parent->recordsAbove();
-        outdated.unite({records.begin(), records.end()});
-    };
+    OutdatedLists lists;
+    QSet<TwItem *> parents;
     for (TwItem *twi : entries)
-        splitLists.append(twi->m_toDelete ? QStringList() : cutLine(twi, place));
-    renewLists(outdated.values());
+        splitLists.append(twi->m_toDelete ? QStringList() : cutLine(twi, &lists, &parents));
     for (TwItem *parent : std::as_const(parents))
         renewRows(parent);
     return splitLists;
@@ -440,30 +429,6 @@ void TwItem::placeChilds(int twiIndex, const QList<TwItem *> &twiChilds)
     std::copy(twiChilds.begin(), twiChilds.end(), m_tabTwiChilds.begin() + twiIndex);
 }
 
-QList<TwItem *> TwItem::recordsAbove()
-{
-    TwItem *root = rootOf(this);
-    QList<TwItem *> records;
-    if (root && root != this)
-        records.append(root);
-    // What is written is the list of the record's head. This need not be that root: a replacement
-    // can change any level, and the first record of a file can begin with any.
-    TwItem *head = this;
-    for (TwItem *above = getParent(); above && !above->m_tabTwiChilds.isEmpty();
-         above = above->getParent()) {
-        head = above; // a section node lists none of its children
-    }
-    if (head != this && head != root)
-        records.append(head);
-    return records;
-}
-
-void TwItem::renewLists(const QList<TwItem *> &records)
-{
-    for (TwItem *record : records)
-        record->regenerateRootChilds(record);
-}
-
 void TwItem::regenerateRootChilds(TwItem *twiRoot)
 {
     twiRoot->m_tabTwiChilds.clear();
@@ -491,10 +456,10 @@ TwItem *rootOf(TwItem *twi)
     return twi;
 }
 
-TwItem *insertEntry(TwItem *parent, const QString &text, int index)
+TwItem *insertEntry(TwItem *parent, const QString &text, int index, OutdatedLists *lists)
 {
     auto *twi = new TwItem(-1);
     twi->setTwiValuesFromStr(QString::number(childLevel(parent)) + text, twi);
-    parent->insertTabChild(index, twi);
+    lists->insert(parent, index, {twi});
     return twi;
 }

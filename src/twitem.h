@@ -12,6 +12,8 @@
 
 #include <array>
 
+class OutdatedLists;
+
 /// What getTag() gives for an entry without a tag.
 inline constexpr QLatin1StringView NoTag{"ERREUR"};
 
@@ -151,12 +153,10 @@ public:
     [[nodiscard]] QString getAbsolutFileName(QString FileName) const;
 
 private:
+    friend class OutdatedLists;
     /// Inserts the children, the first of them at the index, into the tree and into the list of
-    /// this entry. The lists of recordsAbove() are then out of date.
+    /// this entry. The lists of the records above are then out of date.
     void placeChilds(int twiIndex, const QList<TwItem *> &twiChilds);
-    /// The entries above whose lists hold what stands below this one: normally the root.
-    [[nodiscard]] QList<TwItem *> recordsAbove();
-    static void renewLists(const QList<TwItem *> &records);
     void regenerateRootChilds(TwItem *twiRoot);
     void listChilds(TwItem *twiRoot, TwItem *currentTwi);
     void setIco(const QIcon &ico);
@@ -171,6 +171,6 @@ private:
 
 /// Inserts a new entry among the children of \p parent, at the end if \p index is -1. \p text is
 /// its line without the level: a blank, the tag, a blank, the value.
-TwItem *insertEntry(TwItem *parent, const QString &text, int index = -1);
+TwItem *insertEntry(TwItem *parent, const QString &text, int index, OutdatedLists *lists);
 
 #endif // TWITEM_H

@@ -325,6 +325,8 @@ private slots:
     void linkNotes();
     void placeInALinkNote_data();
     void placeInALinkNote();
+    void manyLinksInOneNote();
+    void noteThatIsAnEventToo();
     void severalLinkNotes_data();
     void severalLinkNotes();
     void flags_data();
@@ -1166,6 +1168,45 @@ void TstMedialinks::placeInALinkNote_data()
 void TstMedialinks::placeInALinkNote()
 {
     compareLinkNote();
+}
+
+/// More lines than between two refreshes; the first and the last CONT of the note frame the others.
+void TstMedialinks::manyLinksInOneNote()
+{
+    constexpr int Count = 250;
+    QStringList csv;
+    QStringList added{u"+ 2 NOTE Source : http://a.fr/0"_s};
+    for (int i = 0; i < Count; ++i) {
+        csv += u"a.jpg,http://a.fr/%1"_s.arg(i);
+        if (i > 0)
+            added += u"+ 3 CONT http://a.fr/%1"_s.arg(i);
+    }
+    Rework rework(OneMedium + added + Rest);
+    Document doc;
+    QVERIFY(rework.load(&doc));
+    QCOMPARE(run(&doc, csv, u"evt"_s), Count);
+    rework.compare(doc);
+    QCOMPARE(doc.journal().last(),
+             u"INFO : Ajout de %1 balises INDI.BIRT.NOTE.CONT"_s.arg(Count - 1));
+}
+
+/// A citation below a link note makes an event of it: the note that it gets is the next link note
+/// for the event above, which has been given a link already.
+void TstMedialinks::noteThatIsAnEventToo()
+{
+    Document doc;
+    QVERIFY(doc.load({u"0 @O1@ OBJE"_s, u"1 FILE media/a.jpg"_s, u"0 @S1@ SOUR"_s, u"1 OBJE @O1@"_s,
+                      u"0 @I1@ INDI"_s, u"1 NAME Jean /DUPONT/"_s, u"1 SOUR @S1@"_s,
+                      u"1 NOTE Source : http://z.fr/1"_s, u"2 SOUR @S1@"_s,
+                      u"2 CONT http://z.fr/2"_s}));
+    // Now the record itself is the event of a citation.
+    QCOMPARE(doc.gedcom.searchAndReplace(u"1"_s, u"2"_s, u"INDI.SOUR"_s, true, false), 1);
+    QCOMPARE(run(&doc, {u"a.jpg,http://a.fr/1"_s, u"a.jpg,http://a.fr/2"_s}, u"evt"_s), 4);
+    QCOMPARE(doc.lines().mid(6),
+             (QStringList{u"2 SOUR @S1@"_s, u"1 NOTE Source : http://z.fr/1"_s, u"2 SOUR @S1@"_s,
+                          u"2 CONT http://z.fr/2"_s, u"2 CONT http://a.fr/1"_s,
+                          u"2 NOTE Source : http://a.fr/1"_s, u"3 CONT http://a.fr/2"_s,
+                          u"3 CONT http://a.fr/2"_s}));
 }
 
 void TstMedialinks::severalLinkNotes_data()
