@@ -4,12 +4,14 @@
     tests/mutation/mutate.py [--count 60] [--seed 1] [--only REGEX]
 
 The mutants are drawn evenly over src/ and over four kinds: an operator, a constant, a condition, a
-removed call. Each is built in a copy of the project below build/mutation, in the preset dev, and
-its run ends at the first test that fails. One that does not compile is replaced by another one.
+removed call. Each is built in a copy of the project below build/mutation, in the preset dev. Its
+tests are linked and run one after the other, the last to have seen a mutant first, up to the first
+that fails. One that does not compile is replaced by another one.
 Survivors are printed at the end: each wants a test, or a word of why nobody can see it.
 """
 import argparse
 import difflib
+import json
 import os
 import random
 import re
@@ -21,7 +23,8 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parents[2]
 COPY = ROOT / "build" / "mutation"
 PRESET = "dev"
-TOO_LONG = 900  # seconds for the tests of one mutant; an endless loop counts as seen
+TOO_LONG = 900  # seconds for one command; an endless loop counts as seen
+SLOW = ("events", "kill", "corpus", "faults")
 
 OPERATORS = {" == ": " != ", " != ": " == ", " < ": " <= ", " <= ": " < ", " > ": " >= ",
              " >= ": " > ", " && ": " || ", " || ": " && ", " + ": " - ", " - ": " + ",
@@ -79,19 +82,34 @@ def run(command):
         return "", None
 
 
-def verdict(path, number, mutant):
-    """The test that sees the mutant, None if none does, and the diff; no diff if it cannot be built."""
+def tests():
+    """The names of the tests and what is built for each, the slowest ones last."""
+    described = json.loads(run(["ctest", "--preset", PRESET, "--show-only=json-v1"])[0])
+    targets = [(test["name"], Path(test["command"][0]).name) for test in described["tests"]]
+    return sorted(((name, target if target.startswith("tst_") else "varlune")
+                   for name, target in targets), key=lambda test: test[0] in SLOW)
+
+
+def verdict(path, number, mutant, order):
+    """The test that sees the mutant, None if none does, and the diff; no diff if it cannot be built.
+    Moves that test to the front of the order."""
     original = (ROOT / path).read_text()
     lines = original.splitlines(keepends=True)
     changed = lines[:number] + [mutant] + lines[number + 1:]
     (COPY / path).write_text("".join(changed))
+    diff = "".join(difflib.unified_diff(lines, changed, str(path), str(path), n=1))
     try:
-        if not run(["cmake", "--build", "--preset", PRESET])[1]:
+        if not run(["cmake", "--build", "--preset", PRESET, "--target", "varlune"])[1]:
             return None, None
-        output, passed = run(["ctest", "--preset", PRESET, "--stop-on-failure"])
-        failed = re.search(r"Test +#\d+: (\w+) \.+\**(?!.*Passed)", output)
-        seen = None if passed else failed[1] if failed else "too long"
-        return seen, "".join(difflib.unified_diff(lines, changed, str(path), str(path), n=1))
+        for test in order:
+            name, target = test
+            run(["cmake", "--build", "--preset", PRESET, "--target", target])
+            if not run(["ctest", "--preset", PRESET, "--tests-regex", f"^{name}$"])[1]:
+                if name not in SLOW:
+                    order.remove(test)
+                    order.insert(0, test)
+                return name, diff
+        return None, diff
     finally:
         (COPY / path).write_text(original)
 
@@ -116,12 +134,12 @@ def main():
     draw = random.Random(arguments.seed)
     waiting = {kind: draw.sample(found, len(found))
                for kind, found in candidates(arguments.only).items()}
-    survivors, drawn = [], 0
+    order, survivors, drawn = tests(), [], 0
     while drawn < arguments.count and any(waiting.values()):
         for kind, found in waiting.items():
             seen, diff = None, None
             while found and drawn < arguments.count and diff is None:
-                seen, diff = verdict(*found.pop())
+                seen, diff = verdict(*found.pop(), order)
             if diff is None:
                 continue
             drawn += 1
