@@ -172,6 +172,8 @@ private:
     QStatusBar *m_status = nullptr;
     QString m_pathGedFile;
     QString *m_journal;
+    qint64 m_journalMsecs = 0; // since the epoch, of the last line
+    QString m_journalTime; // the same as text
     TwItem *twiHeader;
     TwItem *twiIndi;
     TwItem *twiFam;

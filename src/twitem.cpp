@@ -299,11 +299,11 @@ bool TwItem::isTagMatch(QStringList fullTagsList)
 
     // A full tag ends in the entry's own tag, or is empty. This rules out most entries without the
     // walk up to the root.
-    fullTagsList.removeIf([&tag](const QString &fulltag) {
+    const auto mayMatch = [&tag](const QString &fulltag) {
         const QStringView last = QStringView(fulltag).mid(fulltag.lastIndexOf(u'.') + 1);
-        return last != tag && last != "*"_L1 && !last.isEmpty();
-    });
-    if (fullTagsList.isEmpty())
+        return last == tag || last == "*"_L1 || last.isEmpty();
+    };
+    if (std::none_of(fullTagsList.cbegin(), fullTagsList.cend(), mayMatch))
         return false;
 
     const QStringList thisFullTag = getFullTag();
