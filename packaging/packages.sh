@@ -28,7 +28,10 @@ need_packages()
 # shellcheck disable=SC2034 # for the commands that source this file
 {
     BUILD_PACKAGES=(g++ cmake ninja-build qt6-base-dev qt6-translations-l10n)
-    TEST_PACKAGES=(clang-format clang-tidy shellcheck desktop-file-utils appstream fonts-dejavu-core)
+    TEST_PACKAGES=(clang-format clang-tidy shellcheck desktop-file-utils appstream fonts-dejavu-core
+        python3 hunspell hunspell-fr)
     DEMO_PACKAGES=(xvfb xdotool imagemagick)
+    MANUAL_PACKAGES=(asciidoctor ruby-asciidoctor-pdf)
+    PICTURE_PACKAGES=(optipng at-spi2-core dbus gir1.2-atspi-2.0 python3-gi fonts-dejavu-core)
     BENCH_PACKAGES=(libbenchmark-dev)
 }
