@@ -29,7 +29,7 @@ need_packages()
 {
     BUILD_PACKAGES=(g++ cmake ninja-build qt6-base-dev qt6-translations-l10n)
     TEST_PACKAGES=(clang-format clang-tidy shellcheck desktop-file-utils appstream fonts-dejavu-core
-        python3 hunspell hunspell-fr)
+        python3 hunspell hunspell-fr asciidoctor)
     DEMO_PACKAGES=(xvfb xdotool imagemagick)
     MANUAL_PACKAGES=(asciidoctor ruby-asciidoctor-pdf)
     PICTURE_PACKAGES=(optipng at-spi2-core dbus gir1.2-atspi-2.0 python3-gi fonts-dejavu-core)

@@ -3,7 +3,7 @@
 #
 #   build.sh FOLDER [--html]     --html: that page only
 set -euo pipefail
-here=$(dirname "${BASH_SOURCE[0]}")
+here=$(realpath "$(dirname "${BASH_SOURCE[0]}")")
 mkdir -p "$1"
 folder=$(realpath "$1")
 

@@ -9,6 +9,7 @@ a crop follows the window when its layout changes. The form takes the settings o
 tests that the manual shows beside the picture, as a PARAM.INI.
 """
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -85,7 +86,8 @@ class Program:
                            QT_STYLE_OVERRIDE="Fusion", QT_SCALE_FACTOR=str(SCALE),
                            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LC_ALL="C.UTF-8", HOME=str(work))
         self.process = subprocess.Popen([self.folder / name, *arguments], cwd=self.folder,
-                                        env=environment, stderr=subprocess.DEVNULL)
+                                        env=environment, stdout=subprocess.DEVNULL,
+                                        stderr=subprocess.DEVNULL)
         self.name = name
 
     def __enter__(self):
@@ -104,20 +106,26 @@ class Program:
         return []
 
     def window(self, title):
-        """The identifier of the window of this title, which has the keys from now on."""
+        """The identifier of the window whose title matches; it has the keys from now on."""
         found = wait_for(lambda: subprocess.run(
-            ("xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid), "--name", title),
-            check=False, capture_output=True, text=True).stdout.split(), f"window {title}")[-1]
-        run("xdotool", "windowfocus", "--sync", found)
-        time.sleep(0.3)
+            ("xdotool", "search", "--all", "--onlyvisible", "--pid", str(self.process.pid),
+             "--name", title), check=False, capture_output=True, text=True).stdout.split(),
+            f"window {title}")[-1]
+
+        def active():
+            run("xdotool", "windowfocus", found)
+            time.sleep(0.2)
+            return [window for window in self.windows() if window and re.search(title, window.get_name())
+                    and window.get_state_set().contains(Atspi.StateType.ACTIVE)]
+        wait_for(active, f"keys for the window {title}")
         return found
 
-    def node(self, name, role=""):
-        """The widget of this name, in any window."""
+    def find(self, fits, what):
+        """The first widget that fits, in any window."""
         def search(node):
             if node is None:
                 return None
-            if node.get_name() == name and role in node.get_role_name():
+            if fits(node):
                 return node
             if node.get_role_name() == "tree":
                 return None  # its rows are many, and have a query of their own
@@ -133,7 +141,10 @@ class Program:
                 if found:
                     return found
             return None
-        return wait_for(anywhere, f"widget {name}")
+        return wait_for(anywhere, what)
+
+    def node(self, name):
+        return self.find(lambda node: node.get_name() == name, f"widget {name}")
 
     def area(self, name):
         return area(self.node(name))
@@ -153,16 +164,18 @@ class Program:
         run("xdotool", "mousemove", str(x - 4), str(y), "mousemove", str(x), str(y))
         time.sleep(1.5)
 
-    def open(self, file):
-        """Opens a file by the menu, as a user without a mouse does."""
+    def open(self, file, refused=False):
+        """Opens a file by the menu, as a user without a mouse does, and waits for its end."""
         self.window("^Varlune v")
         keys("alt", "Down", "Return")
-        wait_for(lambda: "Ouvrir un fichier" in run("xdotool", "getwindowfocus", "getwindowname"),
-                 "file dialog")
-        time.sleep(0.3)
+        self.window("^Ouvrir un fichier")
+        self.find(lambda node: node.get_role_name() == "text"
+                  and node.get_state_set().contains(Atspi.StateType.FOCUSED), "field of the dialog")
         typed(str(file))
         keys("Return")
-        time.sleep(1.0)
+        if not refused:
+            self.row("personnes")
+            time.sleep(0.5)
 
     def rows(self):
         """The rows of the tree that are on screen, each a list of (text, area) of its cells."""
@@ -250,13 +263,13 @@ class Pictures:
         self.sample = Path(work) / "famille.ged"
         shutil.copy(ROOT / "exemples" / "famille.ged", self.sample)
 
-    def program(self, *arguments, **options):
+    def _program(self, *arguments, **options):
         return Program(self.programs, self.work, *arguments, **options)
 
     # ---- the window
 
     def fenetre(self):
-        with self.program(settings=["delTags=true", "delTagsList=_UID;CHAN"]) as varlune:
+        with self._program(settings=["delTags=true", "delTagsList=_UID;CHAN"]) as varlune:
             varlune.open(self.sample)
             window = varlune.widened(1060)
             varlune.unfold("personnes", "@I1@", "BIRT")
@@ -275,7 +288,7 @@ class Pictures:
                                                    apply.united(play).grown(4), status])
 
     def arbre(self):
-        with self.program() as varlune:
+        with self._program() as varlune:
             varlune.open(self.sample)
             window = varlune.widened(1060)
             varlune.unfold("personnes", "@I1@", "BIRT")
@@ -295,7 +308,7 @@ class Pictures:
             varlune.take("arbre", window, tree, marks=[section, *columns])
 
     def pipette_piege(self):
-        with self.program(settings=["delTags=true"]) as varlune:
+        with self._program(settings=["delTags=true"]) as varlune:
             varlune.open(self.sample)
             window = varlune.window("^Varlune v")
             varlune.unfold("personnes", "@I1@")
@@ -312,7 +325,7 @@ class Pictures:
     # ---- the form, with the settings of a case
 
     def _form(self, picture, case, group):
-        with self.program(settings=settings_of(case)) as varlune:
+        with self._program(settings=settings_of(case)) as varlune:
             varlune.open(self.sample)
             window = varlune.window("^Varlune v")
             varlune.take(picture, window, varlune.area(group).grown(6))
@@ -345,7 +358,7 @@ class Pictures:
 
     def journal(self):
         """The end of the journal of the deletion in the first chapter."""
-        with self.program(settings=["delTags=true", "delTagsList=INDI._UID"]) as varlune:
+        with self._program(settings=["delTags=true", "delTagsList=INDI._UID"]) as varlune:
             varlune.open(self.sample)
             varlune.click("Appliquer les modifications")
             window = varlune.window("^Journal$")
@@ -355,7 +368,7 @@ class Pictures:
 
     def journal_lignes(self):
         case = "journal/manuel-journal"
-        with self.program(settings=settings_of(case)) as varlune:
+        with self._program(settings=settings_of(case)) as varlune:
             document = Path(self.work) / "arbre.ged"
             shutil.copy(DATA / f"{case}.avant.ged", document)
             varlune.open(document)
@@ -367,15 +380,15 @@ class Pictures:
     def boite_refus(self):
         document = Path(self.work) / "arbre.ged"
         document.write_text("0 HEAD\n1 CHAR UTF-8\n0 @U1@ SUBM\n0 TRLR\n", encoding="utf-8")
-        with self.program() as varlune:
-            varlune.open(document)
+        with self._program() as varlune:
+            varlune.open(document, refused=True)
             varlune.take("boite-refus", varlune.window("^Erreur$"))
 
     # ---- the review tools
 
     def _review(self, picture, tool, act, tip=""):
         """The tree and the tools below it, after an act of review, with all that is left unfolded."""
-        with self.program() as varlune:
+        with self._program() as varlune:
             varlune.open(self.sample)
             window = varlune.widened(1060, 640)
             act(varlune)
@@ -388,8 +401,8 @@ class Pictures:
                 window = "root"
             tree = varlune.area("Lignes du fichier GEDCOM")
             status = varlune.area("Sources utilisées plusieurs fois").bottom + 6
-            varlune.take(picture, window, Area(0, tree.top - 6, tree.right + 6, 636), marks=[
-                varlune.area(tool).grown(3), Area(6, status, tree.right, status + 30)])
+            varlune.take(picture, window, Area(0, tree.top - 6, tree.right + 10, 640), marks=[
+                varlune.area(tool).grown(3), Area(3, status, tree.right, 637)])
 
     def recherche(self):
         def search(varlune):
