@@ -20,6 +20,7 @@
 #include <QScopeGuard>
 #include <QScreen>
 #include <QStatusBar>
+#include <QStyle>
 #include <QStyleFactory>
 #include <QStyleOption>
 
@@ -430,6 +431,11 @@ void TstFitting::tooSmallScreen()
     const Desktop desktop(u"fusion"_s, 12);
     const std::unique_ptr<MainWindow> window = makeFullWindow();
     QVERIFY(!fitInto(window.get(), {640, 400}));
+    // The tightest step is taken all the same.
+    const QStyle *style = QApplication::style();
+    for (const QStyle::PixelMetric mark : {QStyle::PM_IndicatorWidth, QStyle::PM_ButtonIconSize})
+        QCOMPARE(style->pixelMetric(mark, nullptr, window.get()), 12);
+    QCOMPARE(style->pixelMetric(QStyle::PM_LayoutTopMargin, nullptr, window.get()), 0);
     // As small as it gets, and every text whole.
     QCOMPARE(window->font().pointSize(), 10);
     window->show();
