@@ -7,6 +7,7 @@
 #include "medialinks.h"
 #include "outdatedlists.h"
 #include "oversized.h"
+#include "recordlines.h"
 #include "report.h"
 #include "treerows.h"
 #include "twitem.h"
@@ -144,7 +145,7 @@ bool Gedcom::genererVectorGed(QString pathFileGed, QTreeWidget *tw, QProgressBar
     QStringList entryValues;
     while (!in.atEnd()) {
         const QString stringTampon = in.readLine();
-        if ((stringTampon.startsWith("0 "_L1) || in.atEnd()) && !entryValues.isEmpty()) {
+        if ((beginsRecord(stringTampon) || in.atEnd()) && !entryValues.isEmpty()) {
             if (!createNewTwiEntry(entryValues))
                 return false;
             entryValues.clear();
@@ -1195,9 +1196,7 @@ bool Gedcom::createNewTwiEntry(QStringList listEntryValues)
     ++m_currentLineGedFile;
     auto *twiRoot = new TwItem(m_currentLineGedFile);
     const int tempCountLine = twiRoot->setEntryTwItems(listEntryValues, m_currentLineGedFile);
-    // Intentional: strictly greater. A record of one line is refused like one whose lines do not
-    // fit.
-    if (tempCountLine <= m_currentLineGedFile) {
+    if (tempCountLine < m_currentLineGedFile + MinRecordSize - 1) {
         const QString record = listEntryValues.join("\r\n"_L1);
         addToJournal(tr("Entrée non reconnue :"), u"ERROR"_s);
         addToJournal(record, u"NONE"_s);

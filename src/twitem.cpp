@@ -4,6 +4,7 @@
 #include "matching.h"
 #include "outdatedlists.h"
 #include "oversized.h"
+#include "recordlines.h"
 #include "treerows.h"
 
 #include <QIcon>
@@ -228,20 +229,20 @@ int TwItem::setEntryTwItems(QStringList listEntryValues, int currentLineGedFile)
     // The latest entry of each level, parent of the next line one level deeper even if shallower
     // ones have come in between. A search backwards would be quadratic in a note of 200,000 lines.
     std::array<TwItem *, 10> lastOfLevel{}; // a level is one digit
+    RecordLevels levels;
     for (qsizetype i = 1; i < listEntryValues.size(); ++i) {
         auto *twiChild = new TwItem(++currentLineGedFile);
         m_tabTwiChilds.append(twiChild);
         setTwiValuesFromStr(listEntryValues.at(i), twiChild);
 
-        const QString levelText = twiChild->text(LevelColumn);
-        const int level = levelText.toInt();
-        if (levelText == "1"_L1) {
+        const int level = twiChild->text(LevelColumn).toInt();
+        if (!levels.take(level))
+            return 0;
+        if (level == 1) {
             // It stands in the list of this root already.
             addChild(twiChild);
         } else {
-            TwItem *twiParent = level > 1 ? lastOfLevel.at(size_t(level - 1)) : nullptr;
-            if (!twiParent)
-                return 0;
+            TwItem *twiParent = lastOfLevel.at(size_t(level - 1));
             twiParent->addChild(twiChild);
             twiParent->m_tabTwiChilds.append(twiChild);
         }
