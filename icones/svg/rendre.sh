@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
 # Renders the SVG sources of this folder:
 #   ../NAME.png               each icon, 32 x 32
-#   ../logo_varlune.png       the logo, 256 x 256
-#   ../ico/logo_varlune.ico   the logo, 16 to 256 pixels
+#   ../logo_NAME.png          the logo of each program, 256 x 256
+#   ../ico/logo_NAME.ico      the same, 16 to 256 pixels
+#   ../hicolor/               the same in the sizes of a desktop's icon theme, but for 256
 # Needs rsvg-convert (Debian: librsvg2-bin) and icotool (Debian: icoutils).
 set -euo pipefail
 export LC_ALL=C
 
 here="$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)"
 out="$(dirname -- "$here")"
-logo="$here/logo_varlune.svg"
 
 for tool in rsvg-convert icotool; do
     if ! command -v "$tool" >/dev/null; then
@@ -18,29 +18,30 @@ for tool in rsvg-convert icotool; do
     fi
 done
 
-work="$(mktemp -d)"
-trap 'rm -rf -- "$work"' EXIT
-
 # render SVG SIZE PNG
 render() {
     rsvg-convert --width="$2" --height="$2" --format=png --output="$3" "$1"
 }
 
-for svg in "$here"/*.svg; do
-    name="$(basename -- "$svg" .svg)"
-    if [ "$svg" = "$logo" ]; then
-        render "$svg" 256 "$out/$name.png"
-    else
-        render "$svg" 32 "$out/$name.png"
-    fi
-done
+# render_logo SVG PROGRAM
+render_logo() {
+    local images=() size theme
+    for size in 16 24 32 48 64 128; do
+        theme="$out/hicolor/${size}x$size/apps"
+        mkdir -p -- "$theme"
+        render "$1" "$size" "$theme/$2.png"
+        images+=("$theme/$2.png")
+    done
+    # The largest image is stored as PNG to keep the file small.
+    render "$1" 256 "$out/logo_$2.png"
+    icotool --create --output="$out/ico/logo_$2.ico" "${images[@]}" --raw="$out/logo_$2.png"
+}
 
 mkdir -p -- "$out/ico"
-images=()
-for size in 16 24 32 48 64 128; do
-    render "$logo" "$size" "$work/$size.png"
-    images+=("$work/$size.png")
+for svg in "$here"/*.svg; do
+    name="$(basename -- "$svg" .svg)"
+    case "$name" in
+    logo_*) render_logo "$svg" "${name#logo_}" ;;
+    *) render "$svg" 32 "$out/$name.png" ;;
+    esac
 done
-# The largest image is stored as PNG to keep the file small.
-render "$logo" 256 "$work/256.png"
-icotool --create --output="$out/ico/logo_varlune.ico" "${images[@]}" --raw="$work/256.png"
