@@ -67,7 +67,7 @@ struct Decoded
 /// character from 0x80 on.
 ///
 /// A character whose bytes were cut in two, its second half in the CONC line below, stands whole at
-/// the beginning of that line.
+/// the beginning of the value there.
 ///
 /// Valid UTF-8 is not copied: the result then points into \p bytes, which must outlive it.
 [[nodiscard]] Decoded decode(QByteArrayView bytes, Encoding encoding);

@@ -1,0 +1,33 @@
+#ifndef DECODEDTEXT_H
+#define DECODEDTEXT_H
+
+// The text that a decoder writes, and the record of what could not be decoded.
+
+#include "encoding.h"
+
+/// Takes what is decoded in the order of the file.
+class DecodedText
+{
+public:
+    /// \p size is the expected number of bytes.
+    explicit DecodedText(qsizetype size);
+
+    void append(QByteArrayView utf8);
+
+    /// Appends the hexadecimal digits of \p bytes, and records their place.
+    void appendUndecoded(QByteArrayView bytes);
+
+    /// The whole text, which is no longer here then.
+    [[nodiscard]] Decoded take();
+
+private:
+    void advance();
+
+    Decoded m_decoded;
+    // The place of the next character to be counted, by its index in the text.
+    qsizetype m_index = 0;
+    qint64 m_line = 1;
+    qint64 m_column = 1;
+};
+
+#endif // DECODEDTEXT_H
