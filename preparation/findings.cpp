@@ -1,12 +1,72 @@
 #include "findings.h"
 
+#include "lines.h"
 #include "preparation.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr qsizetype MaxTextSize = 300; // characters of a line that are shown
+
+/// A text as it is shown: not longer than need be, and control characters by their pictures.
+QString shown(QByteArrayView line)
+{
+    QString text = QString::fromUtf8(line.first(std::min(line.size(), 4 * MaxTextSize)));
+    if (text.size() > MaxTextSize) {
+        text.truncate(MaxTextSize - 1);
+        if (text.back().isHighSurrogate())
+            text.chop(1);
+        text += u'…';
+    }
+    for (QChar &c : text) {
+        if (c < u' ' && c != u'\t')
+            c = QChar(0x2400 + c.unicode());
+        else if (c == QChar(0x7F))
+            c = QChar(0x2421);
+    }
+    return text;
+}
+
+/// The lines of a text from the one that begins at \p begin; none if that is -1.
+QString linesAt(QByteArrayView text, qint64 begin, int count = 1)
+{
+    QStringList lines;
+    if (begin >= 0) {
+        // No more than is shown: a search for a line end that is not there would go to the end.
+        const QByteArrayView rest = text.sliced(begin);
+        LineReader reader(rest.first(std::min(rest.size(), count * (4 * MaxTextSize + 1))));
+        while (lines.size() < count && !reader.atEnd())
+            lines.append(shown(reader.readLine()));
+    }
+    return lines.join(u'\n');
+}
+
+/// What the bytes of the whole file were.
+QString encodingBefore(const Preparation &preparation, bool hasReturns)
+{
+    QStringList parts{encodingName(preparation.encoding.encoding)};
+    if (preparation.hasMark)
+        parts += Preparation::tr("marque en tête");
+    if (hasReturns)
+        parts += Preparation::tr("fins de ligne avec CR");
+    return parts.join(u", "_s);
+}
+
+/// Why, for an occurrence of which more can be said than for all of its kind.
+QString whyOf(const Occurrence &occurrence, const Preparation &preparation)
+{
+    const QString &why = findingType(occurrence.finding).why;
+    if (occurrence.finding != Finding::Undecoded)
+        return why;
+    const Undecoded &place = preparation.undecoded.at(occurrence.detail);
+    return Preparation::tr("Colonne %1, %2. %3")
+        .arg(QString::number(place.column), QString::fromLatin1(place.bytes.toHex(' ').toUpper()),
+             why);
+}
 
 QList<FindingType> makeTypes()
 {
@@ -95,4 +155,19 @@ FindingSet defaultRepairs()
     for (const FindingType &type : findingTypes())
         repairs.set(type.finding, type.kind == FindingKind::Repair);
     return repairs;
+}
+
+OccurrenceText textOf(const Occurrence &occurrence, const Preparation &preparation)
+{
+    OccurrenceText text;
+    text.line = occurrence.line;
+    text.why = whyOf(occurrence, preparation);
+    if (occurrence.before < 0 && occurrence.after < 0) {
+        text.before = encodingBefore(preparation, occurrence.detail != 0);
+        text.after = encodingName(Encoding::Utf8);
+        return text;
+    }
+    text.before = linesAt(preparation.source, occurrence.before);
+    text.after = linesAt(preparation.copy, occurrence.after, occurrence.linesAfter);
+    return text;
 }

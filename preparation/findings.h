@@ -79,10 +79,12 @@ private:
 /// when somebody asks for them.
 struct Occurrence
 {
-    qint64 before = -1; // where its line begins in the source; -1 for a line that was added
-    qint64 after = -1; // where its line begins in the copy; -1 for one that was taken away
+    // Where its line begins: in the source, -1 for a line that was added; in the copy, -1 for one
+    // that was taken away. Both are -1 where it is about the bytes of the whole file.
+    qint64 before = -1;
+    qint64 after = -1;
     qint32 line = 0; // of the file, counted from 1
-    qint32 detail = 0; // the length of a long line, the number of an undecoded place
+    qint32 detail = 0; // which undecoded place; for the whole file, whether a line ended in CR
     Finding finding = Finding::Encoding;
     quint8 linesAfter = 1; // how many lines of the copy stand for it
 };

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+
 class QIODevice;
 struct Preparation;
 
@@ -16,33 +18,20 @@ struct Preparation;
 /// "arbre.prepare.identifiants.csv" beside the copy "arbre.prepare.ged".
 [[nodiscard]] QString identifiersPath(const QString &copy);
 
-/// The files that saveCopy() would overwrite, so that the user can be asked.
-[[nodiscard]] QStringList overwrittenFiles(const Preparation &preparation, const QString &copy);
+/// The files that saveCopy() writes.
+[[nodiscard]] QStringList writtenFiles(const Preparation &preparation, const QString &copy);
 
-/// Writes the copy, whole or not at all, and beside it the table of the renamed identifiers if
-/// there are any. Never writes to \p input, whatever name \p copy gives it. Returns what is wrong
-/// and what to do, or nothing.
+/// Whether both are names of one file that exists: a link is another name, too.
+[[nodiscard]] bool isSameFile(const QString &path, const QString &other);
+
+/// Writes a file, whole or not at all; what was there before stays until then. \p write returns
+/// false if the device does not take it. Returns what is wrong and what to do, or nothing.
+[[nodiscard]] QString writeWhole(const QString &path,
+                                 const std::function<bool(QIODevice *)> &write);
+
+/// Writes the copy and, if there are renamed identifiers, their table beside it. Never writes to
+/// \p input, whatever name \p copy gives it. Returns what is wrong and what to do, or nothing.
 [[nodiscard]] QString saveCopy(const Preparation &preparation, const QString &input,
                                const QString &copy);
-
-enum class ReportFormat { Text, Json };
-
-/// One prepared file of a report.
-struct ReportEntry
-{
-    QString input;
-    QString copy; // empty if none was written
-    QString problem; // why it was not written, or empty
-    const Preparation *preparation;
-};
-
-/// Writes the report on \p entries: all occurrences, one a line, or one JSON document with them.
-/// False if the device does not take it.
-bool writeReport(QIODevice *out, ReportFormat format, const QList<ReportEntry> &entries);
-
-/// The report as a file, whole or not at all. Neither the input nor the copy of an entry is ever
-/// overwritten. Returns what is wrong and what to do, or nothing.
-[[nodiscard]] QString saveReport(const QString &path, ReportFormat format,
-                                 const QList<ReportEntry> &entries);
 
 #endif // OUTPUT_H

@@ -14,6 +14,7 @@
 #include <QList>
 #include <QString>
 
+#include <array>
 #include <functional>
 #include <optional>
 
@@ -57,10 +58,12 @@ public:
     QString refusal; // what is wrong with the file and what to do, if there is no copy; else empty
     bool cancelled = false; // there is no copy either
     EncodingChoice encoding{Encoding::Utf8, {}};
+    bool hasMark = false; // a byte-order mark in front
     QByteArray file; // the bytes, where the text of valid UTF-8 stands in them
     QByteArray source; // the text of the file, decoded to UTF-8; may point into the above
     QByteArray copy; // the text of the copy
-    QList<Occurrence> occurrences; // in the order of the file; FindingText makes texts of them
+    QList<Occurrence> occurrences; // in the order of the file; textOf() makes texts of them
+    std::array<qint64, FindingCount> counts{}; // of the occurrences
     QList<Undecoded> undecoded;
     QList<RenamedIdentifier> identifiers; // in the order of the records
     Proof proof;
@@ -69,7 +72,10 @@ public:
     {
         return refusal.isEmpty() && !cancelled;
     }
-    [[nodiscard]] qint64 count(Finding finding) const;
+    [[nodiscard]] qint64 count(Finding finding) const
+    {
+        return counts.at(size_t(finding));
+    }
     /// Whether something is to be told, the repairs apart: a warning, or a copy that does not open.
     [[nodiscard]] bool hasWarnings() const;
     /// One sentence: "Varlune ouvrira ce fichier : 12 enregistrements", or the line that stops it.
@@ -81,7 +87,7 @@ public:
                                       const Progress &progress = {});
 
 /// The same for the content \p bytes of a file.
-[[nodiscard]] Preparation prepare(const QByteArray &bytes, const Options &options,
+[[nodiscard]] Preparation prepare(QByteArray bytes, const Options &options,
                                   const Progress &progress = {});
 
 #endif // PREPARATION_H

@@ -1,0 +1,89 @@
+#include "preparation.h"
+
+#include "proof.h"
+#include "refusal.h"
+#include "repairs.h"
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr char Mark[] = "\xEF\xBB\xBF"; // the byte-order mark in UTF-8
+
+/// Whether the text stands in the bytes, and is no copy.
+bool pointsInto(const QByteArray &text, const QByteArray &bytes)
+{
+    const std::less_equal<const char *> isBefore;
+    return isBefore(bytes.constData(), text.constData())
+        && isBefore(text.constData(), bytes.constData() + bytes.size());
+}
+
+/// Decodes the bytes into the source of \p preparation.
+void readText(Preparation *preparation, QByteArray bytes, const Options &options)
+{
+    preparation->encoding = options.encoding
+                              ? EncodingChoice{*options.encoding, Preparation::tr("imposé")}
+                              : chooseEncoding(bytes);
+    Decoded decoded = decode(bytes, preparation->encoding.encoding);
+    preparation->hasMark =
+        preparation->encoding.encoding == Encoding::Utf8 && bytes.startsWith(Mark);
+    preparation->source = std::move(decoded.utf8);
+    preparation->undecoded = std::move(decoded.undecoded);
+    if (pointsInto(preparation->source, bytes))
+        preparation->file = std::move(bytes);
+}
+
+} // namespace
+
+bool Preparation::hasWarnings() const
+{
+    const QList<FindingType> &types = findingTypes();
+    return !proof.opens() || std::any_of(types.begin(), types.end(), [this](const auto &type) {
+        return type.kind == FindingKind::Warning && count(type.finding) > 0;
+    });
+}
+
+QString Preparation::verdict() const
+{
+    if (!proof.opens())
+        return tr("Varlune n'ouvrira pas ce fichier : la ligne %1 l'arrête : %2")
+            .arg(QString::number(proof.stoppingLine), proof.stoppingText);
+    return proof.records == 1
+             ? tr("Varlune ouvrira ce fichier : 1 enregistrement")
+             : tr("Varlune ouvrira ce fichier : %1 enregistrements").arg(proof.records);
+}
+
+Preparation prepareFile(const QString &path, const Options &options, const Progress &progress)
+{
+    QByteArray bytes;
+    Preparation preparation;
+    preparation.refusal = readForPreparation(path, &bytes);
+    return preparation.isDone() ? prepare(std::move(bytes), options, progress) : preparation;
+}
+
+Preparation prepare(QByteArray bytes, const Options &options, const Progress &progress)
+{
+    Preparation preparation;
+    preparation.refusal = refusalOfBytes(bytes);
+    if (!preparation.isDone())
+        return preparation;
+    readText(&preparation, std::move(bytes), options);
+    preparation.refusal = refusalOfText(preparation.source);
+    if (!preparation.isDone())
+        return preparation;
+
+    const std::optional<qint64> records = repair(&preparation, options, progress);
+    preparation.cancelled = !records;
+    if (records == 0)
+        preparation.refusal =
+            refusalWithoutRecords(preparation.source, options.encoding.has_value());
+    if (preparation.isDone())
+        preparation.proof = proveOpening(preparation.copy);
+    else
+        preparation.copy.clear();
+    return preparation;
+}

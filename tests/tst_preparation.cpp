@@ -1,0 +1,787 @@
+#include "preparation.h"
+
+#include "boxes.h"
+#include "document.h"
+#include "nofiles.h"
+#include "output.h"
+#include "preparationreport.h"
+#include "proof.h"
+#include "testmain.h"
+#include "unprivileged.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QLoggingCategory>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Options optionsOf(const QStringList &with, const QStringList &without)
+{
+    Options options;
+    options.today = QDate(2024, 3, 5);
+    for (const QString &name : with)
+        options.repairs.set(*repairFromName(name));
+    for (const QString &name : without)
+        options.repairs.set(*repairFromName(name), false);
+    return options;
+}
+
+/// The counts that are not 0, as "name 2".
+QStringList countsOf(const Preparation &preparation)
+{
+    QStringList counts;
+    for (const FindingType &type : findingTypes()) {
+        if (preparation.count(type.finding) > 0)
+            counts += type.name + u' ' + QString::number(preparation.count(type.finding));
+    }
+    return counts;
+}
+
+/// The occurrences, as "3 blancs: before > after".
+QStringList occurrencesOf(const Preparation &preparation)
+{
+    QStringList texts;
+    for (const Occurrence &occurrence : preparation.occurrences) {
+        const OccurrenceText text = textOf(occurrence, preparation);
+        texts +=
+            u"%1 %2: %3 > %4"_s.arg(QString::number(text.line),
+                                    findingType(occurrence.finding).name, text.before, text.after);
+    }
+    return texts;
+}
+
+/// A file of these lines between a header and a trailer that need no repair.
+QByteArray fileOf(const QByteArray &lines)
+{
+    return "0 HEAD\n1 CHAR UTF-8\n" + lines + "0 TRLR\n";
+}
+
+QString refusalOf(const QByteArray &bytes)
+{
+    return prepare(bytes, {}).refusal;
+}
+
+} // namespace
+
+class TstPreparation : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void repairs_data();
+    void repairs();
+    void warnings_data();
+    void warnings();
+    void occurrences_data();
+    void occurrences();
+    void encodings_data();
+    void encodings();
+    void identifiers();
+    void identifiersThatAreFree();
+    void proof_data();
+    void proof();
+    void verdicts();
+    void refusals_data();
+    void refusals();
+    void refusedPaths();
+    void tooLarge();
+    void longLine();
+    void cancelled();
+    void types();
+    void copyPaths_data();
+    void copyPaths();
+    void saving();
+    void neverTheInput();
+    void impossibleCopies();
+    void table();
+    void reports();
+};
+
+void TstPreparation::initTestCase()
+{
+    QLoggingCategory::setFilterRules(u"*.debug=false"_s);
+}
+
+void TstPreparation::repairs_data()
+{
+    QTest::addColumn<QByteArray>("lines");
+    QTest::addColumn<QByteArray>("expected");
+    QTest::addColumn<QStringList>("counts");
+
+    const auto row = [](const char *name, const char *lines, const char *expected,
+                        const QStringList &counts) {
+        QTest::newRow(name) << fileOf(lines) << fileOf(expected) << counts;
+    };
+    row("nothing to do", "0 @I1@ INDI\n1 NAME Jean /DUPONT/\n",
+        "0 @I1@ INDI\n1 NAME Jean /DUPONT/\n", {});
+    row("values keep their blanks and tabs", "0 @I1@ INDI\n1 NOTE  a\tb \n2 CONT \n",
+        "0 @I1@ INDI\n1 NOTE  a\tb \n2 CONT \n", {});
+
+    row("blank lines", "\n0 @I1@ INDI\n \t\n1 SEX M\n", "0 @I1@ INDI\n1 SEX M\n",
+        {u"mise-en-forme 2"_s});
+    row("indentation", " 0 @I1@ INDI\n\t1 SEX M\n", "0 @I1@ INDI\n1 SEX M\n",
+        {u"mise-en-forme 2"_s});
+    row("a mark in the middle",
+        "\xEF\xBB\xBF"
+        "0 @I1@ INDI\n1 SEX M\n",
+        "0 @I1@ INDI\n1 SEX M\n", {u"mise-en-forme 1"_s});
+    row("tabs between the parts", "0\t@I1@\tINDI\n1\tSEX\tM\n", "0 @I1@ INDI\n1 SEX M\n",
+        {u"mise-en-forme 2"_s});
+    row("too many blanks", "0  @I1@  INDI\n1  SEX M\n", "0 @I1@ INDI\n1 SEX M\n",
+        {u"mise-en-forme 2"_s});
+    row("leading zeros", "00 @I1@ INDI\n01 SEX M\n002 NOTE x\n", "0 @I1@ INDI\n1 SEX M\n2 NOTE x\n",
+        {u"mise-en-forme 3"_s});
+    row("a blank behind a kind of record", "0 @I1@ INDI \n1 SEX M\n", "0 @I1@ INDI\n1 SEX M\n",
+        {u"mise-en-forme 1"_s});
+    row("no blank behind an identifier", "0 @I1@INDI\n1 SEX M\n", "0 @I1@ INDI\n1 SEX M\n",
+        {u"mise-en-forme 1"_s});
+
+    row("a broken note", "0 @I1@ INDI\n1 NOTE <p>un\n<b>deux</b>\n  trois\n1 SEX M\n",
+        "0 @I1@ INDI\n1 NOTE <p>un\n2 CONT <b>deux</b>\n2 CONT   trois\n1 SEX M\n",
+        {u"sans-niveau 2"_s});
+    row("a broken continuation", "0 @I1@ INDI\n1 NOTE un\n2 CONC deux\ntrois\n2 CONT quatre\n",
+        "0 @I1@ INDI\n1 NOTE un\n2 CONC deux\n2 CONT trois\n2 CONT quatre\n", {u"sans-niveau 1"_s});
+    row("a text that begins with a number",
+        "0 @I1@ INDI\n1 NOTE un\n1850 naissance\n12 rue du Port\n",
+        "0 @I1@ INDI\n1 NOTE un\n2 CONT 1850 naissance\n2 CONT 12 rue du Port\n",
+        {u"sans-niveau 2"_s});
+    row("a number alone", "0 @I1@ INDI\n1 NOTE un\n2\n0\n",
+        "0 @I1@ INDI\n1 NOTE un\n2 CONT 2\n2 CONT 0\n", {u"sans-niveau 2"_s});
+    row("a text that begins with 0", "0 @I1@ INDI\n1 NOTE un\n0 euros\n",
+        "0 @I1@ INDI\n1 NOTE un\n2 CONT 0 euros\n", {u"sans-niveau 1"_s});
+    row("below a record", "0 @I1@ INDI\nun\n", "0 @I1@ INDI\n1 CONT un\n", {u"sans-niveau 1"_s});
+
+    row("skipped levels", "0 @I1@ INDI\n2 SEX M\n1 BIRT\n4 DATE 1900\n",
+        "0 @I1@ INDI\n1 SEX M\n1 BIRT\n2 DATE 1900\n", {u"niveau-saute 2"_s});
+    row("brothers and children of a skipped level",
+        "0 @I1@ INDI\n1 BIRT\n3 DATE 1900\n3 PLAC Brest\n4 NOTE x\n2 SOUR @S1@\n",
+        "0 @I1@ INDI\n1 BIRT\n2 DATE 1900\n2 PLAC Brest\n3 NOTE x\n2 SOUR @S1@\n",
+        {u"niveau-saute 3"_s});
+
+    row("a record of one line", "0 @N1@ NOTE court\n0 @U1@ SUBM\n",
+        "0 @N1@ NOTE court\n1 CHAN\n2 DATE 5 MAR 2024\n0 @U1@ SUBM\n1 CHAN\n2 DATE 5 MAR 2024\n",
+        {u"fiche-seule 2"_s});
+    row("a submission of one line", "0 @B1@ SUBN\n", "0 @B1@ SUBN\n1 RIN 1\n",
+        {u"fiche-seule 1"_s});
+    row("an unknown record of one line", "0 _PUBLISH\n", "0 _PUBLISH\n1 CHAN\n2 DATE 5 MAR 2024\n",
+        {u"fiche-seule 1"_s});
+
+    row("an empty note that goes on", "0 @N1@ NOTE\n1 CONC texte\n1 CONC suite\n",
+        "0 @N1@ NOTE texte\n1 CONC suite\n", {u"note-vide 1"_s});
+    row("with empty continuations", "0 @N1@ NOTE \n1 CONC\n1 CONC  x\n1 CONT y\n",
+        "0 @N1@ NOTE  x\n1 CONT y\n", {u"note-vide 2"_s});
+    row("which is then of one line", "0 @N1@ NOTE\n1 CONC texte\n",
+        "0 @N1@ NOTE texte\n1 CHAN\n2 DATE 5 MAR 2024\n", {u"fiche-seule 1"_s, u"note-vide 1"_s});
+    row("an empty note that has text in CONT", "0 @N1@ NOTE\n1 CONT a\n1 CONC b\n",
+        "0 @N1@ NOTE\n1 CONT a\n1 CONC b\n", {});
+    row("a private record", "0 @L1@ _LIEU\n1 CONC Brest\n1 MAP\n", "0 @L1@ _LIEU Brest\n1 MAP\n",
+        {u"note-vide 1"_s});
+
+    row("text glued to the tag", "0 @N1@ NOTEtexte libre\n1 CONT a\n",
+        "0 @N1@ NOTE texte libre\n1 CONT a\n", {u"note-collee 1"_s});
+    row("markup glued to the tag", "0 @N1@ NOTE<p>texte\n1 CONT a\n",
+        "0 @N1@ NOTE <p>texte\n1 CONT a\n", {u"note-collee 1"_s});
+
+    row("control characters",
+        "0 @I1@ INDI\n1 NAME J\x01"
+        "ean\x7F\n",
+        "0 @I1@ INDI\n1 NAME Jean\n", {u"controle 1"_s});
+    row("a line of control characters", "0 @I1@ INDI\n1 SEX M\n\x1A\n", "0 @I1@ INDI\n1 SEX M\n",
+        {u"controle 1"_s});
+
+    const QByteArray person = "0 @I1@ INDI\n1 SEX M\n";
+    const QByteArray header = "0 HEAD\n1 CHAR UTF-8\n";
+    QTest::newRow("no trailer") << header + person << header + person + "0 TRLR\n"
+                                << QStringList{u"fin 1"_s};
+    QTest::newRow("no end of the last line")
+        << header + person.chopped(1) << header + person + "0 TRLR\n"
+        << QStringList{u"fin 1"_s};
+    QTest::newRow("lines behind the trailer")
+        << header + "0 TRLR\n" + person << header + person + "0 TRLR\n"
+        << QStringList{u"fin 1"_s};
+    QTest::newRow("two trailers") << header + "0 TRLR\n" + person + "0 TRLR\n"
+                                  << header + person + "0 TRLR\n"
+                                  << QStringList{u"fin 1"_s};
+    QTest::newRow("a trailer in small letters") << header + person + "0 trlr\n"
+                                                << header + person + "0 TRLR\n"
+                                                << QStringList{u"fin 1"_s};
+    QTest::newRow("a blank line behind the trailer") << header + person + "0 TRLR\n\n"
+                                                     << header + person + "0 TRLR\n"
+                                                     << QStringList{u"mise-en-forme 1"_s};
+
+    QTest::newRow("no header") << person + "0 TRLR\n"
+                               << header + person + "0 TRLR\n"
+                               << QStringList{u"codage 2"_s};
+    QTest::newRow("lines in front of the header")
+        << QByteArray("bonjour\n0 HEAD\n1 CHAR UTF-8\n0 TRLR\n")
+        << QByteArray("0 HEAD\n1 CONT bonjour\n1 CHAR UTF-8\n0 TRLR\n")
+        << QStringList{u"mise-en-forme 1"_s, u"sans-niveau 1"_s};
+    QTest::newRow("a header of one line") << QByteArray("0 HEAD\n0 TRLR\n") << header + "0 TRLR\n"
+                                          << QStringList{u"codage 1"_s};
+}
+
+void TstPreparation::repairs()
+{
+    QFETCH(QByteArray, lines);
+    QFETCH(QByteArray, expected);
+    QFETCH(QStringList, counts);
+
+    const Preparation preparation = prepare(lines, optionsOf({}, {}));
+    QCOMPARE(preparation.refusal, QString());
+    QCOMPARE(preparation.copy, expected);
+    QCOMPARE(countsOf(preparation), counts);
+    QVERIFY(preparation.proof.opens());
+
+    const Preparation again = prepare(preparation.copy, optionsOf({}, {}));
+    QCOMPARE(again.copy, expected);
+    QCOMPARE(countsOf(again), QStringList());
+}
+
+void TstPreparation::warnings_data()
+{
+    QTest::addColumn<QByteArray>("lines");
+    QTest::addColumn<QStringList>("with");
+    QTest::addColumn<QStringList>("without");
+    QTest::addColumn<QByteArray>("expected");
+    QTest::addColumn<QStringList>("counts");
+
+    const auto row = [](const char *name, const QByteArray &lines, const QString &count) {
+        QTest::newRow(name) << fileOf(lines) << QStringList() << QStringList() << fileOf(lines)
+                            << QStringList{count};
+    };
+    QByteArray deep = "0 @I1@ INDI\n";
+    for (char level = '1'; level <= '9'; ++level)
+        deep += level + QByteArray(" NOTE x\n");
+    row("levels of two digits", deep + "10 CONT y\n11 NOTE z\n", u"niveau-profond 2"_s);
+    row("a line of 256 characters", "0 @I1@ INDI\n1 NOTE " + QByteArray(249, 'x') + '\n',
+        u"ligne-longue 1"_s);
+    row("of two bytes each", "0 @I1@ INDI\n1 NOTE " + QByteArray("é").repeated(249) + '\n',
+        u"ligne-longue 1"_s);
+    row("a citation of a record", "0 @I1@ INDI\n1 SOUR @S1@\n", u"citation 1"_s);
+    row("a citation of a citation", "0 @F1@ FAM\n1 MARR\n2 PLAC x\n3 SOUR @S1@\n", u"citation 1"_s);
+    row("a medium without a record", "0 @I1@ INDI\n1 OBJE\n2 FILE a.jpg\n",
+        u"media-sans-fiche 1"_s);
+    row("identifiers of another form", "0 @P1@ INDI\n1 SEX M\n0 @3F@ FAM\n1 HUSB @P1@\n",
+        u"forme-identifiant 2"_s);
+    row("small letters", "0 @I1@ INDI\n1 name Jean\n", u"balise-minuscule 1"_s);
+    row("a person that goes on in CONC", "0 @I1@ INDI\n1 CONC x\n", u"conc-sous-fiche 1"_s);
+
+    QTest::newRow("255 characters")
+        << fileOf("0 @I1@ INDI\n1 NOTE " + QByteArray(248, 'x') + '\n') << QStringList()
+        << QStringList() << fileOf("0 @I1@ INDI\n1 NOTE " + QByteArray(248, 'x') + '\n')
+        << QStringList();
+    QTest::newRow("levels folded on request")
+        << fileOf(deep + "10 CONT y\n10 CONC z\n10 @X@ NOTE\n11 PAGE 3\nfin\n1 SEX M\n")
+        << QStringList{u"niveaux-profonds"_s} << QStringList()
+        << fileOf(deep.chopped(1) + " yz @X@ NOTE PAGE 3 fin\n1 SEX M\n")
+        << QStringList{u"niveaux-profonds 5"_s};
+    QTest::newRow("folded into a line without a value")
+        << fileOf(deep.chopped(3) + "\n10 CONC a\n") << QStringList{u"niveaux-profonds"_s}
+        << QStringList() << fileOf(deep.chopped(3) + " a\n")
+        << QStringList{u"niveaux-profonds 1"_s};
+    const QByteArray header = "0 HEAD\n1 CHAR UTF-8\n";
+    QTest::newRow("a last line that is lost")
+        << header + "1 NOTE x\n"
+        << QStringList() << QStringList{u"fin"_s} << header + "1 NOTE x\n"
+        << QStringList{u"ligne-perdue 1"_s};
+    QTest::newRow("another encoding announced")
+        << QByteArray("0 HEAD\n1 CHAR ANSEL\n2 VERS 1\n0 TRLR\n") << QStringList()
+        << QStringList{u"codage"_s} << QByteArray("0 HEAD\n1 CHAR ANSEL\n2 VERS 1\n0 TRLR\n")
+        << QStringList{u"codage-annonce 1"_s};
+}
+
+void TstPreparation::warnings()
+{
+    QFETCH(QByteArray, lines);
+    QFETCH(QStringList, with);
+    QFETCH(QStringList, without);
+    QFETCH(QByteArray, expected);
+    QFETCH(QStringList, counts);
+
+    const Preparation preparation = prepare(lines, optionsOf(with, without));
+    QCOMPARE(preparation.copy, expected);
+    QCOMPARE(countsOf(preparation), counts);
+    QVERIFY(preparation.proof.opens());
+    bool isWarning = false;
+    for (const FindingType &type : findingTypes())
+        isWarning =
+            isWarning || (type.kind == FindingKind::Warning && preparation.count(type.finding) > 0);
+    QCOMPARE(preparation.hasWarnings(), isWarning);
+}
+
+void TstPreparation::occurrences_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QStringList>("expected");
+
+    QTest::newRow("in the order of the file, with their lines")
+        << QByteArray("0 HEAD\r\n1 CHAR ANSI\r\n2 VERS 1\r\n\r\n 0 @I1@ INDI\r\n1 NOTE a\r\nb\r\n"
+                      "3 SOUR x\r\n0 @N1@ NOTE\r\n1 CONC c")
+        << QStringList{u"1 codage: UTF-8, fins de ligne avec CR > UTF-8"_s,
+                       u"2 codage: 1 CHAR ANSI > 1 CHAR UTF-8"_s,
+                       u"3 codage: 2 VERS 1 > "_s,
+                       u"4 mise-en-forme:  > "_s,
+                       u"5 mise-en-forme:  0 @I1@ INDI > 0 @I1@ INDI"_s,
+                       u"7 sans-niveau: b > 2 CONT b"_s,
+                       u"8 niveau-saute: 3 SOUR x > 2 SOUR x"_s,
+                       u"10 note-vide: 1 CONC c > 0 @N1@ NOTE c"_s,
+                       u"9 fiche-seule: 0 @N1@ NOTE > 0 @N1@ NOTE c\n1 CHAN\n2 DATE 5 MAR 2024"_s,
+                       u"9 fin:  > 0 TRLR"_s};
+    QTest::newRow("of a whole file")
+        << QByteArray("\xEF\xBB\xBF"
+                      "0 @I1@ INDI\n1 SEX M\n0 TRLR\n0 @I2@ INDI\n1 SEX F\n")
+        << QStringList{u"1 codage: UTF-8, marque en tête > UTF-8"_s, u"1 codage:  > 0 HEAD"_s,
+                       u"1 codage:  > 1 CHAR UTF-8"_s, u"3 fin: 0 TRLR > 0 TRLR"_s};
+    QTest::newRow("control characters by their pictures")
+        << fileOf("0 @I1@ INDI\n1 NAME \x02J\x7F\n")
+        << QStringList{u"4 controle: 1 NAME ␂J␡ > 1 NAME J"_s};
+    QTest::newRow("long lines cut")
+        << fileOf("0 @I1@ INDI\n1 NOTE " + QByteArray(400, 'x') + '\n')
+        << QStringList{u"4 ligne-longue: 1 NOTE %1… > 1 NOTE %1…"_s.arg(QString(292, u'x'))};
+}
+
+void TstPreparation::occurrences()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QStringList, expected);
+
+    QCOMPARE(occurrencesOf(prepare(file, optionsOf({}, {}))), expected);
+}
+
+void TstPreparation::encodings_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QString>("encoding");
+    QTest::addColumn<QStringList>("counts");
+
+    const QByteArray text = "0 HEAD\n1 CHAR %\n0 @I1@ INDI\n1 NAME Ren\xE9 /LEGU\xC9/\n0 TRLR\n";
+    const auto row = [&](const char *name, const QByteArray &lineEnd) {
+        QTest::newRow(name) << QByteArray(text).replace('%', "ANSI").replace("\n", lineEnd)
+                            << u"Windows-1252"_s << QStringList{u"codage 2"_s};
+    };
+    row("LF", "\n");
+    row("CR LF", "\r\n");
+    row("CR", "\r");
+    const QString utf16 = u"0 HEAD\n1 CHAR UNICODE\n0 @I1@ INDI\n1 NAME René /LEGUÉ/\n0 TRLR\n"_s;
+    const QByteArray little(reinterpret_cast<const char *>(utf16.utf16()), 2 * utf16.size());
+    QTest::newRow("UTF-16 with a mark")
+        << "\xFF\xFE" + little << u"UTF-16LE"_s << QStringList{u"codage 2"_s};
+    QTest::newRow("UTF-16 without a mark") << little << u"UTF-16LE"_s << QStringList{u"codage 2"_s};
+    QTest::newRow("half a character at the end")
+        << little + QByteArray("x\0\x3D\xD8", 4) << u"UTF-16LE"_s
+        << QStringList{u"codage 2"_s, u"sans-niveau 1"_s, u"fin 1"_s, u"octets 1"_s};
+    QTest::newRow("UTF-8 that says something else")
+        << QByteArray("0 HEAD\n1 CHAR ANSEL\n2 VERS ANSI\n3 NOTE x\n0 @I1@ INDI\n"
+                      "1 NAME René /LEGUÉ/\n0 TRLR\n")
+        << u"UTF-8"_s << QStringList{u"codage 3"_s};
+}
+
+void TstPreparation::encodings()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QString, encoding);
+    QFETCH(QStringList, counts);
+
+    const Preparation preparation = prepare(file, {});
+    QCOMPARE(encodingName(preparation.encoding.encoding), encoding);
+    QVERIFY(
+        preparation.copy.startsWith("0 HEAD\n1 CHAR UTF-8\n0 @I1@ INDI\n1 NAME René /LEGUÉ/\n"));
+    QVERIFY(preparation.copy.endsWith("\n0 TRLR\n"));
+    QCOMPARE(countsOf(preparation), counts);
+}
+
+void TstPreparation::identifiers()
+{
+    const QByteArray file = fileOf("0 @3I@ INDI\n1 FAMS @4F@\n1 NOTE voir @3I@\n1 BIRT\n2 DATE "
+                                   "@#DJULIAN@ 1 JAN 1700\n0 @4F@ FAM\n1 HUSB @3I@\n1 WIFE @I3@\n"
+                                   "0 @xy@ SOUR\n1 TITL t\n0 @S1@ SOUR\n1 TITL u\n0 @M07@ OBJE\n"
+                                   "1 FILE a\n0 @R@ REPO\n1 NAME n\n0 @N1@ NOTE x\n1 CHAN\n"
+                                   "0 @M@ SUBM\n1 NAME m\n0 @L@ _LIEU\n1 MAP\n");
+    const QByteArray expected = fileOf(
+        "0 @I1@ INDI\n1 FAMS @F4@\n1 NOTE voir @3I@\n1 BIRT\n2 DATE @#DJULIAN@ 1 JAN 1700\n"
+        "0 @F4@ FAM\n1 HUSB @I1@\n1 WIFE @I3@\n0 @S2@ SOUR\n1 TITL t\n0 @S1@ SOUR\n1 TITL u\n"
+        "0 @O7@ OBJE\n1 FILE a\n0 @R1@ REPO\n1 NAME n\n0 @N1@ NOTE x\n1 CHAN\n0 @U1@ SUBM\n"
+        "1 NAME m\n0 @X1@ _LIEU\n1 MAP\n");
+    const Preparation preparation = prepare(file, optionsOf({u"identifiants"_s}, {}));
+    QCOMPARE(preparation.copy, expected);
+    // @I3@ is not free: a pointer that leads nowhere says it.
+    QCOMPARE(countsOf(preparation), QStringList{u"identifiants 9"_s});
+    QByteArray table;
+    for (const RenamedIdentifier &renamed : preparation.identifiers)
+        table += renamed.before + ' ' + renamed.after + '\n';
+    QCOMPARE(table, "@3I@ @I1@\n@4F@ @F4@\n@xy@ @S2@\n@M07@ @O7@\n@R@ @R1@\n@M@ @U1@\n@L@ @X1@\n");
+
+    const Preparation again = prepare(expected, optionsOf({u"identifiants"_s}, {}));
+    QCOMPARE(again.copy, expected);
+    QVERIFY(again.identifiers.isEmpty());
+}
+
+void TstPreparation::identifiersThatAreFree()
+{
+    // Both would like to be @I5@.
+    const QByteArray file = fileOf("0 @P5@ INDI\n1 SEX M\n0 @5@ INDI\n1 ALIA @P5@\n");
+    QCOMPARE(prepare(file, optionsOf({u"identifiants"_s}, {})).copy,
+             fileOf("0 @I5@ INDI\n1 SEX M\n0 @I1@ INDI\n1 ALIA @I5@\n"));
+}
+
+void TstPreparation::proof_data()
+{
+    QTest::addColumn<QByteArray>("text");
+
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("the last line is not read") << QByteArray("0 HEAD\n1 CHAR x\n9 zzz\n");
+    QTest::newRow("a record of one line") << QByteArray("0 HEAD\n1 CHAR x\n0 @N1@ NOTE\n0 TRLR\n");
+    QTest::newRow("at the end") << QByteArray("0 HEAD\n0 TRLR\n");
+    QTest::newRow("a level too deep") << QByteArray("0 HEAD\n1 CHAR x\n3 y\n0 TRLR\n");
+    QTest::newRow("below an earlier line") << QByteArray("0 A\n1 A\n2 B\n1 C\n3 D\n0 TRLR\n");
+    QTest::newRow("a blank line") << QByteArray("0 HEAD\n1 CHAR x\n\n0 TRLR\n");
+    QTest::newRow("behind the trailer") << QByteArray("0 HEAD\n1 CHAR x\n0 TRLR\n\n");
+    QTest::newRow("an indented line") << QByteArray("0 HEAD\n 1 CHAR x\n0 TRLR\n");
+    QTest::newRow("another zero") << QByteArray("0 HEAD\n1 CHAR x\n00 x\n0 TRLR\n");
+    QTest::newRow("a zero alone") << QByteArray("0 HEAD\n1 CHAR x\n0\n0 TRLR\n");
+    QTest::newRow("two digits") << QByteArray("0 HEAD\n1 CHAR x\n20 x\n0 TRLR\n");
+    QTest::newRow("two digits below") << QByteArray("0 HEAD\n1 A\n19 x\n25 y\n0 TRLR\n");
+    QTest::newRow("no level 0") << QByteArray("1 HEAD\n1 CHAR x\n0 TRLR\n");
+    QTest::newRow("no end") << QByteArray("0 HEAD\n1 CHAR x\n0 @I1@ INDI\n1 SEX M");
+}
+
+void TstPreparation::proof()
+{
+    QFETCH(QByteArray, text);
+
+    const Proof proof = proveOpening(text);
+    const AnsweredBoxes boxes;
+    Document doc;
+    writeBytes(doc.path(), text);
+    QCOMPARE(proof.opens(), doc.loadFile());
+    QCOMPARE(proof.records, doc.gedcom.getTabTwItemsRoot().size());
+    if (!proof.opens())
+        QVERIFY(boxes.texts().constFirst().contains(proof.stoppingText));
+}
+
+void TstPreparation::verdicts()
+{
+    const QByteArray file = "0 HEAD\n1 CHAR UTF-8\n\n0 @I1@ INDI\n1 SEX M\n0 TRLR\n";
+    QCOMPARE(prepare(file, {}).verdict(), u"Varlune ouvrira ce fichier : 2 enregistrements"_s);
+    QCOMPARE(prepare("0 HEAD\n0 TRLR", {}).verdict(),
+             u"Varlune ouvrira ce fichier : 1 enregistrement"_s);
+
+    const Preparation stopped =
+        prepare("0 HEAD\n1 CHAR UTF-8\n0 @N1@ NOTE x\n0 TRLR\n", optionsOf({}, {u"fiche-seule"_s}));
+    QVERIFY(stopped.hasWarnings());
+    QCOMPARE(stopped.verdict(),
+             u"Varlune n'ouvrira pas ce fichier : la ligne 3 l'arrête : 0 @N1@ NOTE x"_s);
+}
+
+void TstPreparation::refusals_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("begin");
+
+    QByteArray noise;
+    quint32 state = 1;
+    for (int i = 0; i < 20000; ++i) {
+        state = state * 1664525 + 1013904223;
+        noise += char(state >> 24);
+    }
+    QTest::newRow("empty") << QByteArray() << u"Ce fichier est vide. Refaites l'export"_s;
+    QTest::newRow("blank") << QByteArray(" \r\n\n") << u"Ce fichier est vide. Refaites l'export"_s;
+    QTest::newRow("zip") << QByteArray("PK\x03\x04\x14")
+                         << u"Ce fichier est une archive ZIP (GEDZIP) et non un texte GEDCOM. "
+                            "Extrayez-en"_s;
+    QTest::newRow("gzip") << QByteArray("\x1F\x8B\x08") << u"Ce fichier est une archive gzip"_s;
+    QTest::newRow("PDF") << QByteArray("%PDF-1.4\n")
+                         << u"Ce fichier est un document PDF et non un texte GEDCOM. Exportez"_s;
+    QTest::newRow("picture") << QByteArray("\xFF\xD8\xFF\xE0") << u"Ce fichier est une image"_s;
+    QTest::newRow("encrypted text") << QByteArray("-----BEGIN PGP MESSAGE-----\n\nhQEMA0 x\n")
+                                    << u"Ce fichier est chiffré. Déchiffrez-le"_s;
+    QTest::newRow("noise") << noise << u"Ce fichier est binaire ou chiffré"_s;
+    QTest::newRow("zeros") << QByteArray(5000, '\0')
+                           << u"Ce fichier n'est pas un texte GEDCOM : aucune ligne"_s;
+    QTest::newRow("markup") << QByteArray("<!DOCTYPE html>\n<p>0 HEAD</p>\n")
+                            << u"Ce fichier est une page HTML ou un document XML"_s;
+    QTest::newRow("prose") << QByteArray("Chère tante,\n1 fois encore\n0 euros\n")
+                           << u"Ce fichier n'est pas un texte GEDCOM : aucune ligne"_s;
+    QTest::newRow("lines without a record")
+        << QByteArray("1 NAME Jean\n2 GIVN Jean\n")
+        << u"Ce fichier n'est pas un texte GEDCOM : aucune ligne"_s;
+}
+
+void TstPreparation::refusals()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, begin);
+
+    const Preparation preparation = prepare(bytes, {});
+    QVERIFY2(preparation.refusal.startsWith(begin), qPrintable(preparation.refusal));
+    QVERIFY(preparation.refusal.endsWith(u'.'));
+    QVERIFY(!preparation.isDone());
+    QCOMPARE(preparation.copy, QByteArray());
+}
+
+void TstPreparation::refusedPaths()
+{
+    const QTemporaryDir folder;
+    const auto refusal = [&folder](const QString &name) {
+        return prepareFile(folder.filePath(name), {}).refusal.remove(folder.path() + u'/');
+    };
+    QCOMPARE(refusal(u"absent.ged"_s),
+             u"« absent.ged » n'existe pas. Vérifiez le nom et le dossier."_s);
+    QVERIFY(QDir(folder.path()).mkdir(u"dossier.ged"_s));
+    QCOMPARE(refusal(u"dossier.ged"_s),
+             u"« dossier.ged » est un dossier. Choisissez un fichier .ged."_s);
+    makePipe(folder.filePath(u"tube.ged"_s));
+    QCOMPARE(refusal(u"tube.ged"_s),
+             u"« tube.ged » n'est pas un fichier ordinaire. Choisissez un fichier .ged."_s);
+
+    writeBytes(folder.filePath(u"secret.ged"_s), fileOf({}));
+    QVERIFY(QFile::setPermissions(folder.filePath(u"secret.ged"_s), QFile::WriteOwner));
+    QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x7777)));
+    const Unprivileged unprivileged;
+    QCOMPARE(refusal(u"secret.ged"_s),
+             u"« secret.ged » ne peut pas être lu. Vérifiez vos droits sur le fichier et que le "
+             "disque répond."_s);
+}
+
+void TstPreparation::tooLarge()
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(u"enorme.ged"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(file.resize(2'000'000'000)); // a hole: it takes no room
+    const QString refusal = prepareFile(file.fileName(), {}).refusal;
+    QVERIFY2(refusal.endsWith(u"enorme.ged » fait 2,0 Go, trop pour que Varlune l'ouvre. Exportez "
+                              "l'arbre en plusieurs fichiers, par branche, de 1 Go au plus."_s),
+             qPrintable(refusal));
+}
+
+void TstPreparation::longLine()
+{
+    constexpr int Size = 20'000'000;
+    const QByteArray file = fileOf("0 @N1@ NOTE " + QByteArray(Size, 'x') + "\n1 CHAN\n");
+    const Preparation preparation = prepare(file, {});
+    QCOMPARE(preparation.copy.size(), file.size());
+    QVERIFY(preparation.copy == file);
+    QCOMPARE(countsOf(preparation), QStringList{u"ligne-longue 1"_s});
+    QCOMPARE(refusalOf(QByteArray(Size, 'x')).left(38),
+             u"Ce fichier n'est pas un texte GEDCOM :"_s);
+}
+
+void TstPreparation::cancelled()
+{
+    const QByteArray file = fileOf(QByteArray("0 @I1@ INDI\n1 SEX M\n").repeated(1000));
+    int calls = 0;
+    qint64 last = -1;
+    const Preparation whole = prepare(file, {}, [&](qint64 done, qint64 total) {
+        ++calls;
+        if (done <= last || done >= total || total != file.size())
+            return false;
+        last = done;
+        return true;
+    });
+    QVERIFY(whole.isDone());
+    QVERIFY2(calls > 100 && calls < 500, qPrintable(QString::number(calls)));
+
+    const Preparation stopped =
+        prepare(file, {}, [&](qint64 done, qint64 total) { return done < total / 2; });
+    QVERIFY(stopped.cancelled);
+    QVERIFY(!stopped.isDone());
+    QCOMPARE(stopped.copy, QByteArray());
+}
+
+void TstPreparation::types()
+{
+    QCOMPARE(findingTypes().size(), FindingCount);
+    QStringList names;
+    for (int i = 0; i < FindingCount; ++i) {
+        const FindingType &type = findingTypes().at(i);
+        QCOMPARE(int(type.finding), i);
+        QVERIFY(!type.name.isEmpty() && !type.title.isEmpty() && !names.contains(type.name));
+        QVERIFY2(type.why.endsWith(u'.'), qPrintable(type.why));
+        QCOMPARE(defaultRepairs().contains(type.finding), type.kind == FindingKind::Repair);
+        QCOMPARE(repairFromName(type.name.toUpper()).has_value(),
+                 type.kind != FindingKind::Warning);
+        names += type.name;
+    }
+    QVERIFY(!repairFromName(u"autre"_s));
+}
+
+void TstPreparation::copyPaths_data()
+{
+    QTest::addColumn<QString>("input");
+    QTest::addColumn<QString>("copy");
+
+    QTest::newRow("beside") << u"/gen/arbre.ged"_s << u"/gen/arbre.prepare.ged"_s;
+    QTest::newRow("relative") << u"arbre.ged"_s << u"./arbre.prepare.ged"_s;
+    QTest::newRow("other suffix") << u"/gen/a.b.TXT"_s << u"/gen/a.b.prepare.TXT"_s;
+    QTest::newRow("no suffix") << u"/gen/arbre"_s << u"/gen/arbre.prepare.ged"_s;
+    QTest::newRow("hidden") << u"/gen/.arbre"_s << u"/gen/.arbre.prepare.ged"_s;
+}
+
+void TstPreparation::copyPaths()
+{
+    QFETCH(QString, input);
+    QFETCH(QString, copy);
+
+    QCOMPARE(copyPath(input), copy);
+    if (input.startsWith(u'/'))
+        QVERIFY(identifiersPath(copy).endsWith(".identifiants.csv"_L1));
+}
+
+void TstPreparation::saving()
+{
+    const QTemporaryDir folder;
+    const QString input = folder.filePath(u"arbre.ged"_s);
+    const QString copy = copyPath(input);
+    const QByteArray bytes = " 0 HEAD\r\n0 TRLR\r\n";
+    writeBytes(input, bytes);
+
+    const Preparation preparation = prepareFile(input, {});
+    QCOMPARE(writtenFiles(preparation, copy), QStringList{copy});
+    QCOMPARE(saveCopy(preparation, input, copy), QString());
+    QCOMPARE(readBytes(copy), "0 HEAD\n1 CHAR UTF-8\n0 TRLR\n");
+    QCOMPARE(readBytes(input), bytes);
+
+    // One that is there is replaced as a whole: whoever has it open keeps the old one.
+    QFile old(copy);
+    QVERIFY(old.open(QIODevice::ReadOnly));
+    QCOMPARE(saveCopy(prepare("0 HEAD\n1 DATE x\n0 TRLR\n", {}), input, copy), QString());
+    QCOMPARE(old.readAll(), "0 HEAD\n1 CHAR UTF-8\n0 TRLR\n");
+    QCOMPARE(readBytes(copy), "0 HEAD\n1 DATE x\n1 CHAR UTF-8\n0 TRLR\n");
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
+             QStringList({u"arbre.ged"_s, u"arbre.prepare.ged"_s}));
+}
+
+void TstPreparation::neverTheInput()
+{
+    const QTemporaryDir folder;
+    const QString input = folder.filePath(u"arbre.ged"_s);
+    const QByteArray bytes = " 0 HEAD\n0 TRLR\n";
+    writeBytes(input, bytes);
+    QVERIFY(QFile::link(input, folder.filePath(u"lien.ged"_s)));
+    QVERIFY(QDir(folder.path()).mkdir(u"autre"_s));
+    QVERIFY(QFile::link(folder.path(), folder.filePath(u"autre/dossier"_s)));
+    QCOMPARE(::link(qPrintable(input), qPrintable(folder.filePath(u"jumeau.ged"_s))), 0);
+
+    const Preparation preparation = prepareFile(input, {});
+    for (const char *name : {"arbre.ged", "./arbre.ged", "lien.ged", "jumeau.ged",
+                             "autre/../arbre.ged", "autre/dossier/arbre.ged"}) {
+        const QString copy = folder.path() + u'/' + QString::fromLatin1(name);
+        QCOMPARE(
+            saveCopy(preparation, input, copy),
+            u"« %1 » est le fichier d'origine, qui n'est jamais modifié. Donnez un autre nom à "
+            "la copie."_s.arg(copy));
+        QCOMPARE(readBytes(input), bytes);
+    }
+    const ReportEntry entry{input, {}, {}, &preparation};
+    QVERIFY(!saveReport(folder.filePath(u"lien.ged"_s), ReportFormat::Text, entry).isEmpty());
+    QCOMPARE(readBytes(input), bytes);
+}
+
+void TstPreparation::impossibleCopies()
+{
+    const QTemporaryDir folder;
+    const QString input = folder.filePath(u"arbre.ged"_s);
+    writeBytes(input, fileOf({}));
+    QVERIFY(QDir(folder.path()).mkdir(u"dossier"_s));
+    const Preparation preparation = prepareFile(input, {});
+    const auto problem = [&](const QString &copy) {
+        return saveCopy(preparation, input, copy).remove(folder.path() + u'/');
+    };
+    QCOMPARE(problem(folder.filePath(u"dossier"_s)),
+             u"« dossier » n'est pas un fichier. Donnez un autre nom."_s);
+    QVERIFY(problem(folder.filePath(u"absent/copie.ged"_s))
+                .startsWith(u"« absent/copie.ged » n'a pas pu être écrit ("_s));
+    QVERIFY(problem(folder.filePath(QString(300, u'x')))
+                .endsWith(u"Vérifiez vos droits sur le dossier et la place sur le disque."_s));
+
+    QVERIFY(QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner
+                                                     | QFile::ReadOther | QFile::ExeOther));
+    {
+        const Unprivileged unprivileged;
+        QVERIFY(problem(folder.filePath(u"copie.ged"_s))
+                    .startsWith(u"« copie.ged » n'a pas pu être écrit ("_s));
+    }
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
+             QStringList{u"arbre.ged"_s});
+}
+
+void TstPreparation::table()
+{
+    const QTemporaryDir folder;
+    const QString input = folder.filePath(u"arbre.ged"_s);
+    writeBytes(input, fileOf("0 @3I@ INDI\n1 SEX M\n"));
+    const Preparation preparation = prepareFile(input, optionsOf({u"identifiants"_s}, {}));
+    const QString copy = copyPath(input);
+    const QString table = folder.filePath(u"arbre.prepare.identifiants.csv"_s);
+    QCOMPARE(writtenFiles(preparation, copy), QStringList({copy, table}));
+    QCOMPARE(saveCopy(preparation, input, copy), QString());
+    QCOMPARE(readBytes(table), "ancien;nouveau\n@3I@;@I3@\n");
+}
+
+void TstPreparation::reports()
+{
+    const Preparation done = prepare("0 HEAD\n 1 CHAR UTF-8\n0 @P1@ INDI\n1 SEX M\n0 TRLR\n",
+                                     optionsOf({u"identifiants"_s}, {}));
+    const Preparation refused = prepare({}, {});
+    const auto report = [&](ReportFormat format) {
+        QBuffer buffer;
+        buffer.open(QIODevice::WriteOnly);
+        ReportWriter writer(&buffer, format);
+        writer.add({u"a.ged"_s, u"a.prepare.ged"_s, {}, &done});
+        writer.add({u"b.ged"_s, {}, {}, &refused});
+        if (!writer.finish())
+            qFatal("the buffer does not take the report");
+        return QString::fromUtf8(buffer.data());
+    };
+    QCOMPARE(report(ReportFormat::Text).split(u'\n'),
+             QStringList({
+                 u"Fichier : a.ged"_s,
+                 u"Codage : UTF-8 (texte en ASCII pur)"_s,
+                 u"Réparation : Lignes vides, retraits, tabulations, zéros de tête du niveau : 1"_s,
+                 u"Réparation : Identifiants mis sous la forme @I1@, @F1@, @S1@, @O1@, @R1@ : 1"_s,
+                 u"Varlune ouvrira ce fichier : 2 enregistrements"_s,
+                 u"Copie : a.prepare.ged"_s,
+                 u"l.2 mise-en-forme : «  1 CHAR UTF-8 » devient « 1 CHAR UTF-8 ». Varlune veut le "
+                 "niveau au début de la ligne, puis un blanc et la balise."_s,
+                 u"l.3 identifiants : « 0 @P1@ INDI » devient « 0 @I1@ INDI ». Les liens, les "
+                 "filtres et les médias de Varlune demandent cette forme."_s,
+                 u"@P1@ -> @I1@"_s,
+                 u""_s,
+                 u"Fichier : b.ged"_s,
+                 u"Ce fichier est vide. Refaites l'export depuis votre logiciel de généalogie."_s,
+                 u""_s,
+                 u""_s,
+             }));
+    // A "`" stands for a quotation mark.
+    QCOMPARE(report(ReportFormat::Json).replace(u'"', u'`').split(u'\n'),
+             QStringList({
+                 u"{`fichiers`:["_s,
+                 u"{`bilan`:{`identifiants`:1,`mise-en-forme`:1},`codage`:`UTF-8`,`copie`:"
+                 "`a.prepare.ged`,`enregistrements`:2,`fichier`:`a.ged`,`identifiants`:"
+                 "[{`ancien`:`@P1@`,`nouveau`:`@I1@`}],`motif`:`texte en ASCII pur`,"
+                 "`ouvre`:true,`verdict`:`Varlune ouvrira ce fichier : 2 enregistrements`,"
+                 "`occurrences`:["_s,
+                 u"{`apres`:`1 CHAR UTF-8`,`avant`:` 1 CHAR UTF-8`,`ligne`:2,`nature`:"
+                 "`mise-en-forme`,`pourquoi`:`Varlune veut le niveau au début de la ligne, puis un "
+                 "blanc et la balise.`},"_s,
+                 u"{`apres`:`0 @I1@ INDI`,`avant`:`0 @P1@ INDI`,`ligne`:3,`nature`:"
+                 "`identifiants`,`pourquoi`:`Les liens, les filtres et les médias de Varlune "
+                 "demandent cette forme.`}]},"_s,
+                 u"{`fichier`:`b.ged`,`refus`:`Ce fichier est vide. Refaites l'export depuis votre "
+                 "logiciel de généalogie.`,`occurrences`:[]}"_s,
+                 u"]}"_s,
+                 u""_s,
+             }));
+}
+
+VARLUNE_TEST_MAIN(TstPreparation)
+#include "tst_preparation.moc"
