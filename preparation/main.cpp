@@ -1,7 +1,11 @@
 #include "console.h"
+#include "desktop.h"
 #include "fenapropos.h"
+#include "preparerwindow.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QIcon>
 #include <QTranslator>
 
 #include <algorithm>
@@ -33,12 +37,36 @@ int runInConsole(int argc, char **argv)
     return runConsole(QCoreApplication::arguments());
 }
 
+int runInWindow(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    prepareApplication();
+    // The companion has an icon and a desktop file of its own.
+    const QIcon icon(u":/icones/ico/logo_varlune-preparer.ico"_s);
+    QApplication::setWindowIcon(icon);
+    QGuiApplication::setDesktopFileName(u"varlune-preparer"_s);
+
+    QCommandLineParser parser;
+    const bool isParsed = parser.parse(QCoreApplication::arguments());
+    const QStringList files = parser.positionalArguments();
+    if (!isParsed || files.size() > 1) {
+        const QString text = QCoreApplication::translate(
+            "PreparerWindow", "La fenêtre prend un fichier et pas d'option ; "
+                              "ajoutez --console, ou voyez --help.\n");
+        std::fputs(text.toLocal8Bit().constData(), stderr);
+        return NotPossible;
+    }
+    PreparerWindow window;
+    fitOnScreen(&window);
+    window.show();
+    if (!files.isEmpty())
+        window.open(files.constFirst());
+    return QApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
-    if (asksForConsole(argc, argv))
-        return runInConsole(argc, argv);
-    std::fputs("varlune-preparer n'a pas encore de fenêtre : ajoutez --console.\n", stderr);
-    return NotPossible;
+    return asksForConsole(argc, argv) ? runInConsole(argc, argv) : runInWindow(argc, argv);
 }
