@@ -69,7 +69,7 @@ int OccurrenceModel::columnCount(const QModelIndex &parent) const
 QVariant OccurrenceModel::data(const QModelIndex &index, int role) const
 {
     if (role == Qt::TextAlignmentRole && index.column() == Line)
-        return QVariant(Qt::AlignRight | Qt::AlignVCenter);
+        return int(Qt::AlignRight | Qt::AlignVCenter);
     if (role != Qt::DisplayRole)
         return {};
     return onOneLine(columnText(textAt(index.row()), index.column()));

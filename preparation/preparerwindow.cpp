@@ -45,7 +45,7 @@ QString number(qint64 value)
 QString tellingText(const QByteArray &utf8)
 {
     constexpr qsizetype room = 40; // characters on either side
-    const auto found =
+    const auto *const found =
         std::find_if(utf8.begin(), utf8.end(), [](char c) { return uchar(c) > 127; });
     if (found == utf8.end())
         return {};
@@ -343,8 +343,8 @@ void PreparerWindow::showDetail()
         return;
     }
     const OccurrenceText text = m_model->textAt(current.row());
-    const QStringList lines{tr("Ligne %1 : %2").arg(QString::number(text.line), text.why),
-                            tr("Avant : %1").arg(text.before), tr("Après : %1").arg(text.after)};
+    const QStringList lines{tr("Avant : %1").arg(text.before), tr("Après : %1").arg(text.after),
+                            tr("Pourquoi : %1").arg(text.why)};
     ui->pteDetail->setPlainText(lines.join(u'\n'));
 }
 

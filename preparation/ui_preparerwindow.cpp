@@ -136,6 +136,8 @@ QWidget *Ui_PreparerWindow::makeSummary()
     twSummary->header()->setStretchLastSection(false);
     twSummary->header()->setSectionResizeMode(TitleColumn, QHeaderView::Stretch);
     twSummary->header()->setSectionResizeMode(CountColumn, QHeaderView::ResizeToContents);
+    // On the background of the window a box stands out in dark colours, too.
+    twSummary->viewport()->setAutoFillBackground(false);
     twSummary->setRootIsDecorated(false);
     twSummary->setIndentation(twSummary->indentation() / 2);
 

@@ -1088,12 +1088,13 @@ void TstPreparerWindow::smallScreens()
         preparer.window->width() <= room.width() && preparer.window->height() <= room.height(),
         qPrintable(u"%1 by %2"_s.arg(preparer.window->width()).arg(preparer.window->height())));
     const QList<QWidget *> widgets = preparer.window->findChildren<QWidget *>(
-        QRegularExpression(u"^(pb|le|cb|tw|tv|pte|lb|progress)"_s));
+        QRegularExpression(u"^(pb|le|cb|tw|tv|pte|lb|progress|fileRows|splitter|summary|list)"_s));
     QVERIFY(widgets.size() >= 15);
     for (const QWidget *widget : widgets) {
         const QByteArray name = widget->objectName().toLatin1();
         const QRect rect(widget->mapTo(preparer.window.get(), QPoint()), widget->size());
         QVERIFY2(preparer.window->rect().contains(rect), name.constData());
+        QVERIFY2(widget->parentWidget()->rect().contains(widget->geometry()), name.constData());
         if (qobject_cast<const QPushButton *>(widget))
             QVERIFY2(widget->width() >= widget->sizeHint().width(), name.constData());
     }
