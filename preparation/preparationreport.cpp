@@ -12,15 +12,30 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+QString quoted(QString text)
+{
+    return u"« "_s + text.replace(u'\n', u" ⏎ "_s) + u" »"_s;
+}
+
+/// What has become of a line, in words.
+QString changeOf(const Occurrence &occurrence, const OccurrenceText &text)
+{
+    if (findingType(occurrence.finding).kind == FindingKind::Warning)
+        return quoted(text.before.isEmpty() ? text.after : text.before);
+    const bool isWhole = occurrence.before < 0 && occurrence.after < 0;
+    if (occurrence.after < 0 && !isWhole)
+        return Preparation::tr("%1 est retiré").arg(quoted(text.before));
+    if (occurrence.before < 0 && !isWhole)
+        return Preparation::tr("%1 est ajouté").arg(quoted(text.after));
+    return Preparation::tr("%1 devient %2").arg(quoted(text.before), quoted(text.after));
+}
+
 QString occurrenceLine(const Occurrence &occurrence, const Preparation &preparation)
 {
-    const auto quoted = [](QString text) {
-        return text.isEmpty() ? u"-"_s : u"« "_s + text.replace(u'\n', u" ⏎ "_s) + u" »"_s;
-    };
     const OccurrenceText text = textOf(occurrence, preparation);
-    return Preparation::tr("l.%1 %2 : %3 devient %4. %5")
-        .arg(QString::number(text.line), findingType(occurrence.finding).name, quoted(text.before),
-             quoted(text.after), text.why);
+    return Preparation::tr("l.%1 %2 : %3. %4")
+        .arg(QString::number(text.line), findingType(occurrence.finding).name,
+             changeOf(occurrence, text), text.why);
 }
 
 QJsonObject countsOf(const Preparation &preparation)

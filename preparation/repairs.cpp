@@ -33,6 +33,11 @@ public:
         m_open.append({level, placed});
         return placed;
     }
+    /// Takes the line before back: it has become part of another.
+    void takeBack()
+    {
+        m_open.removeLast();
+    }
     /// What the line before had in the source, or -1.
     [[nodiscard]] int previous() const
     {
@@ -328,6 +333,7 @@ bool Repairer::joinToEmptyNote(const GedLine &line)
     if (!line.value.isEmpty())
         m_writer.appendToValue(line.value);
     m_record.isEmpty = line.value.isEmpty();
+    m_levels.takeBack();
     m_writer.noteJoined(Finding::EmptyNote);
     return true;
 }
