@@ -117,7 +117,7 @@ void CopyWriter::finish(const GedLine &line, qint64 begin)
     m_last.source = m_source;
     m_last.begin = begin;
     m_last.level = line.level;
-    m_last.isContinuation = isContinuation(line.tag);
+    m_last.isContinuation = line.level > 0 && isContinuation(line.tag);
     m_last.hasBlank = line.hasBlank;
     m_last.hasValue = !line.value.isEmpty();
     m_last.isLong = false;

@@ -115,6 +115,11 @@ GedLine readGedLine(QByteArrayView text)
     return line;
 }
 
+bool isBlankLine(QByteArrayView text)
+{
+    return skipIndentation(text) == text.size();
+}
+
 bool isTag(QByteArrayView tag, const char *name)
 {
     return tag.compare(QByteArrayView(name), Qt::CaseInsensitive) == 0;

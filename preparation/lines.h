@@ -63,6 +63,9 @@ struct GedLine
 /// Takes a line apart. One that has a number and a blank in front but no word behind has no level.
 [[nodiscard]] GedLine readGedLine(QByteArrayView text);
 
+/// Whether nothing stands in the line but blanks, tabs and byte-order marks.
+[[nodiscard]] bool isBlankLine(QByteArrayView text);
+
 /// Whether \p tag reads \p name, in capitals or not.
 [[nodiscard]] bool isTag(QByteArrayView tag, const char *name);
 

@@ -231,7 +231,7 @@ void Repairer::takeLine(const LineReader &reader, QByteArrayView text)
     const SourceLine source{reader.number(), reader.begin()};
     m_writer.setSource(source);
     noteUndecoded();
-    if (isBlank(clean) && isOn(Finding::Layout)) {
+    if (isBlankLine(clean) && isOn(Finding::Layout)) {
         m_writer.noteRemoved(isCleaned ? Finding::Control : Finding::Layout);
         return;
     }
@@ -454,7 +454,7 @@ void Repairer::takeLateHeader()
             takeLine(reader, text);
             return;
         }
-        isLate = isLate || !isBlank(text);
+        isLate = isLate || !isBlankLine(text);
     }
 }
 

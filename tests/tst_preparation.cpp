@@ -159,6 +159,14 @@ void TstPreparation::repairs_data()
         "0 @I1@ INDI\n1 NOTE un\n2 CONT 0 euros\n", {u"sans-niveau 1"_s});
     row("below a record", "0 @I1@ INDI\nun\n", "0 @I1@ INDI\n1 CONT un\n", {u"sans-niveau 1"_s});
 
+    row("below a record with the tag of a continuation", "0 CONT x\nun\n", "0 CONT x\n1 CONT un\n",
+        {u"sans-niveau 1"_s});
+    row("a line of marks alone",
+        "0 @I1@ INDI\n1 SEX M\n\xEF\xBB\xBF\n", "0 @I1@ INDI\n1 SEX M\n",
+        {u"mise-en-forme 1"_s});
+    row("a level below a folded line", "0 @N1@ NOTE\n1 CONC a\n2 SOUR @S1@\n",
+        "0 @N1@ NOTE a\n1 SOUR @S1@\n", {u"niveau-saute 1"_s, u"note-vide 1"_s});
+
     row("skipped levels", "0 @I1@ INDI\n2 SEX M\n1 BIRT\n4 DATE 1900\n",
         "0 @I1@ INDI\n1 SEX M\n1 BIRT\n2 DATE 1900\n", {u"niveau-saute 2"_s});
     row("brothers and children of a skipped level",

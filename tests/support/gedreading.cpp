@@ -27,7 +27,7 @@ bool isTag(const Entry &entry, const QString &tag)
 QStringList linesOf(const QByteArray &utf8)
 {
     static const QRegularExpression control(u"[\\x01-\\x08\\x0B\\x0C\\x0E-\\x1F\\x7F]"_s);
-    static const QRegularExpression blank(u"^[ \\t]*$"_s);
+    static const QRegularExpression blank(u"^[ \\t\\x{FEFF}]*$"_s);
     QString text = QString::fromUtf8(utf8);
     text.remove(QChar(0)).remove(control);
     text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
