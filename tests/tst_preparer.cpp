@@ -67,7 +67,8 @@ private slots:
     void fullDisk();
 
 private:
-    Outcome run(const QStringList &arguments);
+    /// Without a display; a console that needs one fails.
+    Outcome run(const QStringList &arguments, const QString &platform = u"none"_s);
     [[nodiscard]] QByteArray bytesOf(const QString &name) const
     {
         return readBytes(m_folder->filePath(name));
@@ -97,12 +98,12 @@ void TstPreparer::cleanup()
     QCOMPARE(bytesOf(u"arbre.ged"_s), Broken);
 }
 
-Outcome TstPreparer::run(const QStringList &arguments)
+Outcome TstPreparer::run(const QStringList &arguments, const QString &platform)
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(u"DISPLAY"_s);
-    environment.insert(u"QT_QPA_PLATFORM"_s, u"none"_s); // a console that needs one fails
+    environment.insert(u"QT_QPA_PLATFORM"_s, platform);
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(m_folder->path());
     process.start(QStringLiteral(PREPARER), arguments);
@@ -336,10 +337,14 @@ void TstPreparer::mistakes()
 
 void TstPreparer::withoutConsole()
 {
-    const Outcome outcome = run({u"arbre.ged"_s});
-    QCOMPARE(outcome.status, 2);
-    QCOMPARE(outcome.errors,
-             QStringList{u"varlune-preparer n'a pas encore de fenêtre : ajoutez --console."_s});
+    const QList<QStringList> lines{{u"arbre.ged"_s, u"bon.ged"_s}, {u"--json"_s, u"arbre.ged"_s}};
+    for (const QStringList &arguments : lines) {
+        const Outcome outcome = run(arguments, u"offscreen"_s);
+        QCOMPARE(outcome.status, 2);
+        QCOMPARE(outcome.errors,
+                 QStringList{u"La fenêtre prend un fichier et pas d'option ; ajoutez --console, ou "
+                             "voyez --help."_s});
+    }
 }
 
 void TstPreparer::pipe()

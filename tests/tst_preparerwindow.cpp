@@ -617,9 +617,9 @@ void TstPreparerWindow::detail()
     // On one line in the list, as it is below.
     QCOMPARE(after.data().toString(), u"0 @I1@ INDI \u21b5 1 CHAN \u21b5 2 DATE "_s + today);
     QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(after).center());
-    QCOMPARE(detail->toPlainText(), u"Ligne 3 : Une fiche d'une seule ligne arrête la lecture.\n"
-                                    "Avant : 0 @I1@ INDI\nAprès : 0 @I1@ INDI\n1 CHAN\n2 DATE "_s
-                                        + today);
+    QCOMPARE(detail->toPlainText(),
+             u"Avant : 0 @I1@ INDI\nAprès : 0 @I1@ INDI\n1 CHAN\n2 DATE %1\n"
+             "Pourquoi : Une fiche d'une seule ligne arrête la lecture."_s.arg(today));
     preparer.find<QLineEdit>("leFilter")->setText(u"introuvable"_s);
     QCOMPARE(detail->toPlainText(), QString());
 }
