@@ -4,7 +4,8 @@
 
 DecodedText::DecodedText(qsizetype size)
 {
-    m_decoded.utf8.reserve(size);
+    // Accents take more bytes than in most files; growing later would need room for two texts.
+    m_decoded.utf8.reserve(size + size / 8);
 }
 
 void DecodedText::append(QByteArrayView utf8)

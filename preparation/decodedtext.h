@@ -9,7 +9,7 @@
 class DecodedText
 {
 public:
-    /// \p size is the expected number of bytes.
+    /// \p size is the number of bytes if all is ASCII.
     explicit DecodedText(qsizetype size);
 
     void append(QByteArrayView utf8);

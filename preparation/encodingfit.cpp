@@ -1,5 +1,7 @@
 #include "encodingfit.h"
 
+#include <limits>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -50,8 +52,8 @@ int fitOf(QByteArrayView sample, Encoding encoding)
 Encoding bestFit(QByteArrayView sample, const QList<Encoding> &encodings)
 {
     Encoding best = encodings.first();
-    int bestPoints = fitOf(sample, best);
-    for (const Encoding encoding : encodings.sliced(1)) {
+    int bestPoints = std::numeric_limits<int>::min();
+    for (const Encoding encoding : encodings) {
         if (const int points = fitOf(sample, encoding); points > bestPoints) {
             best = encoding;
             bestPoints = points;
