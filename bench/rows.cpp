@@ -4,6 +4,8 @@
 #include "floor.h"
 #include "gedcom.h"
 #include "mainwindow.h"
+#include "output.h"
+#include "preparation.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -215,6 +217,33 @@ Row saveRow(const QString &name, Shape shape, int lines, double target,
     };
     Row row = operationRow(name, shape, lines, target, save, prepare);
     row.base = Base::Save;
+    return row;
+}
+
+/// A row that prepares a file and saves the copy, after \p change of the file.
+Row preparationRow(const QString &name, int lines, const std::function<void(QByteArray *)> &change)
+{
+    Row row{name, Shape::Family, lines, 1.0, [=](const QString &input, const Timed &timed) {
+                const QString path = input + ".a_preparer"_L1;
+                QFile file(input);
+                if (!file.open(QIODevice::ReadOnly))
+                    qFatal("cannot read %s", qPrintable(input));
+                QByteArray text = file.readAll();
+                change(&text);
+                QFile changed(path);
+                if (!changed.open(QIODevice::WriteOnly) || changed.write(text) != text.size())
+                    qFatal("cannot write %s", qPrintable(path));
+                changed.close();
+                text.clear();
+                timed([&path]() -> qint64 {
+                    const Preparation preparation = prepareFile(path, {});
+                    if (!preparation.proof.opens()
+                        || !saveCopy(preparation, path, copyPath(path)).isEmpty())
+                        qFatal("cannot prepare");
+                    return preparation.count(Finding::Layout);
+                });
+            }};
+    row.counts = true;
     return row;
 }
 
@@ -450,6 +479,9 @@ QList<Row> programRows(int lines)
         windowRow(u"a sequence of ten steps"_s, Shape::Family, lines, 0, playSequence(),
                   writeSequence()),
         {u"journal window"_s, Shape::Family, lines / 10, 0, openJournal},
+        preparationRow(u"preparation, none"_s, lines, [](QByteArray *) {}),
+        preparationRow(u"preparation, every line"_s, lines,
+                       [](QByteArray *text) { text->replace("\n", "\r\n "); }),
     };
     return rows;
 }

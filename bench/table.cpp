@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -19,6 +20,7 @@ namespace {
 
 constexpr double MaxExponent = 1.1;
 constexpr double MaxMemory = 1.10; // of the floor, for the load
+constexpr double MaxPrepared = 5; // of the file, for the process that prepares it
 
 struct Figures
 {
@@ -142,6 +144,15 @@ void printPeers(int lines, const QString &inputs)
         printProcess("Varlune", size, figures.processSeconds, figures.peakMegabytes,
                      "loads into the tree, looks for long lines, archives, saves, frees all of it");
     }
+    const QString input = file(lines);
+    const ProcessCost preparer = runProcess(
+        {QStringLiteral(PREPARER), u"--console"_s, u"--ecraser"_s, u"-o"_s, output, input}, true);
+    const double size = double(QFileInfo(input).size()) / 1024 / 1024;
+    printProcess("varlune-preparer", lines, preparer.seconds, preparer.peakMegabytes,
+                 preparer.succeeded
+                     ? "prepares the file in " + judged(preparer.peakMegabytes / size, MaxPrepared)
+                           + " times its size, and saves the copy"
+                     : QByteArray("failed on this file"));
     QStringList missing;
     for (const Peer &peer : peers) {
         if (!runProcess(peer.probe, false).succeeded) {

@@ -41,8 +41,8 @@ bool hasForm(QByteArrayView identifier, char letter)
 /// The digits of an identifier that has some in one place, without zeros in front; else nothing.
 QByteArray numberOf(QByteArrayView identifier)
 {
-    const auto begin = std::find_if(identifier.begin(), identifier.end(), isDigit);
-    const auto end = std::find_if_not(begin, identifier.end(), isDigit);
+    const char *const begin = std::find_if(identifier.begin(), identifier.end(), isDigit);
+    const char *const end = std::find_if_not(begin, identifier.end(), isDigit);
     if (std::any_of(end, identifier.end(), isDigit))
         return {};
     QByteArrayView number = identifier.sliced(begin - identifier.begin(), end - begin);

@@ -184,6 +184,7 @@ private:
 bool Repairer::run(const Progress &progress)
 {
     const QByteArrayView source = m_preparation->source;
+    m_preparation->occurrences.append(Occurrence()); // for noteEncoding()
     prepareRenames();
     takeLateHeader();
     LineReader reader(source);
@@ -545,17 +546,19 @@ void Repairer::endText()
         m_writer.noteLast(Finding::Trailer);
 }
 
-/// Notes, in front of all others, that the bytes of the whole text are new.
+/// The first occurrence is that the bytes of the whole text are new, or there is no such one. It
+/// has had its place from the beginning: to make room for it in front of a million others takes as
+/// much memory as they have.
 void Repairer::noteEncoding(bool hasReturns)
 {
-    const bool isSame = m_preparation->encoding.encoding == Encoding::Utf8
-                     && !m_preparation->hasMark && !hasReturns;
-    if (isSame)
+    QList<Occurrence> &occurrences = m_preparation->occurrences;
+    if (m_preparation->encoding.encoding == Encoding::Utf8 && !m_preparation->hasMark
+        && !hasReturns) {
+        occurrences.removeFirst();
         return;
-    Occurrence whole;
-    whole.line = 1;
-    whole.detail = hasReturns;
-    m_preparation->occurrences.prepend(whole);
+    }
+    occurrences.first().line = 1;
+    occurrences.first().detail = hasReturns;
     ++m_preparation->counts.at(size_t(Finding::Encoding));
 }
 
