@@ -3,6 +3,7 @@
 #   ../NAME.png               each icon, 32 x 32
 #   ../logo_varlune.png       the logo, 256 x 256
 #   ../ico/logo_varlune.ico   the logo, 16 to 256 pixels
+#   ../hicolor/               the logo in the sizes of a desktop's icon theme, but for 256
 # Needs rsvg-convert (Debian: librsvg2-bin) and icotool (Debian: icoutils).
 set -euo pipefail
 export LC_ALL=C
@@ -38,8 +39,10 @@ done
 mkdir -p -- "$out/ico"
 images=()
 for size in 16 24 32 48 64 128; do
-    render "$logo" "$size" "$work/$size.png"
-    images+=("$work/$size.png")
+    theme="$out/hicolor/${size}x$size/apps"
+    mkdir -p -- "$theme"
+    render "$logo" "$size" "$theme/varlune.png"
+    images+=("$theme/varlune.png")
 done
 # The largest image is stored as PNG to keep the file small.
 render "$logo" 256 "$work/256.png"
