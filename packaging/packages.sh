@@ -11,18 +11,27 @@ need_packages()
     done
     [ ${#missing[@]} -gt 0 ] || return 0
 
-    local as_root=()
-    if [ "$(id -u)" -ne 0 ]; then
-        if ! command -v sudo >/dev/null; then
-            echo "Missing packages, and no right to install them: ${missing[*]}" >&2
-            return 1
-        fi
-        as_root=(sudo)
+    if [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
+        echo "Missing packages, and no right to install them: ${missing[*]}" >&2
+        return 1
     fi
     echo "Installing: ${missing[*]}"
-    "${as_root[@]}" apt-get update -q
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -y -q --no-install-recommends "${missing[@]}"
+    as_root apt-get update -q
+    as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -q --no-install-recommends "${missing[@]}" || {
+        echo "These packages are missing, and could not be fetched: ${missing[*]}" >&2
+        return 1
+    }
+}
+
+# Runs the command with the rights of the administrator.
+as_root()
+{
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    else
+        sudo "$@"
+    fi
 }
 
 # shellcheck disable=SC2034 # for the commands that source this file
@@ -30,5 +39,11 @@ need_packages()
     BUILD_PACKAGES=(g++ cmake ninja-build qt6-base-dev qt6-translations-l10n)
     TEST_PACKAGES=(clang-format clang-tidy shellcheck desktop-file-utils appstream fonts-dejavu-core)
     DEMO_PACKAGES=(xvfb xdotool imagemagick)
+    PACKAGE_QT=6.4.2
+    # Of a package for users: what each of them needs, and what one kind needs besides.
+    PACKAGE_PACKAGES=(dpkg-dev file debootstrap xz-utils "${DEMO_PACKAGES[@]}")
+    DEB_PACKAGES=(lintian)
+    PORTABLE_PACKAGES=(patchelf qt6-wayland)
+    WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix wine64 wine fonts-wine nsis openbox)
     BENCH_PACKAGES=(libbenchmark-dev)
 }

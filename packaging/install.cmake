@@ -1,0 +1,40 @@
+# What an installation holds, and where: on Unix in the folders of the system; on Windows, and with
+# VARLUNE_PORTABLE, in one folder that can lie anywhere.
+include(GNUInstallDirs)
+
+if(APPLE)
+    set(program_folder varlune.app/Contents/MacOS)
+    set(document_folder varlune.app/Contents/Resources)
+    set(example_folder ${document_folder}/exemples)
+elseif(UNIX AND NOT VARLUNE_PORTABLE)
+    # The names of the files beside the program are too plain for a folder of all programs.
+    set(program_folder lib/varlune)
+    set(document_folder ${CMAKE_INSTALL_DATADIR}/doc/varlune)
+    set(example_folder ${document_folder}/examples)
+else()
+    set(program_folder .)
+    set(document_folder .)
+    set(example_folder exemples)
+endif()
+
+install(TARGETS varlune
+    RUNTIME DESTINATION ${program_folder}
+    BUNDLE DESTINATION .)
+install(CODE "
+    set(PROGRAM_FOLDER ${program_folder})
+    include(\"${PROJECT_SOURCE_DIR}/packaging/settings.cmake\")")
+install(DIRECTORY exemples/ DESTINATION ${example_folder}
+    PATTERN .gitkeep EXCLUDE
+    PATTERN demonstration.sh EXCLUDE)
+
+if(UNIX AND NOT APPLE AND NOT VARLUNE_PORTABLE)
+    install(FILES packaging/debian/copyright CHANGELOG.md DESTINATION ${document_folder})
+    install(FILES packaging/varlune.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+    install(FILES packaging/varlune.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+    set(theme ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
+    install(DIRECTORY icones/hicolor/ DESTINATION ${theme})
+    install(FILES icones/logo_varlune.png RENAME varlune.png DESTINATION ${theme}/256x256/apps)
+    install(FILES icones/svg/logo_varlune.svg RENAME varlune.svg DESTINATION ${theme}/scalable/apps)
+else()
+    install(FILES LICENSE CHANGELOG.md DESTINATION ${document_folder})
+endif()
