@@ -17,7 +17,11 @@ else()
     set(example_folder exemples)
 endif()
 
-install(TARGETS varlune
+set(programs varlune)
+if(TARGET varlune-preparer)
+    list(APPEND programs varlune-preparer)
+endif()
+install(TARGETS ${programs}
     RUNTIME DESTINATION ${program_folder}
     BUNDLE DESTINATION .)
 install(CODE "

@@ -44,6 +44,9 @@ as_root()
     PACKAGE_PACKAGES=(dpkg-dev file debootstrap xz-utils "${DEMO_PACKAGES[@]}")
     DEB_PACKAGES=(lintian)
     PORTABLE_PACKAGES=(patchelf qt6-wayland)
+    # What the folder for any Linux takes from the system.
+    PORTABLE_SYSTEM=(libegl1 libglx0 libopengl0 libx11-xcb1 libfontconfig1 libharfbuzz0b libdbus-1-3
+        libwayland-client0 fonts-dejavu-core)
     WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix wine64 wine fonts-wine nsis openbox)
     BENCH_PACKAGES=(libbenchmark-dev)
 }

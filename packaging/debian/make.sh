@@ -13,17 +13,20 @@ version=$1 work=$(realpath "$2") out=$(realpath "$3")
 need_packages "${DEB_PACKAGES[@]}"
 
 name=varlune_$version-1_$(dpkg --print-architecture).deb
-for build in first second; do
-    build_linux "$work/$build" -DVARLUNE_PORTABLE=OFF
-    rm -rf "$work/$build/_CPack_Packages"
-    (cd "$work/$build" && cpack)
+first=$(dirname "$work")/linux
+second=$work/second
+rm -rf "$second"
+for build in "$first" "$second"; do
+    build_linux "$build" -DVARLUNE_PORTABLE=OFF
+    rm -rf "$build/_CPack_Packages"
+    (cd "$build" && cpack)
 done
-if ! cmp "$work/first/$name" "$work/second/$name"; then
+if ! cmp "$first/$name" "$second/$name"; then
     echo "Two builds of the package differ" >&2
     exit 1
 fi
 
 lintian --display-info --pedantic --allow-root --fail-on error,warning,info,pedantic \
-    "$work/first/$name"
-"$here/try.sh" "$work/first/$name" "$work"
-mv "$work/first/$name" "$out/"
+    "$first/$name"
+"$here/try.sh" "$first/$name" "$work"
+mv "$first/$name" "$out/"
