@@ -9,9 +9,12 @@ prepare_trial() # HOME
         >"$1/Documents/arbre.ged"
 }
 
+# From the window to the entry of the menu that saves: the one above it is disabled, and passed over.
+save_keys=(alt Down Return)
+
 # Does in the window that is about to come up what every user does: opens the document, has the names
 # spaced, and saves. A message box would have taken the keys.
-play_trial() # SCREENSHOTS
+play_trial() # SCREENSHOTS DOCUMENTS
 {
     until_true visible 'Varlune v'
     sleep 1
@@ -21,6 +24,7 @@ play_trial() # SCREENSHOTS
     focus_main_window
     tabs 6
     keys space
+    sleep 1
     screenshot "$1/2-formulaire.png"
     tabs 8
     keys space
@@ -28,7 +32,8 @@ play_trial() # SCREENSHOTS
     sleep 1
     screenshot "$1/3-journal.png"
     focus_main_window
-    keys alt Down Return
+    keys "${save_keys[@]}"
+    until_true compgen -G "$2/ARCH/*/journal.*"
     sleep 1
     screenshot "$1/4-enregistre.png"
 }

@@ -41,8 +41,20 @@ keys() { xdotool key --delay 60 "$@"; }
 tabs() { keys --repeat "$1" Tab; }
 screenshot() { import -window root "$1"; }
 
-# Gives the keys to the window of the program.
-focus_main_window() { xdotool windowfocus --sync "$(visible 'Varlune v' | head -n 1)"; }
+# Gives the keys to the window of the program; where a window manager runs, it has to be asked.
+focus_main_window()
+{
+    sleep 1
+    until_true take_focus
+}
+take_focus()
+{
+    local window
+    window=$(visible 'Varlune v' | head -n 1)
+    xdotool windowactivate "$window" 2>/dev/null || xdotool windowfocus "$window"
+    sleep 1
+    focused 'Varlune v.*'
+}
 
 # Opens the file by the first entry of the first menu.
 open_file() # PATH

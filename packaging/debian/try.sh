@@ -49,7 +49,7 @@ prepare_trial "$root/home/zoe"
 give_to_user "$root/home/zoe"
 start_desktop "$folder"
 start_user_program "$root" varlune
-play_trial "$folder"
+play_trial "$folder" "$root/home/zoe/Documents"
 stop_user_program "$root"
 check_trial "$root/home/zoe"
 

@@ -39,7 +39,7 @@ give_to_user "$root/home/zoe"
 start_desktop "$folder"
 for platform in offscreen xcb; do
     start_user_program "$root" env QT_QPA_PLATFORM="$platform" "$place/varlune"
-    [ "$platform" = offscreen ] || play_trial "$folder"
+    [ "$platform" = offscreen ] || play_trial "$folder" "$root/home/zoe/Documents"
     sleep 1
     stop_user_program "$root"
 done
