@@ -3,8 +3,9 @@
 #   ../NAME.png               each icon, 32 x 32
 #   ../logo_varlune.png       the logo, 256 x 256
 #   ../ico/logo_varlune.ico   the logo, 16 to 256 pixels
+#   ../ico/logo_varlune.icns  the same for macOS, which knows 16, 32, 48, 128 and 256 pixels
 #   ../hicolor/               the logo in the sizes of a desktop's icon theme, but for 256
-# Needs rsvg-convert (Debian: librsvg2-bin) and icotool (Debian: icoutils).
+# Needs rsvg-convert (Debian: librsvg2-bin), icotool (Debian: icoutils) and png2icns (Debian: icnsutils).
 set -euo pipefail
 export LC_ALL=C
 
@@ -12,7 +13,7 @@ here="$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)"
 out="$(dirname -- "$here")"
 logo="$here/logo_varlune.svg"
 
-for tool in rsvg-convert icotool; do
+for tool in rsvg-convert icotool png2icns; do
     if ! command -v "$tool" >/dev/null; then
         echo "rendre.sh: $tool not found" >&2
         exit 1
@@ -47,3 +48,5 @@ done
 # The largest image is stored as PNG to keep the file small.
 render "$logo" 256 "$work/256.png"
 icotool --create --output="$out/ico/logo_varlune.ico" "${images[@]}" --raw="$work/256.png"
+png2icns "$out/ico/logo_varlune.icns" "$out"/hicolor/{16x16,32x32,48x48,128x128}/apps/varlune.png \
+    "$out/logo_varlune.png" >/dev/null
