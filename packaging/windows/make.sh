@@ -16,6 +16,7 @@ nice "$here/qt.sh" "$(dirname "$work")"
 qt=$(dirname "$work")/qt
 cmake --preset windows
 nice cmake --build --preset windows
+build_manual build/windows
 "$here/test.sh" "$work"
 
 name=varlune-$version-windows-x86_64
