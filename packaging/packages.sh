@@ -11,18 +11,35 @@ need_packages()
     done
     [ ${#missing[@]} -gt 0 ] || return 0
 
-    local as_root=()
-    if [ "$(id -u)" -ne 0 ]; then
-        if ! command -v sudo >/dev/null; then
-            echo "Missing packages, and no right to install them: ${missing[*]}" >&2
-            return 1
-        fi
-        as_root=(sudo)
+    if [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
+        echo "Missing packages, and no right to install them: ${missing[*]}" >&2
+        return 1
     fi
     echo "Installing: ${missing[*]}"
-    "${as_root[@]}" apt-get update -q
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -y -q --no-install-recommends "${missing[@]}"
+    as_root apt-get update -q
+    as_root env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -q --no-install-recommends "${missing[@]}" || {
+        echo "These packages are missing, and could not be fetched: ${missing[*]}" >&2
+        return 1
+    }
+}
+
+# Builds the manual, where there is one, into the folder of a build.
+build_manual() # BUILD
+{
+    [ -e docs/manuel/build.sh ] || return 0
+    need_packages "${MANUAL_PACKAGES[@]}"
+    docs/manuel/build.sh "$1/manuel"
+}
+
+# Runs the command with the rights of the administrator.
+as_root()
+{
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    else
+        sudo "$@"
+    fi
 }
 
 # shellcheck disable=SC2034 # for the commands that source this file
@@ -33,5 +50,14 @@ need_packages()
     DEMO_PACKAGES=(xvfb xdotool imagemagick)
     MANUAL_PACKAGES=(asciidoctor ruby-asciidoctor-pdf)
     PICTURE_PACKAGES=(optipng at-spi2-core dbus gir1.2-atspi-2.0 python3-gi fonts-dejavu-core)
+    PACKAGE_QT=6.4.2
+    # Of a package for users: what each of them needs, and what one kind needs besides.
+    PACKAGE_PACKAGES=(dpkg-dev file debootstrap xz-utils "${DEMO_PACKAGES[@]}")
+    DEB_PACKAGES=(lintian)
+    PORTABLE_PACKAGES=(patchelf qt6-wayland)
+    # What the folder for any Linux takes from the system.
+    PORTABLE_SYSTEM=(libegl1 libglx0 libopengl0 libx11-xcb1 libfontconfig1 libharfbuzz0b libdbus-1-3
+        libwayland-client0 fonts-dejavu-core)
+    WINDOWS_PACKAGES=(g++-mingw-w64-x86-64-posix wine64 wine fonts-wine nsis openbox)
     BENCH_PACKAGES=(libbenchmark-dev)
 }

@@ -614,7 +614,7 @@ void TstDeletion::throughTheForm()
 
     session.trigger(u"actionEnregistrerFichier"_s);
     QCOMPARE(boxes.texts(), QStringList());
-    QCOMPARE(readBytes(session.path()), readBytes(path + ".apres.ged"_L1));
+    QCOMPARE(readText(session.path()), readText(path + ".apres.ged"_L1));
 }
 
 VARLUNE_TEST_MAIN(TstDeletion)

@@ -2,6 +2,8 @@
 #include "currentfolder.h"
 #include "document.h"
 #include "fenjournal.h"
+#include "nofiles.h"
+#include "smalldisk.h"
 #include "testmain.h"
 #include "window.h"
 
@@ -13,11 +15,9 @@
 #include <QRegularExpression>
 #include <QTest>
 
-#include <csignal>
+#include <filesystem>
 #include <memory>
-#include <sched.h>
-#include <sys/mount.h>
-#include <sys/resource.h>
+#include <system_error>
 
 using namespace Qt::StringLiterals;
 
@@ -116,71 +116,10 @@ QByteArray archivedBytes(const QString &folder, const QString &name)
     const QStringList files = day.entryList(QDir::Files | QDir::Hidden);
     for (const QString &file : files) {
         if (undated(file) == name)
-            return readBytes(day.filePath(file));
+            return readText(day.filePath(file));
     }
     return {};
 }
-
-/// Lets no file grow over \p size bytes while it lives, as on a disk that has no more room.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(qsizetype size) : m_handler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        if (getrlimit(RLIMIT_FSIZE, &m_former) != 0)
-            qFatal("no limit of file sizes");
-        rlimit limit = m_former;
-        limit.rlim_cur = rlim_t(size);
-        if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
-            qFatal("cannot limit the size of files");
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_former);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    Q_DISABLE_COPY_MOVE(FileSizeLimit)
-
-private:
-    rlimit m_former{};
-    void (*m_handler)(int);
-};
-
-/// A disk of \p size bytes in a folder while it lives, where the user may mount one: nobody else
-/// sees it, and it goes with the process at the latest.
-class SmallDisk
-{
-public:
-    SmallDisk(const QString &folder, int size) : m_folder(folder.toLocal8Bit())
-    {
-        const QByteArray options = "size=" + QByteArray::number(size);
-        m_mounted = unshare(CLONE_NEWNS) == 0
-                 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0
-                 && mount("small", m_folder.constData(), "tmpfs", 0, options.constData()) == 0;
-        if (!m_mounted)
-            m_reason = qt_error_string(errno);
-    }
-    ~SmallDisk()
-    {
-        if (m_mounted)
-            umount(m_folder.constData());
-    }
-    Q_DISABLE_COPY_MOVE(SmallDisk)
-
-    [[nodiscard]] bool isMounted() const
-    {
-        return m_mounted;
-    }
-    [[nodiscard]] QString reason() const
-    {
-        return m_reason;
-    }
-
-private:
-    QByteArray m_folder;
-    bool m_mounted = false;
-    QString m_reason;
-};
 
 /// All bytes that there are, several times.
 QByteArray binary()
@@ -244,6 +183,7 @@ void rework(Document *doc)
 
 void TstFaults::symbolicLink()
 {
+    SKIP_ON_WINDOWS(NoLinks);
     Document doc;
     rework(&doc);
     const QString real = doc.folder() + "/ailleurs/vrai.ged"_L1;
@@ -254,7 +194,7 @@ void TstFaults::symbolicLink()
     // It is written through, and what was behind it is archived beside the link.
     compareSuccess(Outcome(&doc, doc.folder() + "/lien.ged"_L1), doc.folder(), u"lien.ged"_s);
     QVERIFY(QFileInfo(doc.folder() + "/lien.ged"_L1).isSymLink());
-    QCOMPARE(readBytes(real), bytesOf(Reworked));
+    QCOMPARE(readText(real), bytesOf(Reworked));
     QCOMPARE(archived(doc.folder()), QStringList({u"TIME.lien.ged"_s, u"journal.TIME.lien.ged"_s}));
     QCOMPARE(archivedBytes(doc.folder(), u"TIME.lien.ged"_s), bytesOf(Family));
     QVERIFY(!QFileInfo::exists(doc.folder() + "/ailleurs/ARCH"_L1));
@@ -265,17 +205,21 @@ void TstFaults::hardLink()
     Document doc;
     rework(&doc);
     const QString other = doc.folder() + "/autre nom.ged"_L1;
-    QCOMPARE(link(doc.path().toLocal8Bit().constData(), other.toLocal8Bit().constData()), 0);
+    std::error_code error;
+    std::filesystem::create_hard_link(QFile(doc.path()).filesystemFileName(),
+                                      QFile(other).filesystemFileName(), error);
+    QVERIFY2(!error, error.message().c_str());
 
     // The file stays one with two names; the archive holds another one.
     compareSuccess(Outcome(&doc, doc.path()), doc.folder(), u"arbre.ged"_s);
-    QCOMPARE(readBytes(doc.path()), bytesOf(Reworked));
-    QCOMPARE(readBytes(other), bytesOf(Reworked));
+    QCOMPARE(readText(doc.path()), bytesOf(Reworked));
+    QCOMPARE(readText(other), bytesOf(Reworked));
     QCOMPARE(archivedBytes(doc.folder(), u"TIME.arbre.ged"_s), bytesOf(Family));
 }
 
 void TstFaults::linkToNothing()
 {
+    SKIP_ON_WINDOWS(NoLinks);
     Document doc;
     rework(&doc);
     QVERIFY(QFile::link(u"rien.ged"_s, doc.folder() + "/lien.ged"_L1));
@@ -283,12 +227,13 @@ void TstFaults::linkToNothing()
     // A new file, as far as the archive can tell.
     compareSuccess(Outcome(&doc, doc.folder() + "/lien.ged"_L1), doc.folder(), u"lien.ged"_s);
     QVERIFY(QFileInfo(doc.folder() + "/lien.ged"_L1).isSymLink());
-    QCOMPARE(readBytes(doc.folder() + "/rien.ged"_L1), bytesOf(Reworked));
+    QCOMPARE(readText(doc.folder() + "/rien.ged"_L1), bytesOf(Reworked));
     QCOMPARE(archived(doc.folder()), QStringList{u"journal.TIME.lien.ged"_s});
 }
 
 void TstFaults::linkToItself()
 {
+    SKIP_ON_WINDOWS(NoLinks);
     Document doc;
     rework(&doc);
     const QString path = doc.folder() + "/lien.ged"_L1;
@@ -313,6 +258,7 @@ void TstFaults::linkToItself()
 
 void TstFaults::archiveElsewhere()
 {
+    SKIP_ON_WINDOWS(NoLinks);
     Document doc;
     rework(&doc);
     QVERIFY(QDir(doc.folder()).mkdir(u"coffre"_s));
@@ -341,6 +287,7 @@ void TstFaults::longNames_data()
 
 void TstFaults::longNames()
 {
+    SKIP_ON_WINDOWS("Windows limits the characters of a name, not its bytes");
     QFETCH(int, size);
     QFETCH(bool, copied);
     QFETCH(bool, journalled);
@@ -361,7 +308,7 @@ void TstFaults::longNames()
         compareSuccess(outcome, doc.folder(), fitted);
     else
         compareLostJournal(outcome, doc.folder(), fitted);
-    QCOMPARE(readBytes(path), bytesOf(Reworked));
+    QCOMPARE(readText(path), bytesOf(Reworked));
     QStringList left;
     if (copied)
         left += "TIME."_L1 + fitted;
@@ -397,6 +344,7 @@ void TstFaults::noRoom_data()
 
 void TstFaults::noRoom()
 {
+    SKIP_ON_WINDOWS("Windows limits no process in the size of its files");
     QFETCH(int, before);
     QFETCH(int, limit);
     QFETCH(bool, copied);
@@ -412,7 +360,7 @@ void TstFaults::noRoom()
     };
     // Nobody tells the user: the program looks at the opening of files alone.
     compareSuccess(saved(), doc.folder(), u"arbre.ged"_s);
-    QCOMPARE(readBytes(doc.path()), bytesOf(lines).left(limit));
+    QCOMPARE(readText(doc.path()), bytesOf(lines).left(limit));
     QCOMPARE(archived(doc.folder()), (copied ? QStringList{u"TIME.arbre.ged"_s} : QStringList())
                                          + QStringList{u"journal.TIME.arbre.ged"_s});
     if (copied)
@@ -421,11 +369,12 @@ void TstFaults::noRoom()
 
     // With room again the next save is whole.
     compareSuccess(Outcome(&doc, doc.folder() + "/neuf.ged"_L1), doc.folder(), u"neuf.ged"_s);
-    QCOMPARE(readBytes(doc.folder() + "/neuf.ged"_L1), bytesOf(lines));
+    QCOMPARE(readText(doc.folder() + "/neuf.ged"_L1), bytesOf(lines));
 }
 
 void TstFaults::fullDisk()
 {
+    SKIP_ON_WINDOWS("Windows limits no process in the size of its files");
     constexpr int Size = 64 * 1024;
     const QStringList lines = persons(400, 200);
     Document doc;
@@ -471,7 +420,7 @@ void TstFaults::binarySequence()
     QCOMPARE(session.journal().mid(before), QStringList{u"INFO : 0 balises CONC reconcaténées."_s});
     QCOMPARE(session.journalWindows().size(), 1);
     session.trigger(u"actionEnregistrerFichier"_s);
-    QCOMPARE(readBytes(session.path()), bytesOf(Family));
+    QCOMPARE(readText(session.path()), bytesOf(Family));
 }
 
 void TstFaults::binaryCorrespondences_data()

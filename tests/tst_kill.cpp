@@ -9,10 +9,9 @@
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QTest>
+#include <QThread>
 
-#include <csignal>
 #include <cstdio>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -102,7 +101,7 @@ void TstKill::killedSave()
         QVERIFY(saver.waitForFinished(-1));
         duration = timer.nsecsElapsed() / 1000;
         QCOMPARE(saver.exitCode(), 0);
-        QCOMPARE(readBytes(doc.path()), after);
+        QCOMPARE(readText(doc.path()), after);
     }
 
     const QRegularExpression copyName(uR"(^[0-9.]+arbre\.ged$)"_s);
@@ -113,7 +112,7 @@ void TstKill::killedSave()
         const qint64 moment = moments.bounded(duration);
         Saver saver(doc.path());
         saver.save();
-        usleep(useconds_t(moment));
+        QThread::usleep(ulong(moment));
         saver.kill();
         QVERIFY(saver.waitForFinished(-1));
 

@@ -115,7 +115,7 @@ void TstOperations::cases()
     session.trigger(u"actionEnregistrerFichier"_s);
     const QString messages = path + ".messages.txt"_L1;
     QCOMPARE(readLines(session.path()), readLines(path + ".apres.ged"_L1));
-    QCOMPARE(readBytes(session.path()), readBytes(path + ".apres.ged"_L1));
+    QCOMPARE(readText(session.path()), readText(path + ".apres.ged"_L1));
     QCOMPARE(journal, readLines(path + ".journal.txt"_L1));
     QCOMPARE(boxes.texts(), QFile::exists(messages) ? readLines(messages) : QStringList());
 }

@@ -697,17 +697,17 @@ void TstReview::savedUnderAFilter()
     QFETCH(QString, shown);
 
     const ReviewForm form;
-    const QByteArray before = readBytes(form.path());
+    const QByteArray before = readText(form.path());
     form.toggle(box);
     form.trigger(u"actionEnregistrerFichier"_s);
-    QCOMPARE(readBytes(form.path()), before);
+    QCOMPARE(readText(form.path()), before);
     QCOMPARE(form.rows(), marked(Family, shown));
 
     form.apply({u"gbDelTags"_s, u"leTagsToDel=PLAC"_s});
     form.toggle(box);
     form.toggle(box);
     form.trigger(u"actionEnregistrerFichier"_s);
-    QCOMPARE(readBytes(form.path()), QByteArray(before).replace("2 PLAC Lyon\n", ""));
+    QCOMPARE(readText(form.path()), QByteArray(before).replace("2 PLAC Lyon\n", ""));
     QCOMPARE(form.rows(), marked(Family, without(shown, u"8"_s)));
 }
 

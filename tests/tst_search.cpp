@@ -904,10 +904,10 @@ void TstSearch::savedWithHiddenRows()
     QFETCH(QString, shown);
 
     const SearchForm form;
-    const QByteArray before = readBytes(form.path());
+    const QByteArray before = readText(form.path());
     form.search(text);
     form.trigger(u"actionEnregistrerFichier"_s);
-    QCOMPARE(readBytes(form.path()), before);
+    QCOMPARE(readText(form.path()), before);
     QVERIFY(before.endsWith("7 TEXT vu, abc\n0 TRLR\n"));
     // The save does not change the rows.
     QCOMPARE(form.rows(), marked(Lines, shown));

@@ -4,6 +4,7 @@
 #include "filedialogs.h"
 #include "markingtranslator.h"
 #include "nofiles.h"
+#include "smalldisk.h"
 #include "testmain.h"
 #include "told.h"
 #include "unprivileged.h"
@@ -15,10 +16,8 @@
 #include <QLocale>
 #include <QRegularExpression>
 
-#include <csignal>
 #include <filesystem>
 #include <optional>
-#include <sys/resource.h>
 #include <system_error>
 
 using namespace Qt::StringLiterals;
@@ -161,30 +160,6 @@ QString today()
     return QDate::currentDate().toString(u"yyyy.MM.dd"_s);
 }
 
-/// Keeps files from growing beyond \p size bytes while this object lives, as on a full disk.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t size) : m_handler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &m_former);
-        rlimit limit = m_former;
-        limit.rlim_cur = size;
-        if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
-            qFatal("cannot limit the size of files");
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_former);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    Q_DISABLE_COPY_MOVE(FileSizeLimit)
-
-private:
-    rlimit m_former{};
-    void (*m_handler)(int);
-};
-
 /// Sets the default locale while this object lives.
 class DefaultLocale
 {
@@ -229,6 +204,7 @@ private slots:
     void otherFileIsArchived();
     void archiveFoldersAreKept();
     void targetIsOverwrittenInPlace();
+    void lineEnds();
     void recordsInFilePlace();
     void deletedAndHiddenEntries();
     void noRecords();
@@ -305,9 +281,9 @@ void TstWriter::threeFiles()
                         "ARCH/DATE/journal.TIME."_L1 + archivedName, name};
     entries.sort();
     QCOMPARE(listing(base, saved.archived), entries);
-    QCOMPARE(readBytes(path), gedBytes(family()));
+    QCOMPARE(readText(path), gedBytes(family()));
     QCOMPARE(readBytes(saved.archived.copy()), former);
-    QCOMPARE(readBytes(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
+    QCOMPARE(readText(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
     QCOMPARE(doc.status(), "Fichier journal "_L1 + saved.archived.journal() + u" sauvegardé."_s);
     QVERIFY(doc.progress.isHidden());
     QCOMPARE(doc.gedcom.getPathGedFile(), doc.path());
@@ -329,9 +305,9 @@ void TstWriter::toldInOrder()
     QByteArray journal;
     connect(&doc.progress, &QProgressBar::valueChanged, this, [&](int value) {
         if (value == 100 && doc.status().startsWith("Sauvegarde du fichier "_L1))
-            document = readBytes(doc.path());
+            document = readText(doc.path());
         if (value == 100 && doc.status().startsWith("Sauvegarde du journal "_L1))
-            journal = readBytes(doc.status().mid(22));
+            journal = readText(doc.status().mid(22));
     });
 
     Told told(&doc);
@@ -388,20 +364,20 @@ void TstWriter::cutLinesAreWritten()
                               + u"c complétant la balise INDI.NOTE 1 NOTE "_s + a + " (l.2)"_L1,
                           u"INFO : 1 balises > 255 caractères déconcaténées."_s}
               + journalOfSave(doc.path(), first.archived).mid(1)));
-    QCOMPARE(readBytes(doc.path()), gedBytes(cut));
-    QCOMPARE(readBytes(first.archived.copy()), gedBytes(lines));
-    QCOMPARE(readBytes(first.archived.journal()), journalFile(doc.gedcom.getJournal()));
+    QCOMPARE(readText(doc.path()), gedBytes(cut));
+    QCOMPARE(readText(first.archived.copy()), gedBytes(lines));
+    QCOMPARE(readText(first.archived.journal()), journalFile(doc.gedcom.getJournal()));
     QCOMPARE(doc.entry(u"2 CONC c"_s)->getNumLineGedFile(), u"-1"_s);
 
     // The lines are cut in the document: a second save finds nothing more to do.
     const Saved second = save(&doc, doc.path());
     QCOMPARE(second.journal, journalOfSave(doc.path(), second.archived));
-    QCOMPARE(readBytes(doc.path()), gedBytes(cut));
+    QCOMPARE(readText(doc.path()), gedBytes(cut));
     // The next run folds them, and the next save cuts them again.
     QCOMPARE(doc.gedcom.unConc(), 2);
     QCOMPARE(doc.lines(), lines);
     QVERIFY(save(&doc, doc.path()).result);
-    QCOMPARE(readBytes(doc.path()), gedBytes(cut));
+    QCOMPARE(readText(doc.path()), gedBytes(cut));
 }
 
 void TstWriter::secondSaveArchivesTheFirst()
@@ -409,21 +385,21 @@ void TstWriter::secondSaveArchivesTheFirst()
     Document doc;
     QVERIFY(doc.load(family()));
     const Saved first = save(&doc, doc.path());
-    const QByteArray firstJournal = readBytes(first.archived.journal());
+    const QByteArray firstJournal = readText(first.archived.journal());
     doc.entry(u"1 NAME Jean /DUPONT/"_s)->setText(2, u"Jean /DURAND/"_s);
     // Names of the same second would be taken already.
     QTRY_VERIFY(QTime::currentTime().toString(u"HH.mm.ss"_s) != first.archived.time);
     const Saved second = save(&doc, doc.path());
 
     QVERIFY(first.result && second.result);
-    QCOMPARE(readBytes(first.archived.copy()), gedBytes(family()));
-    QCOMPARE(readBytes(second.archived.copy()), gedBytes(family()));
-    QCOMPARE(readBytes(doc.path()),
+    QCOMPARE(readText(first.archived.copy()), gedBytes(family()));
+    QCOMPARE(readText(second.archived.copy()), gedBytes(family()));
+    QCOMPARE(readText(doc.path()),
              gedBytes(family().mid(0, 3) + QStringList{u"1 NAME Jean /DURAND/"_s}));
-    QCOMPARE(readBytes(first.archived.journal()), firstJournal);
+    QCOMPARE(readText(first.archived.journal()), firstJournal);
     // The second journal file holds the whole run again.
-    QCOMPARE(readBytes(second.archived.journal()), journalFile(doc.gedcom.getJournal()));
-    QVERIFY(readBytes(second.archived.journal()).startsWith(firstJournal.chopped(1)));
+    QCOMPARE(readText(second.archived.journal()), journalFile(doc.gedcom.getJournal()));
+    QVERIFY(readText(second.archived.journal()).startsWith(firstJournal.chopped(1)));
     QStringList names{first.archived.time + ".arbre.ged"_L1, second.archived.time + ".arbre.ged"_L1,
                       "journal."_L1 + first.archived.time + ".arbre.ged"_L1,
                       "journal."_L1 + second.archived.time + ".arbre.ged"_L1};
@@ -453,9 +429,9 @@ void TstWriter::twoSavesInOneSecond()
                  (QStringList{u"ARCH/"_s, u"ARCH/DATE/"_s, u"ARCH/DATE/TIME.arbre.ged"_s,
                               u"ARCH/DATE/journal.TIME.arbre.ged"_s, u"arbre.ged"_s}));
         // The copy comes from the first save, the journal from the second.
-        QCOMPARE(readBytes(second.archived.copy()), QByteArray("avant\n"));
-        QCOMPARE(readBytes(second.archived.journal()), journalFile(doc.gedcom.getJournal()));
-        QCOMPARE(readBytes(path), gedBytes(family().mid(0, 3) + QStringList{u"1 NAME second"_s}));
+        QCOMPARE(readText(second.archived.copy()), QByteArray("avant\n"));
+        QCOMPARE(readText(second.archived.journal()), journalFile(doc.gedcom.getJournal()));
+        QCOMPARE(readText(path), gedBytes(family().mid(0, 3) + QStringList{u"1 NAME second"_s}));
         QCOMPARE(second.journal, journalOfSave(path, second.archived));
         return;
     }
@@ -479,22 +455,23 @@ void TstWriter::newFile()
              (QStringList{u"ailleurs/"_s, u"ailleurs/ARCH/"_s, u"ailleurs/ARCH/DATE/"_s,
                           u"ailleurs/ARCH/DATE/journal.TIME.neuf.ged"_s, u"ailleurs/neuf.ged"_s,
                           u"arbre.ged"_s}));
-    QCOMPARE(readBytes(path), gedBytes(family()));
-    QCOMPARE(readBytes(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
+    QCOMPARE(readText(path), gedBytes(family()));
+    QCOMPARE(readText(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
     QCOMPARE(doc.gedcom.getPathGedFile(), doc.path());
 }
 
 void TstWriter::newFileBehindALink()
 {
+    SKIP_ON_WINDOWS(NoLinks);
     Document doc;
     QVERIFY(doc.load(family()));
     const QString path = doc.folder() + "/lien.ged"_L1;
     QVERIFY(QFile::link(u"neuf.ged"_s, path));
     const Saved saved = save(&doc, path);
     QVERIFY(saved.result);
-    QCOMPARE(readBytes(doc.folder() + "/neuf.ged"_L1), gedBytes(family()));
+    QCOMPARE(readText(doc.folder() + "/neuf.ged"_L1), gedBytes(family()));
     QCOMPARE(QFileInfo(path).symLinkTarget(), doc.folder() + "/neuf.ged"_L1);
-    QCOMPARE(readBytes(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
+    QCOMPARE(readText(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
 }
 
 void TstWriter::otherFileIsArchived()
@@ -505,8 +482,8 @@ void TstWriter::otherFileIsArchived()
     writeBytes(path, "un autre arbre\n");
     const Saved saved = save(&doc, path);
     QVERIFY(saved.result);
-    QCOMPARE(readBytes(saved.archived.copy()), QByteArray("un autre arbre\n"));
-    QCOMPARE(readBytes(path), gedBytes(family()));
+    QCOMPARE(readText(saved.archived.copy()), QByteArray("un autre arbre\n"));
+    QCOMPARE(readText(path), gedBytes(family()));
     QCOMPARE(listing(doc.folder(), saved.archived),
              (QStringList{u"ARCH/"_s, u"ARCH/DATE/"_s, u"ARCH/DATE/TIME.autre.ged"_s,
                           u"ARCH/DATE/journal.TIME.autre.ged"_s, u"arbre.ged"_s, u"autre.ged"_s}));
@@ -523,10 +500,10 @@ void TstWriter::archiveFoldersAreKept()
     writeBytes(day + "/00.00.00.autre.ged"_L1, "du jour\n");
     const Saved saved = save(&doc, doc.path());
     QVERIFY(saved.result);
-    QCOMPARE(readBytes(doc.folder() + "/ARCH/2001.02.03/journal.04.05.06.arbre.ged"_L1),
+    QCOMPARE(readText(doc.folder() + "/ARCH/2001.02.03/journal.04.05.06.arbre.ged"_L1),
              QByteArray("vieux\n"));
-    QCOMPARE(readBytes(day + "/00.00.00.autre.ged"_L1), QByteArray("du jour\n"));
-    QCOMPARE(readBytes(saved.archived.copy()), gedBytes(family()));
+    QCOMPARE(readText(day + "/00.00.00.autre.ged"_L1), QByteArray("du jour\n"));
+    QCOMPARE(readText(saved.archived.copy()), gedBytes(family()));
 }
 
 void TstWriter::targetIsOverwrittenInPlace()
@@ -539,11 +516,29 @@ void TstWriter::targetIsOverwrittenInPlace()
     doc.entry(u"1 CHAR UTF-8"_s)->setText(2, u"ANSI"_s);
     QVERIFY(save(&doc, doc.path()).result);
     // Still the same file under both names, with its permissions.
-    const QByteArray expected = readBytes(doc.path());
+    const QByteArray expected = readText(doc.path());
     QVERIFY(expected.startsWith("0 HEAD\n1 CHAR ANSI\n"));
-    QCOMPARE(readBytes(other), expected);
+    QCOMPARE(readText(other), expected);
     QCOMPARE(QFileInfo(doc.path()).permissions() & ForWriting,
              QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
+}
+
+void TstWriter::lineEnds()
+{
+    Document doc;
+    QVERIFY(doc.load({u"0 HEAD"_s, u"1 CHAR UTF-8"_s}));
+    const Saved saved = save(&doc, doc.path());
+#ifdef Q_OS_WIN
+    QCOMPARE(readBytes(doc.path()), QByteArray("0 HEAD\r\n1 CHAR UTF-8\r\n0 TRLR\r\n"));
+    const QByteArray end = "\r\n";
+#else
+    QCOMPARE(readBytes(doc.path()), QByteArray("0 HEAD\n1 CHAR UTF-8\n0 TRLR\n"));
+    const QByteArray end = "\n";
+#endif
+    QByteArray journal = readBytes(saved.archived.journal());
+    QVERIFY(journal.endsWith(" sauvegardé." + end + end));
+    journal.replace(end, QByteArray());
+    QVERIFY(!journal.contains('\r') && !journal.contains('\n'));
 }
 
 void TstWriter::recordsInFilePlace()
@@ -575,9 +570,9 @@ void TstWriter::recordsInFilePlace()
     QVERIFY(doc.load(lines));
     const Saved saved = save(&doc, doc.path());
     QVERIFY(saved.result);
-    QCOMPARE(readBytes(doc.path()), gedBytes(lines));
+    QCOMPARE(readText(doc.path()), gedBytes(lines));
     // The unknown record is quoted in the journal over several lines.
-    const QByteArray journal = readBytes(saved.archived.journal());
+    const QByteArray journal = readText(saved.archived.journal());
     QCOMPARE(journal, journalFile(doc.gedcom.getJournal()));
     QVERIFY(journal.contains(" - 0 @X1@ SUBN\n1 NOTE inconnu\n"));
 }
@@ -596,7 +591,7 @@ void TstWriter::deletedAndHiddenEntries()
         doc.entry(line)->setTwiHidden(true); // an entry hidden by a search is still written
     QVERIFY(save(&doc, doc.path()).result);
     // Live entries below a deleted one are written; those below a deleted root are not.
-    QCOMPARE(readBytes(doc.path()),
+    QCOMPARE(readText(doc.path()),
              gedBytes({u"0 HEAD"_s, u"1 CHAR UTF-8"_s, u"0 @I2@ INDI"_s, u"2 DATE 1900"_s,
                        u"3 MAP"_s, u"1 DEAT"_s, u"0 @U2@ SUBM"_s, u"1 NAME d"_s}));
 }
@@ -612,8 +607,8 @@ void TstWriter::noRecords()
         const Saved saved = save(doc, doc->path());
         QVERIFY(saved.result);
         QCOMPARE(saved.journal, journalOfSave(doc->path(), saved.archived));
-        QCOMPARE(readBytes(doc->path()), QByteArray("0 TRLR\n"));
-        QCOMPARE(readBytes(saved.archived.journal()), journalFile(doc->gedcom.getJournal()));
+        QCOMPARE(readText(doc->path()), QByteArray("0 TRLR\n"));
+        QCOMPARE(readText(saved.archived.journal()), journalFile(doc->gedcom.getJournal()));
     }
 }
 
@@ -667,6 +662,11 @@ void TstWriter::targetFailures()
     QFETCH(Prepare, prepare);
     QFETCH(QString, path);
     QFETCH(QStringList, left);
+    if (QStringList{u"./tube.ged"_s, u"./lien.ged"_s, u"./rien.ged"_s, u"./prise.ged"_s}.contains(
+            path))
+        SKIP_ON_WINDOWS(NoSuchFiles);
+    if (path == "./gen/arbre.ged"_L1)
+        SKIP_ON_WINDOWS(NoRights);
 
     Document doc;
     QVERIFY(doc.load(family()));
@@ -707,9 +707,9 @@ void TstWriter::targetFailures()
     QCOMPARE(doc.status(), "Sauvegarde du fichier "_L1 + path);
     QVERIFY(doc.progress.isHidden());
     QCOMPARE(listing(doc.folder(), archived), left);
-    QCOMPARE(readBytes(doc.path()), gedBytes(family()));
+    QCOMPARE(readText(doc.path()), gedBytes(family()));
     if (left.contains(u"ARCH/DATE/TIME.arbre.ged"_s))
-        QCOMPARE(readBytes(archived.copy()), gedBytes(family()));
+        QCOMPARE(readText(archived.copy()), gedBytes(family()));
 }
 
 void TstWriter::journalFailures_data()
@@ -743,6 +743,8 @@ void TstWriter::journalFailures()
     using Prepare = void (*)(const QString &folder);
     QFETCH(Prepare, prepare);
     QFETCH(QStringList, left);
+    if (!left.contains(u"ARCH"_s) && !left.contains(u"ARCH/DATE"_s)) // a folder is closed
+        SKIP_ON_WINDOWS(NoRights);
 
     const QString path = u"./arbre.ged"_s;
     Document doc;
@@ -785,11 +787,12 @@ void TstWriter::journalFailures()
     QCOMPARE(doc.status(), "Sauvegarde du journal "_L1 + archived.journal());
     QVERIFY(doc.progress.isVisible()); // nothing hides it in this case
     QCOMPARE(listing(doc.folder(), archived), left);
-    QCOMPARE(readBytes(doc.path()), gedBytes(family()));
+    QCOMPARE(readText(doc.path()), gedBytes(family()));
 }
 
 void TstWriter::pipesAreLeftAlone()
 {
+    SKIP_ON_WINDOWS(NoSuchFiles);
     Document doc;
     QVERIFY(doc.load(family()));
     const QString path = doc.folder() + "/tube.ged"_L1;
@@ -806,6 +809,7 @@ void TstWriter::pipesAreLeftAlone()
 
 void TstWriter::journalIsAPipe()
 {
+    SKIP_ON_WINDOWS(NoSuchFiles);
     Document doc;
     QVERIFY(doc.load(family()));
     QString journal;
@@ -823,7 +827,7 @@ void TstWriter::journalIsAPipe()
     QCOMPARE(saved.journal,
              journalOfSave(doc.path(), saved.archived)
                  + QStringList{u"ERROR : Erreur d'écriture du fichier journal "_s + journal});
-    QCOMPARE(readBytes(doc.path()), gedBytes(family()));
+    QCOMPARE(readText(doc.path()), gedBytes(family()));
 }
 
 void TstWriter::saveAfterFailure()
@@ -840,10 +844,10 @@ void TstWriter::saveAfterFailure()
     const Saved saved = save(&doc, doc.path());
     QVERIFY(saved.result);
     QVERIFY(doc.progress.isHidden());
-    QCOMPARE(readBytes(saved.archived.copy()), gedBytes(family()));
+    QCOMPARE(readText(saved.archived.copy()), gedBytes(family()));
     // The journal file reports the failure as well.
-    QCOMPARE(readBytes(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
-    QVERIFY(readBytes(saved.archived.journal())
+    QCOMPARE(readText(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
+    QVERIFY(readText(saved.archived.journal())
                 .contains(u" - ERROR : Erreur d'écriture du fichier journal "_s.toUtf8()));
 }
 
@@ -869,7 +873,7 @@ void TstWriter::pathWithoutSlash()
     QCOMPARE(saved.result, folderIsThere);
     QCOMPARE(saved.archived.base, u"fals"_s);
     QCOMPARE(saved.archived.name, u"false"_s);
-    QCOMPARE(readBytes(doc.folder() + "/false"_L1), gedBytes(family()));
+    QCOMPARE(readText(doc.folder() + "/false"_L1), gedBytes(family()));
 
     QStringList journal = journalOfSave(u"false"_s, saved.archived);
     if (folderIsThere) {
@@ -946,7 +950,7 @@ void TstWriter::beforeALoad()
     QCOMPARE(doc.status(), QString());
     QCOMPARE(QDir(doc.folder()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              QStringList{u"arbre.ged"_s});
-    QCOMPARE(readBytes(doc.path()), QByteArray("avant\n"));
+    QCOMPARE(readText(doc.path()), QByteArray("avant\n"));
 }
 
 void TstWriter::encodings_data()
@@ -984,12 +988,12 @@ void TstWriter::encodings()
     QVERIFY(saved.result);
     // Whatever the encoding was, the document is written as UTF-8 without a byte-order mark, with
     // line feeds; the copy is not recoded.
-    QCOMPARE(readBytes(doc.path()),
+    QCOMPARE(readText(doc.path()),
              u"0 HEAD\n1 NOTE Éloïse œuvre à Łódź — 家族 \U0001F600\n0 TRLR\n"_s.toUtf8());
     QCOMPARE(readBytes(saved.archived.copy()), file);
-    QCOMPARE(readBytes(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
+    QCOMPARE(readText(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
     QVERIFY(
-        readBytes(saved.archived.journal()).contains(u" - INFO : 家族 \U0001F600 é\n"_s.toUtf8()));
+        readText(saved.archived.journal()).contains(u" - INFO : 家族 \U0001F600 é\n"_s.toUtf8()));
 }
 
 void TstWriter::halfACharacter()
@@ -1013,6 +1017,7 @@ void TstWriter::halfACharacter()
 
 void TstWriter::fullDisk()
 {
+    SKIP_ON_WINDOWS("Windows limits no process in the size of its files");
     constexpr qsizetype limit = 16384;
     QStringList lines{u"0 @I1@ INDI"_s};
     for (int i = 0; i < 200; ++i)
@@ -1037,9 +1042,9 @@ void TstWriter::fullDisk()
     QCOMPARE(saved.journal, journalOfSave(doc.path(), saved.archived));
     QCOMPARE(doc.status(), "Fichier journal "_L1 + saved.archived.journal() + u" sauvegardé."_s);
     QVERIFY(doc.progress.isHidden());
-    QCOMPARE(readBytes(doc.path()), whole.first(limit));
+    QCOMPARE(readText(doc.path()), whole.first(limit));
     QCOMPARE(readBytes(saved.archived.copy()), former);
-    QCOMPARE(readBytes(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
+    QCOMPARE(readText(saved.archived.journal()), journalFile(doc.gedcom.getJournal()));
 }
 
 void TstWriter::numbersWhateverTheLocale()
@@ -1239,7 +1244,7 @@ void TstWriter::saveAsThenSave()
         QCOMPARE(dialogs.fileMode(), QFileDialog::AnyFile);
         QCOMPARE(mode, QFileDialog::AcceptSave);
     }
-    QCOMPARE(readBytes(other), gedBytes(family()));
+    QCOMPARE(readText(other), gedBytes(family()));
     QVERIFY(session.progress()->isHidden());
 
     // The document still belongs to the first file.
@@ -1248,10 +1253,10 @@ void TstWriter::saveAsThenSave()
     const QDateTime begin = QDateTime::currentDateTime();
     session.trigger(u"actionEnregistrerFichier"_s);
     QCOMPARE(boxes.texts(), QStringList{});
-    QCOMPARE(readBytes(other), QByteArray("autre\n"));
-    QCOMPARE(readBytes(session.path()), gedBytes(family()));
+    QCOMPARE(readText(other), QByteArray("autre\n"));
+    QCOMPARE(readText(session.path()), gedBytes(family()));
     const Archived archived = archivedIn(session.journal(), session.path(), begin);
-    QCOMPARE(readBytes(archived.copy()), QByteArray("avant\n"));
+    QCOMPARE(readText(archived.copy()), QByteArray("avant\n"));
 }
 
 void TstWriter::cancelledSaveAs()
@@ -1285,7 +1290,7 @@ void TstWriter::cancelledSaveAs()
     QCOMPARE(session.status(), u"Sauvegarde du fichier "_s);
     QVERIFY(session.progress()->isHidden());
     QCOMPARE(listing(session.folder(), archived), QStringList{u"arbre.ged"_s});
-    QCOMPARE(readBytes(session.path()), gedBytes(family()));
+    QCOMPARE(readText(session.path()), gedBytes(family()));
 }
 
 VARLUNE_TEST_MAIN(TstWriter)

@@ -209,7 +209,7 @@ QStringList faultsOfFile(Document *doc)
 {
     const QStringList lines = doc->lines();
     const QByteArray bytes = (lines + QStringList{u"0 TRLR\n"_s}).join(u'\n').toUtf8();
-    if (readBytes(doc->path()) != bytes)
+    if (readText(doc->path()) != bytes)
         return {u"the file is not the document"_s};
 
     Document reloaded;

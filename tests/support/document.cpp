@@ -53,9 +53,18 @@ QByteArray readBytes(const QString &path)
     return file.readAll();
 }
 
+QByteArray readText(const QString &path)
+{
+    QByteArray text = readBytes(path);
+#ifdef Q_OS_WIN
+    text.replace("\r\n", "\n");
+#endif
+    return text;
+}
+
 QStringList readLines(const QString &path)
 {
-    QStringList lines = QString::fromUtf8(readBytes(path)).split(u'\n');
+    QStringList lines = QString::fromUtf8(readText(path)).split(u'\n');
     if (lines.constLast().isEmpty())
         lines.removeLast();
     return lines;

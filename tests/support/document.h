@@ -24,7 +24,12 @@ void writeBytes(const QString &path, const QByteArray &bytes);
 /// The bytes of the file.
 QByteArray readBytes(const QString &path);
 
-/// The lines of a UTF-8 file. Text after the last line feed counts as a line.
+/// The bytes of a text that the program has written, with a line feed for each end of a line,
+/// whatever the system has there.
+QByteArray readText(const QString &path);
+
+/// The lines of a UTF-8 file, whatever the system ends them with. Text after the last line feed
+/// counts as a line.
 QStringList readLines(const QString &path);
 
 /// \p lines with the first \p line replaced by \p other. The line must exist.

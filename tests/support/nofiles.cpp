@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QTest>
 
+#ifdef Q_OS_UNIX
+
 #include <cstring>
 #include <fcntl.h>
 #include <sys/ioctl.h>
@@ -50,3 +52,27 @@ qsizetype PipeEnd::unread() const
     ioctl(m_descriptor, FIONREAD, &count);
     return count;
 }
+
+#else
+
+// Folders hold nothing but files and folders.
+void makePipe(const QString &)
+{
+    QTest::qFail("there are no pipes in folders here", __FILE__, __LINE__);
+}
+
+void makeSocket(const QString &)
+{
+    QTest::qFail("there are no sockets in folders here", __FILE__, __LINE__);
+}
+
+PipeEnd::PipeEnd(const QString &, const QByteArray &) : m_descriptor(-1) { }
+
+PipeEnd::~PipeEnd() { }
+
+qsizetype PipeEnd::unread() const
+{
+    return m_descriptor;
+}
+
+#endif

@@ -4,6 +4,11 @@
 #include <QByteArray>
 #include <QString>
 
+/// Why a test of these does not run on Windows.
+constexpr char NoSuchFiles[] = "folders of Windows hold no pipes, devices and sockets";
+constexpr char NoLinks[] =
+    "a link of the framework is a shortcut on Windows, which nothing follows";
+
 /// Makes a named pipe: whoever opens it waits for its other end. Fails the test if it cannot.
 void makePipe(const QString &path);
 

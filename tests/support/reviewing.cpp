@@ -298,11 +298,11 @@ void compareBoxStates(const char *slot)
 
 void compareSave(ReviewedDocument *review)
 {
-    const QByteArray before = readBytes(review->path());
+    const QByteArray before = readText(review->path());
     review->filter();
-    QCOMPARE(readBytes(review->path()), before);
+    QCOMPARE(readText(review->path()), before);
     QVERIFY(review->gedcom.writeGedFile(review->path()));
-    QCOMPARE(readBytes(review->path()), before);
+    QCOMPARE(readText(review->path()), before);
 }
 
 void addSeeds()

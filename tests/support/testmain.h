@@ -20,4 +20,11 @@ int runTest(int argc, char **argv, QObject *(*makeTest)());
         return runTest(argc, argv, []() -> QObject * { return new TestClass; });                   \
     }
 
+/// Skips the rest of the function on Windows, and says why.
+#ifdef Q_OS_WIN
+#define SKIP_ON_WINDOWS(reason) QSKIP(reason)
+#else
+#define SKIP_ON_WINDOWS(reason) static_cast<void>(reason)
+#endif
+
 #endif // TESTMAIN_H

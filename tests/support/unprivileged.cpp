@@ -1,5 +1,7 @@
 #include "unprivileged.h"
 
+#ifdef Q_OS_UNIX
+
 #include <unistd.h>
 
 namespace {
@@ -17,3 +19,15 @@ Unprivileged::~Unprivileged()
     if (m_wasRoot && seteuid(0) != 0)
         qFatal("cannot take back the rights of the superuser");
 }
+
+#else
+
+// A file that is marked as read-only is so for everyone.
+Unprivileged::Unprivileged() : m_wasRoot(false) { }
+
+Unprivileged::~Unprivileged()
+{
+    Q_UNUSED(m_wasRoot)
+}
+
+#endif

@@ -3,6 +3,10 @@
 
 #include <QtGlobal>
 
+/// Why a test does not run on Windows.
+constexpr char NoRights[] =
+    "of the rights to a file the framework sets on Windows that to write alone";
+
 /// Drops the superuser's rights while this object lives, so that file permissions apply. Does
 /// nothing for other users.
 class Unprivileged

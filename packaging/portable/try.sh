@@ -1,0 +1,47 @@
+#!/usr/bin/env bash
+# Tries the folder in a bare Debian named SUITE without Qt: unpacks it where blanks and accents are in the
+# way, and uses the program as an ordinary user. Leaves screenshots in FOLDER.
+#
+#   try.sh SUITE ARCHIVE FOLDER
+set -euo pipefail
+packaging=$(realpath "$(dirname "${BASH_SOURCE[0]}")/..")
+# shellcheck source=packaging/packages.sh
+. "$packaging/packages.sh"
+# shellcheck source=packaging/bare_root.sh
+. "$packaging/bare_root.sh"
+# shellcheck source=packaging/virtual_desktop.sh
+. "$packaging/virtual_desktop.sh"
+# shellcheck source=packaging/trial.sh
+. "$packaging/trial.sh"
+suite=$1 archive=$(realpath "$2") folder=$(realpath "$3") root=$(dirname "$folder")/root
+
+leave()
+{
+    stop_user_program "$root"
+    stop_desktop
+    remove_root "$root"
+}
+trap leave EXIT
+
+bare_root "$suite" "$root"
+in_root "$root" apt-get update -q
+in_root "$root" apt-get install -y -q --no-install-recommends "${PORTABLE_SYSTEM[@]}"
+if in_root "$root" dpkg-query -W 'libqt6*' 2>/dev/null; then
+    echo "The bare Debian has a Qt of its own" >&2
+    exit 1
+fi
+
+place="/home/zoe/Généalogie de l'été"
+as_root mkdir "$root$place"
+as_root tar -C "$root$place" --strip-components=1 -xf "$archive"
+prepare_trial "$root/home/zoe"
+give_to_user "$root/home/zoe"
+start_desktop "$folder"
+for platform in offscreen xcb; do
+    start_user_program "$root" env QT_QPA_PLATFORM="$platform" "$place/varlune"
+    [ "$platform" = offscreen ] || play_trial "$folder" "$root/home/zoe/Documents"
+    sleep 1
+    stop_user_program "$root"
+done
+check_trial "$root/home/zoe"
+echo "The folder passes on $suite; screenshots in $folder"

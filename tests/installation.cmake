@@ -1,0 +1,46 @@
+# Installs the BUILD below FOLDER, which is removed again, as a package does, and once more over settings
+# that have been changed.
+function(install_to_folder)
+    set(ENV{DESTDIR} "${FOLDER}")
+    execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix /usr
+        OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+function(expect_link name target)
+    file(READ_SYMLINK "${FOLDER}/${name}" found)
+    if(NOT found STREQUAL target)
+        message(FATAL_ERROR "${name} is a link to ${found}, not to ${target}")
+    endif()
+endfunction()
+
+function(expect_same name source)
+    file(SHA256 "${FOLDER}/${name}" found)
+    file(SHA256 "${source}" expected)
+    if(NOT found STREQUAL expected)
+        message(FATAL_ERROR "${name} is not what ${source} is")
+    endif()
+endfunction()
+
+file(REMOVE_RECURSE "${FOLDER}")
+set(packaging ${CMAKE_CURRENT_LIST_DIR}/../packaging)
+
+install_to_folder()
+expect_link(usr/bin/varlune ../lib/varlune/varlune)
+expect_link(usr/lib/varlune/PARAM.INI /etc/varlune/PARAM.INI)
+expect_link(usr/lib/varlune/SEQUENCE.INI /etc/varlune/SEQUENCE.INI)
+expect_same(etc/varlune/PARAM.INI ${packaging}/PARAM.INI)
+expect_same(etc/varlune/SEQUENCE.INI ${packaging}/SEQUENCE.INI)
+expect_same(usr/share/doc/varlune/examples/famille.ged ${packaging}/../exemples/famille.ged)
+foreach(size 16 24 32 48 64 128 256)
+    if(NOT EXISTS "${FOLDER}/usr/share/icons/hicolor/${size}x${size}/apps/varlune.png")
+        message(FATAL_ERROR "There is no icon of ${size} pixels")
+    endif()
+endforeach()
+
+file(APPEND "${FOLDER}/etc/varlune/PARAM.INI" "delTags=true\n")
+file(COPY_FILE "${FOLDER}/etc/varlune/PARAM.INI" "${FOLDER}/changed")
+install_to_folder()
+expect_same(etc/varlune/PARAM.INI "${FOLDER}/changed")
+expect_link(usr/lib/varlune/PARAM.INI /etc/varlune/PARAM.INI)
+
+file(REMOVE_RECURSE "${FOLDER}")

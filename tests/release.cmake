@@ -1,0 +1,22 @@
+# Holds what tells version and date by itself against the About box: the newest release of the metadata,
+# the heading of the changelog, and the version that the program was built with, VERSION.
+include(${CMAKE_CURRENT_LIST_DIR}/../packaging/release.cmake)
+set(project "${CMAKE_CURRENT_LIST_DIR}/..")
+
+if(NOT VERSION STREQUAL varlune_version)
+    message(FATAL_ERROR "The build has version ${VERSION}, the About box ${varlune_version}")
+endif()
+
+file(READ "${project}/packaging/varlune.metainfo.xml" metadata)
+string(REGEX MATCH "<release [^>]*>" newest "${metadata}")
+if(NOT newest STREQUAL "<release version=\"${varlune_version}\" date=\"${varlune_date}\">")
+    message(FATAL_ERROR "packaging/varlune.metainfo.xml: the newest release is ${newest}, "
+        "the About box tells ${varlune_version} of ${varlune_date}")
+endif()
+
+file(STRINGS "${project}/CHANGELOG.md" headings REGEX "^## [0-9]")
+list(GET headings 0 newest)
+if(NOT newest STREQUAL "## ${varlune_version} (${varlune_date})")
+    message(FATAL_ERROR "CHANGELOG.md: the newest release is \"${newest}\", "
+        "the About box tells ${varlune_version} of ${varlune_date}")
+endif()
