@@ -118,6 +118,27 @@ def check_labels(text):
             fault(f"the manual does not tell the label {label}")
 
 
+def check_companion():
+    """The chapter on the companion tells each of its options and repairs by name."""
+    chapter = plain((MANUAL / "10-preparer.adoc").read_text(encoding="utf-8"))
+    console, findings = (ROOT / "preparation" / name for name in ("console.cpp", "findings.cpp"))
+    if not console.exists():
+        return  # not among these sources yet
+    options = set()
+    for found in re.finditer(r"m_\w+\(\s*(u\"[\w-]+\"_s|\{[^}]*\})", console.read_text(encoding="utf-8")):
+        options |= set(re.findall(r'u"([\w-]+)"_s', found[1]))
+    repairs = set(re.findall(r'\{Finding::\w+, (?:repair|onRequest), u"([\w-]+)"_s',
+                             findings.read_text(encoding="utf-8")))
+    if not options or not repairs:
+        fault("no options or repairs found in preparation/")
+    for option in sorted(options):
+        if not re.search(rf"`{'-' * min(len(option), 2)}{option}[` ]", chapter):
+            fault(f"10-preparer.adoc does not tell the option {option}")
+    for repair in sorted(repairs):
+        if f"`{repair}`" not in chapter:
+            fault(f"10-preparer.adoc does not tell the repair {repair}")
+
+
 def check_figures():
     measures = {}
     for line in (ROOT / "docs" / "performance.md").read_text(encoding="utf-8").splitlines():
@@ -249,6 +270,7 @@ def main():
     check_quotes()
     check_keys(text)
     check_labels(text)
+    check_companion()
     check_figures()
     if page:
         check_links(page)

@@ -73,22 +73,18 @@ def area(node):
 class Program:
     """A program at work in a folder of its own, with a PARAM.INI of the given lines."""
 
-    def __init__(self, programs, work, name="varlune", settings=(), files=(), arguments=()):
+    def __init__(self, programs, work, settings=()):
         self.folder = Path(work) / "programme"
         shutil.rmtree(self.folder, ignore_errors=True)
         self.folder.mkdir()
-        shutil.copy(Path(programs) / name, self.folder)
+        shutil.copy(Path(programs) / "varlune", self.folder)
         (self.folder / "PARAM.INI").write_text("\n".join(settings) + "\n", encoding="utf-8")
         (self.folder / "SEQUENCE.INI").write_text("", encoding="utf-8")
-        for file in files:
-            shutil.copy(file, self.folder)
         environment = dict(os.environ, QT_QPA_PLATFORM="xcb", QT_QPA_PLATFORMTHEME="",
                            QT_STYLE_OVERRIDE="Fusion", QT_SCALE_FACTOR=str(SCALE),
                            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LC_ALL="C.UTF-8", HOME=str(work))
-        self.process = subprocess.Popen([self.folder / name, *arguments], cwd=self.folder,
-                                        env=environment, stdout=subprocess.DEVNULL,
-                                        stderr=subprocess.DEVNULL)
-        self.name = name
+        self.process = subprocess.Popen([self.folder / "varlune"], cwd=self.folder, env=environment,
+                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
     def __enter__(self):
         return self
@@ -149,13 +145,13 @@ class Program:
     def area(self, name):
         return area(self.node(name))
 
-    def click(self, name, times=1):
+    def click(self, name):
         place = self.area(name)
-        self.click_at((place.left + place.right) / 2, (place.top + place.bottom) / 2, times)
+        self.click_at((place.left + place.right) / 2, (place.top + place.bottom) / 2)
 
-    def click_at(self, x, y, times=1):
-        run("xdotool", "mousemove", str(int(x * SCALE)), str(int(y * SCALE)), "click", "--repeat",
-            str(times), "1", "mousemove", "2599", "2399")
+    def click_at(self, x, y):
+        run("xdotool", "mousemove", str(int(x * SCALE)), str(int(y * SCALE)), "click", "1",
+            "mousemove", "2599", "2399")
         time.sleep(0.3)
 
     def point_at(self, place):
@@ -263,8 +259,8 @@ class Pictures:
         self.sample = Path(work) / "famille.ged"
         shutil.copy(ROOT / "exemples" / "famille.ged", self.sample)
 
-    def _program(self, *arguments, **options):
-        return Program(self.programs, self.work, *arguments, **options)
+    def _program(self, settings=()):
+        return Program(self.programs, self.work, settings)
 
     # ---- the window
 
