@@ -82,6 +82,8 @@ def template(text):
 def check_quotes():
     templates = [template(text) for text in program_texts() if re.sub(r"%\d|\W", "", text)]
     for chapter in [*CHAPTERS, MANUAL / "manuel.adoc"]:
+        if chapter.name == "10-preparer.adoc" and not (ROOT / "preparation").exists():
+            continue  # the companion is not among these sources yet
         for found in re.finditer(r'\*\*"(.+?)"\*\*', chapter.read_text(encoding="utf-8"), re.DOTALL):
             quote = plain(found[1]).replace("\\", "").replace("&", "").strip()
             # A quote may leave out what comes at the end, behind a blank.
