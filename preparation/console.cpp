@@ -193,10 +193,9 @@ QString Console::copyOf(const QString &input) const
 {
     if (!m_parser.isSet(m_output))
         return copyPath(input);
-    const QString output = m_parser.value(m_output);
-    if (!QDir(output).exists())
-        return output;
-    return QDir(output).filePath(QFileInfo(copyPath(input)).fileName());
+    const QDir folder(m_parser.value(m_output));
+    return folder.exists() ? folder.filePath(QFileInfo(copyPath(input)).fileName())
+                           : m_parser.value(m_output);
 }
 
 int Console::prepareWithReports()

@@ -17,7 +17,7 @@ constexpr char Mark[] = "\xEF\xBB\xBF"; // the byte-order mark in UTF-8
 /// Whether the text stands in the bytes, and is no copy.
 bool pointsInto(const QByteArray &text, const QByteArray &bytes)
 {
-    const std::less_equal<const char *> isBefore;
+    const std::less_equal<> isBefore; // for pointers into different things, too
     return isBefore(bytes.constData(), text.constData())
         && isBefore(text.constData(), bytes.constData() + bytes.size());
 }
