@@ -37,6 +37,15 @@ void readText(Preparation *preparation, QByteArray bytes, const Options &options
         preparation->file = std::move(bytes);
 }
 
+/// Takes the copy away, and with it all that was found for it: it points into the copy.
+void dropCopy(Preparation *preparation)
+{
+    preparation->copy.clear();
+    preparation->occurrences.clear();
+    preparation->counts = {};
+    preparation->identifiers.clear();
+}
+
 } // namespace
 
 bool Preparation::hasWarnings() const
@@ -84,6 +93,6 @@ Preparation prepare(QByteArray bytes, const Options &options, const Progress &pr
     if (preparation.isDone())
         preparation.proof = proveOpening(preparation.copy);
     else
-        preparation.copy.clear();
+        dropCopy(&preparation);
     return preparation;
 }

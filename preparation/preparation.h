@@ -55,7 +55,9 @@ struct Preparation
     Q_DECLARE_TR_FUNCTIONS(Preparation)
 
 public:
-    QString refusal; // what is wrong with the file and what to do, if there is no copy; else empty
+    // What is wrong with the file and what to do, if there is no copy; else empty. Where there is
+    // none, there are no occurrences, counts and identifiers.
+    QString refusal;
     bool cancelled = false; // there is no copy either
     EncodingChoice encoding{Encoding::Utf8, {}};
     bool hasMark = false; // a byte-order mark in front

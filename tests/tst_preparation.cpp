@@ -521,6 +521,8 @@ void TstPreparation::refusals_data()
     QTest::newRow("lines without a record")
         << QByteArray("1 NAME Jean\n2 GIVN Jean\n")
         << u"Ce fichier n'est pas un texte GEDCOM : aucune ligne"_s;
+    QTest::newRow("a trailer alone") << QByteArray("0 TRLR\n")
+                                     << u"Ce fichier n'est pas un texte GEDCOM : aucune ligne"_s;
 }
 
 void TstPreparation::refusals()
@@ -533,6 +535,8 @@ void TstPreparation::refusals()
     QVERIFY(preparation.refusal.endsWith(u'.'));
     QVERIFY(!preparation.isDone());
     QCOMPARE(preparation.copy, QByteArray());
+    QCOMPARE(occurrencesOf(preparation), QStringList());
+    QCOMPARE(countsOf(preparation), QStringList());
 }
 
 void TstPreparation::refusedPaths()
@@ -603,6 +607,7 @@ void TstPreparation::cancelled()
     QVERIFY(stopped.cancelled);
     QVERIFY(!stopped.isDone());
     QCOMPARE(stopped.copy, QByteArray());
+    QCOMPARE(occurrencesOf(stopped), QStringList());
 }
 
 void TstPreparation::types()
