@@ -43,6 +43,13 @@ QString encodingNames()
     return names.join(u", "_s);
 }
 
+/// The path of a file, which need not be there yet, without links in its folder.
+QString placeOf(const QString &path)
+{
+    const QFileInfo info(path);
+    return QDir(info.dir().canonicalPath()).filePath(info.fileName());
+}
+
 /// The command line of a run.
 class Console
 {
@@ -80,7 +87,7 @@ private:
     const QCommandLineOption m_version;
 
     Options m_options;
-    QStringList m_written;
+    QStringList m_written; // the places of the files
     ExitStatus m_status = Done;
 };
 
@@ -176,10 +183,11 @@ QString Console::refusalOfOutputs() const
         return {};
     const QString report = m_parser.value(m_report);
     for (const QString &input : inputs) {
-        if (isSameFile(report, input)
-            || QFileInfo(report).absoluteFilePath() == QFileInfo(copyOf(input)).absoluteFilePath())
-            return tr("« %1 » est un fichier à préparer ou sa copie. Donnez un autre nom au "
-                      "rapport.")
+        const QString copy = copyOf(input);
+        if (isSameFile(report, input) || placeOf(report) == placeOf(copy)
+            || (m_parser.isSet(m_identifiers) && placeOf(report) == placeOf(identifiersPath(copy))))
+            return tr("« %1 » est un fichier à préparer, sa copie ou la table de ses identifiants. "
+                      "Donnez un autre nom au rapport.")
                 .arg(report);
     }
     if (QFileInfo::exists(report) && !m_parser.isSet(m_overwrite))
@@ -222,8 +230,11 @@ int Console::prepareWithReports()
     } else {
         prepareAll(reports);
     }
-    if (json && !json->finish())
+    const bool isComplete = !json || json->finish();
+    if (!standard.flush() || std::ferror(stdout) != 0 || !isComplete) {
+        print(stderr, tr("La sortie n'a pas pu être écrite. Vérifiez la place sur le disque."));
         raise(NotPossible);
+    }
     return m_status;
 }
 
@@ -254,16 +265,21 @@ void Console::prepareOne(const QString &input, const QList<ReportWriter *> &repo
 
 QString Console::save(const Preparation &preparation, const QString &input, const QString &copy)
 {
+    const QStringList inputs = m_parser.positionalArguments();
     const QStringList paths = writtenFiles(preparation, copy);
     for (const QString &path : paths) {
+        const auto isPath = [&path](const QString &other) { return isSameFile(path, other); };
+        if (std::any_of(inputs.begin(), inputs.end(), isPath))
+            return tr("« %1 » est un fichier à préparer, qui n'est jamais modifié. Donnez un autre "
+                      "nom à la copie.")
+                .arg(path);
         // A file of this very run is not one that the user knows of.
         if (QFileInfo::exists(path)
-            && (!m_parser.isSet(m_overwrite)
-                || m_written.contains(QFileInfo(path).absoluteFilePath())))
+            && (!m_parser.isSet(m_overwrite) || m_written.contains(placeOf(path))))
             return tr("« %1 » existe déjà. Ajoutez --ecraser pour le remplacer, ou donnez un autre "
                       "nom par -o.")
                 .arg(path);
-        m_written += QFileInfo(path).absoluteFilePath();
+        m_written += placeOf(path);
     }
     return saveCopy(preparation, input, copy);
 }

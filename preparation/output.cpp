@@ -96,13 +96,19 @@ QString saveCopy(const Preparation &preparation, const QString &input, const QSt
                        "un autre nom à la copie.")
                 .arg(path);
     }
-    QString problem = refusalOfSize(copy, preparation.copy.size());
-    if (problem.isEmpty())
-        problem = writeWhole(copy, [&](QIODevice *out) {
-            return out->write(preparation.copy) == preparation.copy.size();
-        });
-    if (problem.isEmpty() && !preparation.identifiers.isEmpty())
-        problem = writeWhole(identifiersPath(copy),
-                             [&](QIODevice *out) { return writeTable(out, preparation); });
-    return problem;
+    const QString refusal = refusalOfSize(copy, preparation.copy.size());
+    if (!refusal.isEmpty())
+        return refusal;
+    // The table before the copy takes its name: a copy without it would be of no use.
+    QString tableProblem;
+    const QString problem = writeWhole(copy, [&](QIODevice *out) {
+        if (out->write(preparation.copy) != preparation.copy.size())
+            return false;
+        if (!preparation.identifiers.isEmpty())
+            tableProblem = writeWhole(identifiersPath(copy), [&](QIODevice *table) {
+                return writeTable(table, preparation);
+            });
+        return tableProblem.isEmpty();
+    });
+    return tableProblem.isEmpty() ? problem : tableProblem;
 }

@@ -29,8 +29,9 @@ struct Preparation;
 [[nodiscard]] QString writeWhole(const QString &path,
                                  const std::function<bool(QIODevice *)> &write);
 
-/// Writes the copy and, if there are renamed identifiers, their table beside it. Never writes to
-/// \p input, whatever name \p copy gives it. Returns what is wrong and what to do, or nothing.
+/// Writes the copy and, if there are renamed identifiers, their table beside it. There is
+/// no copy without its table. Never writes to \p input, whatever name \p copy gives it. Returns
+/// what is wrong and what to do, or nothing.
 [[nodiscard]] QString saveCopy(const Preparation &preparation, const QString &input,
                                const QString &copy);
 

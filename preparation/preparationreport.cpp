@@ -8,6 +8,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -173,10 +175,12 @@ void ReportWriter::put(const QByteArray &text)
 
 QString saveReport(const QString &path, ReportFormat format, const ReportEntry &entry)
 {
-    if (isSameFile(path, entry.input) || isSameFile(path, entry.copy))
+    const QStringList others = writtenFiles(*entry.preparation, entry.copy) << entry.input;
+    const auto isPath = [&path](const QString &other) { return isSameFile(path, other); };
+    if (std::any_of(others.begin(), others.end(), isPath))
         return Preparation::tr(
-                   "« %1 » est le fichier d'origine ou sa copie. Donnez un autre nom au "
-                   "rapport.")
+                   "« %1 » est le fichier d'origine, sa copie ou la table de ses identifiants. "
+                   "Donnez un autre nom au rapport.")
             .arg(path);
     return writeWhole(path, [&](QIODevice *out) {
         ReportWriter writer(out, format);

@@ -47,8 +47,8 @@ private:
     bool m_isWritten = true;
 };
 
-/// Writes the report on one file, whole or not at all. It never takes the place of the input or the
-/// copy. Returns what is wrong and what to do, or nothing.
+/// Writes the report on one file, whole or not at all. It never takes the place of the input, the
+/// copy or the table of the identifiers. Returns what is wrong and what to do, or nothing.
 [[nodiscard]] QString saveReport(const QString &path, ReportFormat format,
                                  const ReportEntry &entry);
 

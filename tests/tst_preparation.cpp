@@ -161,8 +161,7 @@ void TstPreparation::repairs_data()
 
     row("below a record with the tag of a continuation", "0 CONT x\nun\n", "0 CONT x\n1 CONT un\n",
         {u"sans-niveau 1"_s});
-    row("a line of marks alone",
-        "0 @I1@ INDI\n1 SEX M\n\xEF\xBB\xBF\n", "0 @I1@ INDI\n1 SEX M\n",
+    row("a line of marks alone", "0 @I1@ INDI\n1 SEX M\n\xEF\xBB\xBF\n", "0 @I1@ INDI\n1 SEX M\n",
         {u"mise-en-forme 1"_s});
     row("a level below a folded line", "0 @N1@ NOTE\n1 CONC a\n2 SOUR @S1@\n",
         "0 @N1@ NOTE a\n1 SOUR @S1@\n", {u"niveau-saute 1"_s, u"note-vide 1"_s});
@@ -521,8 +520,8 @@ void TstPreparation::refusals_data()
     QTest::newRow("lines without a record")
         << QByteArray("1 NAME Jean\n2 GIVN Jean\n")
         << u"Ce fichier n'est pas un texte GEDCOM : aucune ligne"_s;
-    QTest::newRow("a trailer alone") << QByteArray("0 TRLR\n")
-                                     << u"Ce fichier n'est pas un texte GEDCOM : aucune ligne"_s;
+    QTest::newRow("a trailer alone")
+        << QByteArray("0 TRLR\n") << u"Ce fichier n'est pas un texte GEDCOM : aucune ligne"_s;
 }
 
 void TstPreparation::refusals()
@@ -738,6 +737,18 @@ void TstPreparation::table()
     QCOMPARE(writtenFiles(preparation, copy), QStringList({copy, table}));
     QCOMPARE(saveCopy(preparation, input, copy), QString());
     QCOMPARE(readBytes(table), "ancien;nouveau\n@3I@;@I3@\n");
+
+    // The report does not take the place of the table.
+    const ReportEntry entry{input, copy, {}, &preparation};
+    QVERIFY(!saveReport(table, ReportFormat::Text, entry).isEmpty());
+    QCOMPARE(readBytes(table), "ancien;nouveau\n@3I@;@I3@\n");
+
+    // Without a table there is no copy.
+    QVERIFY(QFile::remove(table) && QFile::remove(copy) && QDir(folder.path()).mkdir(table));
+    QCOMPARE(saveCopy(preparation, input, copy),
+             u"« %1 » n'est pas un fichier. Donnez un autre nom."_s.arg(table));
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
+             QStringList{u"arbre.ged"_s});
 }
 
 void TstPreparation::reports()

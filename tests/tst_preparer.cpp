@@ -54,10 +54,14 @@ private slots:
     void outputForSeveral();
     void neverOverwrites();
     void neverTheInput();
+    void neverAnotherInput();
     void repairsSwitchedOff();
     void identifiers();
     void forcedEncoding();
     void reports();
+    void reportInTheWay();
+    void refusedReports();
+    void fullOutput();
     void json();
     void help();
     void mistakes_data();
@@ -67,8 +71,7 @@ private slots:
     void fullDisk();
 
 private:
-    /// Without a display; a console that needs one fails.
-    Outcome run(const QStringList &arguments, const QString &platform = u"none"_s);
+    Outcome run(const QStringList &arguments, const QString &output = {});
     [[nodiscard]] QByteArray bytesOf(const QString &name) const
     {
         return readBytes(m_folder->filePath(name));
@@ -98,14 +101,19 @@ void TstPreparer::cleanup()
     QCOMPARE(bytesOf(u"arbre.ged"_s), Broken);
 }
 
-Outcome TstPreparer::run(const QStringList &arguments, const QString &platform)
+/// What it prints goes into the file \p output if that is named.
+Outcome TstPreparer::run(const QStringList &arguments, const QString &output)
 {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(u"DISPLAY"_s);
-    environment.insert(u"QT_QPA_PLATFORM"_s, platform);
+    // A console that needs a display fails.
+    environment.insert(u"QT_QPA_PLATFORM"_s,
+                       arguments.contains("--console"_L1) ? u"none"_s : u"offscreen"_s);
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(m_folder->path());
+    if (!output.isEmpty())
+        process.setStandardOutputFile(output, QIODevice::Append);
     process.start(QStringLiteral(PREPARER), arguments);
     if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit)
         return {};
@@ -220,12 +228,29 @@ void TstPreparer::neverTheInput()
         QCOMPARE(outcome.status, 2);
         QCOMPARE(
             outcome.errors.constLast(),
-            u"« %1 » est le fichier d'origine, qui n'est jamais modifié. Donnez un autre nom à "
+            u"« %1 » est un fichier à préparer, qui n'est jamais modifié. Donnez un autre nom à "
             "la copie."_s.arg(name));
         QCOMPARE(bytesOf(u"arbre.ged"_s), Broken);
         QCOMPARE(run({u"--console"_s, u"--ecraser"_s, u"--rapport"_s, name, u"arbre.ged"_s}).status,
                  2);
         QCOMPARE(bytesOf(u"arbre.ged"_s), Broken);
+    }
+}
+
+/// The copy or the table of one file would take the place of another one.
+void TstPreparer::neverAnotherInput()
+{
+    write(u"k.ged"_s, "0 HEAD\n1 CHAR UTF-8\n0 @3I@ INDI\n1 SEX M\n0 TRLR\n");
+    for (const QString &name : {u"k.prepare.ged"_s, u"k.prepare.identifiants.csv"_s}) {
+        write(name, Broken);
+        const Outcome outcome =
+            run({u"--console"_s, u"--ecraser"_s, u"--identifiants"_s, u"k.ged"_s, name});
+        QCOMPARE(outcome.status, 2);
+        QCOMPARE(outcome.errors.constLast(),
+                 u"« ./%1 » est un fichier à préparer, qui n'est jamais modifié. Donnez un autre "
+                 "nom à la copie."_s.arg(name));
+        QCOMPARE(bytesOf(name), Broken);
+        QVERIFY(QFile::remove(m_folder->filePath(name)));
     }
 }
 
@@ -270,6 +295,55 @@ void TstPreparer::reports()
         run({u"--console"_s, u"--rapport"_s, u"r.txt"_s, u"-o"_s, u"x.ged"_s, u"arbre.ged"_s});
     QCOMPARE(again.status, 2);
     QVERIFY(!files().contains(u"x.ged"_s));
+}
+
+/// Nor does the report take the place of what is written beside it, by whatever name.
+void TstPreparer::reportInTheWay()
+{
+    QVERIFY(QFile::link(m_folder->path(), m_folder->filePath(u"lien"_s)));
+    for (const QString &name :
+         {u"bon.prepare.ged"_s, u"lien/bon.prepare.ged"_s, u"bon.prepare.identifiants.csv"_s,
+          u"lien/bon.prepare.identifiants.csv"_s}) {
+        const Outcome outcome =
+            run({u"--console"_s, u"--identifiants"_s, u"--rapport"_s, name, u"bon.ged"_s});
+        QCOMPARE(outcome.status, 2);
+        QCOMPARE(outcome.errors,
+                 QStringList{u"« %1 » est un fichier à préparer, sa copie ou la table de ses "
+                             "identifiants. Donnez un autre nom au rapport."_s.arg(name)});
+        QCOMPARE(files(), QStringList({u"arbre.ged"_s, u"bon.ged"_s}));
+    }
+}
+
+/// A file without records has found nothing that could be told.
+void TstPreparer::refusedReports()
+{
+    write(u"texte.ged"_s, "bonjour\n");
+    write(u"fin.ged"_s, "0 TRLR\n");
+    const Outcome json = run({u"--console"_s, u"--json"_s, u"texte.ged"_s, u"fin.ged"_s});
+    QCOMPARE(json.status, 2);
+    const QByteArray text = json.output.join(u'\n').toUtf8();
+    const QJsonArray files = QJsonDocument::fromJson(text).object().value("fichiers"_L1).toArray();
+    QCOMPARE(files.size(), 2);
+    for (const QJsonValue &file : files) {
+        QVERIFY(file["refus"_L1].toString().startsWith(u"Ce fichier n'est pas un texte GEDCOM"));
+        QVERIFY(file["occurrences"_L1].toArray().isEmpty());
+    }
+    QCOMPARE(run({u"--console"_s, u"--codage"_s, u"UTF-16LE"_s, u"--json"_s, u"bon.ged"_s}).status,
+             2);
+    QCOMPARE(run({u"--console"_s, u"--rapport"_s, u"r.txt"_s, u"fin.ged"_s}).status, 2);
+    QCOMPARE(linesOf(bytesOf(u"r.txt"_s)).value(0), u"Fichier : fin.ged"_s);
+}
+
+/// What scripts read must be whole.
+void TstPreparer::fullOutput()
+{
+    for (const QString &format : {u"--json"_s, u"--ecraser"_s}) {
+        const Outcome outcome =
+            run({u"--console"_s, u"--ecraser"_s, format, u"bon.ged"_s}, u"/dev/full"_s);
+        QCOMPARE(outcome.status, 2);
+        QCOMPARE(outcome.errors, QStringList{u"La sortie n'a pas pu être écrite. Vérifiez la place "
+                                             "sur le disque."_s});
+    }
 }
 
 void TstPreparer::json()
@@ -339,7 +413,7 @@ void TstPreparer::withoutConsole()
 {
     const QList<QStringList> lines{{u"arbre.ged"_s, u"bon.ged"_s}, {u"--json"_s, u"arbre.ged"_s}};
     for (const QStringList &arguments : lines) {
-        const Outcome outcome = run(arguments, u"offscreen"_s);
+        const Outcome outcome = run(arguments);
         QCOMPARE(outcome.status, 2);
         QCOMPARE(outcome.errors,
                  QStringList{u"La fenêtre prend un fichier et pas d'option ; ajoutez --console, ou "
