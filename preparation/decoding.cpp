@@ -54,6 +54,21 @@ qsizetype sequenceSize(char first)
     return byte < 0xF0 ? 3 : 4;
 }
 
+/// Whether a sequence of UTF-8 is a control character from 0x80 on.
+bool isControl(QByteArrayView sequence)
+{
+    return sequence.size() > 1 && sequence[0] == '\xC2' && uchar(sequence[1]) < 0xA0;
+}
+
+bool hasControls(QByteArrayView utf8)
+{
+    for (qsizetype i = utf8.indexOf('\xC2'); i >= 0; i = utf8.indexOf('\xC2', i + 1)) {
+        if (isControl(utf8.sliced(i)))
+            return true;
+    }
+    return false;
+}
+
 /// A sequence that the end of the line at \p at cuts in two is appended behind the beginning of the
 /// CONC line below. Returns the index that comes next, or -1 if there is none.
 qsizetype joinCutSequence(QByteArrayView bytes, qsizetype at, DecodedText *text)
@@ -67,7 +82,7 @@ qsizetype joinCutSequence(QByteArrayView bytes, qsizetype at, DecodedText *text)
         return -1;
     const QByteArray sequence =
         bytes.sliced(at, size - rest).toByteArray() + bytes.sliced(value, rest).toByteArray();
-    if (!sequence.isValidUtf8())
+    if (!sequence.isValidUtf8() || isControl(sequence))
         return -1;
     text->append(bytes.sliced(lineEnd, value - lineEnd));
     text->append(sequence);
@@ -76,7 +91,7 @@ qsizetype joinCutSequence(QByteArrayView bytes, qsizetype at, DecodedText *text)
 
 Decoded decodeUtf8(QByteArrayView bytes)
 {
-    if (bytes.isValidUtf8())
+    if (bytes.isValidUtf8() && !hasControls(bytes))
         return {QByteArray::fromRawData(bytes.data(), bytes.size()), {}};
 
     DecodedText text(bytes.size());
@@ -88,7 +103,11 @@ Decoded decodeUtf8(QByteArrayView bytes)
             break;
         const qsizetype size = sequenceSize(bytes.at(i));
         if (size > 0 && size <= bytes.size() - i && bytes.sliced(i, size).isValidUtf8()) {
-            text.append(bytes.sliced(i, size));
+            const QByteArrayView sequence = bytes.sliced(i, size);
+            if (isControl(sequence))
+                text.appendUndecoded(sequence);
+            else
+                text.append(sequence);
             i += size;
         } else if (const qsizetype next = joinCutSequence(bytes, i, &text); next > 0) {
             i = next;
@@ -117,7 +136,7 @@ Decoded decodeUtf16(QByteArrayView bytes, char16_t (*unitAt)(const void *))
         if (c.isHighSurrogate() && i + 1 < units && unit(i + 1).isLowSurrogate()) {
             decoded += c;
             decoded += unit(++i);
-        } else if (c.isSurrogate()) {
+        } else if (c.isSurrogate() || (c.unicode() >= 0x80 && c.unicode() < 0xA0)) {
             flush();
             text.appendUndecoded(bytes.sliced(2 * i, 2));
         } else {

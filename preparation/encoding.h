@@ -69,7 +69,8 @@ struct Decoded
 /// A character whose bytes were cut in two, its second half in the CONC line below, stands whole at
 /// the beginning of the value there.
 ///
-/// Valid UTF-8 is not copied: the result then points into \p bytes, which must outlive it.
+/// Valid UTF-8 without such is not copied: the result then points into \p bytes, which must outlive
+/// it.
 [[nodiscard]] Decoded decode(QByteArrayView bytes, Encoding encoding);
 
 #endif // ENCODING_H

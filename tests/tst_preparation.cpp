@@ -84,6 +84,7 @@ private slots:
     void occurrences();
     void encodings_data();
     void encodings();
+    void highControls();
     void identifiers();
     void identifiersThatAreFree();
     void proof_data();
@@ -403,6 +404,22 @@ void TstPreparation::encodings()
         preparation.copy.startsWith("0 HEAD\n1 CHAR UTF-8\n0 @I1@ INDI\n1 NAME René /LEGUÉ/\n"));
     QVERIFY(preparation.copy.endsWith("\n0 TRLR\n"));
     QCOMPARE(countsOf(preparation), counts);
+}
+
+/// Control characters from 0x80 on stand in the copy by their bytes, and are told.
+void TstPreparation::highControls()
+{
+    const QString text = u"0 HEAD\n1 CHAR UTF-8\n1 NOTE n\u00B0 a\u0092b\u009F\n0 TRLR\n"_s;
+    const Preparation utf8 = prepare(text.toUtf8(), {});
+    QCOMPARE(utf8.copy, "0 HEAD\n1 CHAR UTF-8\n1 NOTE n\xC2\xB0 a<C292>b<C29F>\n0 TRLR\n");
+    QCOMPARE(countsOf(utf8), QStringList{u"octets 2"_s});
+    QCOMPARE(utf8.undecoded.constFirst().line, 3);
+    QCOMPARE(utf8.undecoded.constFirst().column, 12);
+
+    const QByteArray little(reinterpret_cast<const char *>(text.utf16()), 2 * text.size());
+    const Preparation utf16 = prepare(little, {});
+    QCOMPARE(utf16.copy, "0 HEAD\n1 CHAR UTF-8\n1 NOTE n\xC2\xB0 a<9200>b<9F00>\n0 TRLR\n");
+    QCOMPARE(countsOf(utf16), QStringList({u"codage 1"_s, u"octets 2"_s}));
 }
 
 void TstPreparation::identifiers()
