@@ -23,7 +23,7 @@ char letterOf(QByteArrayView tag)
         if (isTag(tag, row.tag))
             return row.letter;
     }
-    return 'X';
+    return tag.startsWith("NOTE") ? 'N' : 'X'; // its text may be glued to the tag
 }
 
 bool isDigit(char c)
@@ -60,17 +60,23 @@ struct Record
 /// What a text has of identifiers.
 struct Inventory
 {
+    QList<QByteArray> cleaned; // lines that had control characters
     QList<Record> records; // each identifier once
     QSet<QByteArrayView> taken; // what no record may be called: others are, or a pointer says so
 };
 
-Inventory takeInventory(QByteArrayView source)
+Inventory takeInventory(QByteArrayView source, bool hasCleanLines)
 {
     Inventory inventory;
+    const auto cleaned = [&](QByteArrayView text) -> QByteArrayView {
+        if (!hasCleanLines || !hasControls(text))
+            return text;
+        return inventory.cleaned.emplaceBack(withoutControls(text));
+    };
     QSet<QByteArrayView> known;
     LineReader reader(source);
     while (!reader.atEnd()) {
-        const GedLine line = readGedLine(reader.readLine());
+        const GedLine line = readGedLine(cleaned(reader.readLine()));
         if (line.level == 0 && !line.identifier.isEmpty()) {
             const char letter = letterOf(line.tag);
             if (hasForm(line.identifier, letter))
@@ -78,8 +84,8 @@ Inventory takeInventory(QByteArrayView source)
             else if (!known.contains(line.identifier))
                 inventory.records.append({line.identifier, letter});
             known.insert(line.identifier);
-        } else if (isPointer(line.value)) {
-            inventory.taken.insert(line.value);
+        } else if (const QByteArrayView pointer = pointerOf(line); !pointer.isEmpty()) {
+            inventory.taken.insert(pointer);
         }
     }
     return inventory;
@@ -93,9 +99,9 @@ bool hasSeenForm(QByteArrayView tag, QByteArrayView identifier)
     return QByteArrayView("IFSOR").indexOf(letter) < 0 || hasForm(identifier, letter);
 }
 
-QList<RenamedIdentifier> renameIdentifiers(QByteArrayView source)
+QList<RenamedIdentifier> renameIdentifiers(QByteArrayView source, bool hasCleanLines)
 {
-    const Inventory inventory = takeInventory(source);
+    const Inventory inventory = takeInventory(source, hasCleanLines);
     QSet<QByteArray> given;
     const auto isFree = [&](const QByteArray &identifier) {
         return !inventory.taken.contains(identifier) && !given.contains(identifier);

@@ -17,7 +17,7 @@ using Renames = QHash<QByteArray, QByteArray>;
 
 /// Finds an identifier of its form for each record of \p source that has another one. The number in
 /// the old one is kept where it is free, and no pointer that leads nowhere begins to lead
-/// somewhere.
-[[nodiscard]] QList<RenamedIdentifier> renameIdentifiers(QByteArrayView source);
+/// somewhere. \p hasCleanLines: the copy will have the lines without their control characters.
+[[nodiscard]] QList<RenamedIdentifier> renameIdentifiers(QByteArrayView source, bool hasCleanLines);
 
 #endif // IDENTIFIERS_H

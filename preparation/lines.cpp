@@ -130,10 +130,14 @@ bool isContinuation(QByteArrayView tag)
     return tag == "CONT" || tag == "CONC";
 }
 
-bool isPointer(QByteArrayView value)
+QByteArrayView pointerOf(const GedLine &line)
 {
-    return value.size() > 2 && value.front() == '@' && value[1] != '#'
-        && value.indexOf('@', 1) == value.size() - 1;
+    QByteArrayView value = line.value.sliced(skipBlanks(line.value, 0));
+    while (!value.isEmpty() && isBlank(value.back()))
+        value.chop(1);
+    const bool isPointer = value.size() > 2 && value.front() == '@' && value[1] != '#'
+                        && value.indexOf('@', 1) == value.size() - 1;
+    return isPointer && !isContinuation(line.tag) ? value : QByteArrayView();
 }
 
 bool hasControls(QByteArrayView text)

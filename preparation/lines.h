@@ -72,8 +72,9 @@ struct GedLine
 /// Whether \p tag marks a continuation line: CONT or CONC.
 [[nodiscard]] bool isContinuation(QByteArrayView tag);
 
-/// Whether \p value is a pointer to a record, "@I1@", and no escape, "@#DJULIAN@".
-[[nodiscard]] bool isPointer(QByteArrayView value);
+/// The pointer to a record, "@I1@", that all of the value is but for blanks around it. Empty if it
+/// is none: an escape, "@#DJULIAN@", or the text of a continuation line.
+[[nodiscard]] QByteArrayView pointerOf(const GedLine &line);
 
 /// Whether there are characters in the text that no line of text has: those below the blank, but
 /// for the tab, and DEL.

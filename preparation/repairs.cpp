@@ -178,7 +178,10 @@ private:
     bool m_inVersion = false; // of the character set
     qsizetype m_undecoded = 0; // the next to be noted
     QHash<QByteArray, QByteArray> m_renames;
-    QByteArray m_clean; // the present line, if it had control characters
+    bool m_isPointer = false; // the value of the line written last
+    // Parts of the present line that are not in the source:
+    QByteArray m_clean; // the line, if it had control characters
+    QByteArray m_pointer; // the value, if it is a renamed pointer
 };
 
 bool Repairer::run(const Progress &progress)
@@ -400,16 +403,19 @@ bool Repairer::rename(GedLine *line)
 {
     if (m_renames.isEmpty())
         return false;
-    const auto replace = [this](QByteArrayView *word) {
-        const auto found = m_renames.constFind(QByteArray::fromRawData(word->data(), word->size()));
-        if (found == m_renames.constEnd())
-            return false;
-        *word = *found;
-        m_writer.note(Finding::Identifier);
-        return true;
-    };
-    return line->level == 0 ? replace(&line->identifier)
-                            : isPointer(line->value) && replace(&line->value);
+    const QByteArrayView before = line->level == 0 ? line->identifier : pointerOf(*line);
+    const auto found = m_renames.constFind(QByteArray::fromRawData(before.data(), before.size()));
+    if (found == m_renames.constEnd())
+        return false;
+    if (line->level == 0) {
+        line->identifier = *found;
+    } else {
+        const qsizetype begin = before.data() - line->value.data();
+        m_pointer = line->value.toByteArray().replace(begin, before.size(), *found);
+        line->value = m_pointer;
+    }
+    m_writer.note(Finding::Identifier);
+    return true;
 }
 
 bool Repairer::layOut(GedLine *line)
@@ -433,7 +439,7 @@ void Repairer::prepareRenames()
 {
     if (!isOn(Finding::Identifier))
         return;
-    m_preparation->identifiers = renameIdentifiers(m_preparation->source);
+    m_preparation->identifiers = renameIdentifiers(m_preparation->source, isOn(Finding::Control));
     for (const RenamedIdentifier &renamed : std::as_const(m_preparation->identifiers))
         m_renames.insert(renamed.before, renamed.after);
 }
@@ -573,7 +579,7 @@ void Repairer::warnOf(const GedLine &line)
         m_writer.noteLast(Finding::SmallTag);
     if (line.tag == "OBJE" && line.level > 0 && isBlank(line.value))
         m_writer.noteLast(Finding::InlineMedia);
-    if (line.tag == "SOUR" && line.level != 2 && m_record.hasEvents && isPointer(line.value))
+    if (line.tag == "SOUR" && line.level != 2 && m_record.hasEvents && !pointerOf(line).isEmpty())
         m_writer.noteLast(Finding::CitationLevel);
     if (line.tag == "CONC" && m_record.isEmpty && m_writer.lineCount() == m_record.firstLine + 2)
         m_writer.noteLast(Finding::GluedText);

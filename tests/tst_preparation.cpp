@@ -87,6 +87,8 @@ private slots:
     void highControls();
     void identifiers();
     void identifiersThatAreFree();
+    void oddIdentifiers_data();
+    void oddIdentifiers();
     void proof_data();
     void proof();
     void verdicts();
@@ -454,6 +456,48 @@ void TstPreparation::identifiersThatAreFree()
     const QByteArray file = fileOf("0 @P5@ INDI\n1 SEX M\n0 @5@ INDI\n1 ALIA @P5@\n");
     QCOMPARE(prepare(file, optionsOf({u"identifiants"_s}, {})).copy,
              fileOf("0 @I5@ INDI\n1 SEX M\n0 @I1@ INDI\n1 ALIA @I5@\n"));
+}
+
+void TstPreparation::oddIdentifiers_data()
+{
+    QTest::addColumn<QByteArray>("lines");
+    QTest::addColumn<QByteArray>("expected");
+    QTest::addColumn<QByteArray>("table");
+
+    QTest::newRow("blanks around a pointer")
+        << QByteArray("0 @p1@ INDI\n1 SEX M\n0 @f1@ FAM\n1 WIFE  @p1@\n1 HUSB \t@p1@ \t\n")
+        << QByteArray("0 @I1@ INDI\n1 SEX M\n0 @F1@ FAM\n1 WIFE  @I1@\n1 HUSB \t@I1@ \t\n")
+        << QByteArray("@p1@ @I1@\n@f1@ @F1@\n");
+    QTest::newRow("a pointer that leads nowhere, with a blank behind it")
+        << QByteArray("0 @p1@ INDI\n1 ALIA @I1@ \n") << QByteArray("0 @I2@ INDI\n1 ALIA @I1@ \n")
+        << QByteArray("@p1@ @I2@\n");
+    QTest::newRow("a text that looks like a pointer")
+        << QByteArray("0 @p1@ INDI\n1 NOTE @p1@\n2 CONT @p1@\n1 NOTE x\n2 CONC @p1@\n")
+        << QByteArray("0 @I1@ INDI\n1 NOTE @I1@\n2 CONT @p1@\n1 NOTE x\n2 CONC @p1@\n")
+        << QByteArray("@p1@ @I1@\n");
+    QTest::newRow("a note whose text is glued to the tag")
+        << QByteArray("0 @z@ NOTEa\n1 CONT b\n") << QByteArray("0 @N1@ NOTE a\n1 CONT b\n")
+        << QByteArray("@z@ @N1@\n");
+    QTest::newRow("control characters in an identifier")
+        << QByteArray("0 @p\x01"
+                      "9@ INDI\n1 ALIA @p9\x02@\n")
+        << QByteArray("0 @I9@ INDI\n1 ALIA @I9@\n") << QByteArray("@p9@ @I9@\n");
+}
+
+void TstPreparation::oddIdentifiers()
+{
+    QFETCH(QByteArray, lines);
+    QFETCH(QByteArray, expected);
+    QFETCH(QByteArray, table);
+
+    const Options options = optionsOf({u"identifiants"_s}, {});
+    const Preparation preparation = prepare(fileOf(lines), options);
+    QCOMPARE(preparation.copy, fileOf(expected));
+    QByteArray renamed;
+    for (const RenamedIdentifier &identifier : preparation.identifiers)
+        renamed += identifier.before + ' ' + identifier.after + '\n';
+    QCOMPARE(renamed, table);
+    QCOMPARE(prepare(preparation.copy, options).copy, preparation.copy);
 }
 
 void TstPreparation::proof_data()
