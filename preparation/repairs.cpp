@@ -78,6 +78,25 @@ bool isKnownRecord(QByteArrayView tag)
     return tag == "INDI" || tag == "FAM" || tag == "SOUR" || tag == "OBJE" || tag == "REPO";
 }
 
+/// Whether blanks behind the tag would make the line a record of unknown kind.
+bool endsInBlank(const GedLine &line)
+{
+    return line.level == 0 && line.hasBlank && isKnownRecord(line.tag) && isBlank(line.value);
+}
+
+/// Whether the tag of a record is what is left of a damaged identifier.
+bool isHalfIdentifier(QByteArrayView tag)
+{
+    return tag.startsWith('@') || tag.endsWith('@');
+}
+
+/// Whether the line is a trailer and nothing more.
+bool isBareTrailer(const GedLine &line)
+{
+    return line.level == 0 && line.identifier.isEmpty() && isTag(line.tag, "TRLR")
+        && isBlank(line.value);
+}
+
 GedLine makeLine(int level, QByteArrayView tag, QByteArrayView value = {})
 {
     GedLine line;
@@ -222,7 +241,7 @@ bool Repairer::isGedLine(const GedLine &line) const
         return false;
     if (line.level == 0)
         return !line.identifier.isEmpty() || isCapitalTag(line.tag) || line.tag.startsWith('_')
-            || isTag(line.tag, "HEAD") || isTag(line.tag, "TRLR");
+            || isTag(line.tag, "HEAD") || isTag(line.tag, "TRLR") || isHalfIdentifier(line.tag);
     // Where the level fits, Varlune takes the line as it is, whatever its tag.
     return line.level <= m_levels.previous() + 1
         || (line.level <= MaxStandardLevel && isCapitalTag(line.tag));
@@ -305,8 +324,7 @@ void Repairer::noteUndecoded()
 /// Whether the line is a trailer, which is written at the end.
 bool Repairer::isTrailer(QByteArrayView text, const GedLine &line)
 {
-    if (!isOn(Finding::Trailer) || line.level != 0 || !line.identifier.isEmpty()
-        || !isTag(line.tag, "TRLR") || !isBlank(line.value))
+    if (!isOn(Finding::Trailer) || !isBareTrailer(line))
         return false;
     m_trailer.source = m_writer.source();
     m_trailer.isLast = true;
@@ -422,12 +440,10 @@ bool Repairer::layOut(GedLine *line)
 {
     if (!isOn(Finding::Layout))
         return false;
-    // A blank behind it would make it a record of unknown kind.
-    const bool endsInBlank =
-        line->level == 0 && line->hasBlank && isKnownRecord(line->tag) && isBlank(line->value);
-    if (line->isPlain && !endsInBlank)
+    const bool isOpenEnded = endsInBlank(*line);
+    if (line->isPlain && !isOpenEnded)
         return false;
-    if (endsInBlank) {
+    if (isOpenEnded) {
         line->hasBlank = false;
         line->value = {};
     }
@@ -485,7 +501,7 @@ void Repairer::beginRecord(const GedLine &line)
     m_record.hasEvents = line.tag == "INDI" || line.tag == "FAM";
     m_record.takesText = line.tag == "NOTE" || line.tag == "SNOTE" || line.tag.startsWith('_');
     m_record.isSubmission = isTag(line.tag, "SUBN");
-    m_record.isTrailer = isTag(line.tag, "TRLR");
+    m_record.isTrailer = isBareTrailer(line);
     m_record.isEmpty = !line.identifier.isEmpty() && line.value.isEmpty();
 }
 
@@ -589,7 +605,8 @@ void Repairer::warnOf(const GedLine &line)
 
 void Repairer::warnOfRecord(const GedLine &line)
 {
-    if (!line.identifier.isEmpty() && !hasSeenForm(line.tag, line.identifier))
+    if ((!line.identifier.isEmpty() && !hasSeenForm(line.tag, line.identifier))
+        || isHalfIdentifier(line.tag))
         m_writer.noteLast(Finding::IdentifierForm);
 }
 

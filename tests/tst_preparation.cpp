@@ -184,6 +184,11 @@ void TstPreparation::repairs_data()
     row("an unknown record of one line", "0 _PUBLISH\n", "0 _PUBLISH\n1 CHAN\n2 DATE 5 MAR 2024\n",
         {u"fiche-seule 1"_s});
 
+    row("records with something behind the tag of the trailer",
+        "0 TRLR fin\n0 @T1@ TRLR\n0 TRLR \n",
+        "0 TRLR fin\n1 CHAN\n2 DATE 5 MAR 2024\n0 @T1@ TRLR\n1 CHAN\n2 DATE 5 MAR 2024\n",
+        {u"fiche-seule 2"_s, u"fin 1"_s});
+
     row("an empty note that goes on", "0 @N1@ NOTE\n1 CONC texte\n1 CONC suite\n",
         "0 @N1@ NOTE texte\n1 CONC suite\n", {u"note-vide 1"_s});
     row("with empty continuations", "0 @N1@ NOTE \n1 CONC\n1 CONC  x\n1 CONT y\n",
@@ -281,6 +286,9 @@ void TstPreparation::warnings_data()
         u"media-sans-fiche 1"_s);
     row("identifiers of another form", "0 @P1@ INDI\n1 SEX M\n0 @3F@ FAM\n1 HUSB @P1@\n",
         u"forme-identifiant 2"_s);
+    row("damaged identifiers", "0 @I1 INDI\n1 SEX M\n0 @@ INDI\n1 SEX M\n0 I2@ INDI\n1 SEX M\n",
+        u"forme-identifiant 3"_s);
+    row("a citation with a blank behind it", "0 @I1@ INDI\n1 SOUR @S1@ \n", u"citation 1"_s);
     row("small letters", "0 @I1@ INDI\n1 name Jean\n", u"balise-minuscule 1"_s);
     row("a person that goes on in CONC", "0 @I1@ INDI\n1 CONC x\n", u"conc-sous-fiche 1"_s);
 

@@ -65,7 +65,8 @@ bool readEntry(const QString &line, int previous, Entry *entry)
     const bool isCapital = capitals.match(entry->tag).hasMatch();
     if (entry->level == 0)
         return !entry->identifier.isEmpty() || isCapital || entry->tag.startsWith(u'_')
-            || isTag(*entry, u"HEAD"_s) || isTag(*entry, u"TRLR"_s);
+            || entry->tag.startsWith(u'@') || entry->tag.endsWith(u'@') || isTag(*entry, u"HEAD"_s)
+            || isTag(*entry, u"TRLR"_s);
     return entry->level <= previous + 1 || (entry->level <= 99 && isCapital);
 }
 
