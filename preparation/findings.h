@@ -33,6 +33,8 @@ enum class Finding : quint8 {
     IdentifierForm,
     SmallTag,
     GluedText,
+    GluedPointer,
+    MisreadLine,
     LostLine,
     DeclaredEncoding,
 };

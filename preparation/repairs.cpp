@@ -293,6 +293,8 @@ void Repairer::takeGedLine(QByteArrayView text, GedLine line)
         m_writer.write(line);
     else
         m_writer.write(text, line);
+    if (endsInBlank(line) || (!isChanged && !line.isPlain))
+        m_writer.noteLast(Finding::MisreadLine);
     warnOf(line);
 }
 
@@ -301,6 +303,8 @@ void Repairer::takeText(QByteArrayView text)
 {
     if (!isOn(Finding::NoLevel) || m_writer.lastLevel() == GedLine::NoLevel) {
         m_writer.write(text, {});
+        if (!text.isEmpty() && text.front() >= '0' && text.front() <= '9')
+            m_writer.noteLast(Finding::MisreadLine);
         return;
     }
     GedLine line =
@@ -599,6 +603,9 @@ void Repairer::warnOf(const GedLine &line)
         m_writer.noteLast(Finding::CitationLevel);
     if (line.tag == "CONC" && m_record.isEmpty && m_writer.lineCount() == m_record.firstLine + 2)
         m_writer.noteLast(Finding::GluedText);
+    if (line.tag == "CONC" && m_isPointer)
+        m_writer.noteLast(Finding::GluedPointer);
+    m_isPointer = line.level > 0 && !pointerOf(line).isEmpty();
     if (line.level == 1 && m_record.isHeader && isTag(line.tag, "CHAR") && line.value != "UTF-8")
         m_writer.noteLast(Finding::DeclaredEncoding);
 }

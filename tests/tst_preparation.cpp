@@ -288,6 +288,10 @@ void TstPreparation::warnings_data()
         u"forme-identifiant 2"_s);
     row("damaged identifiers", "0 @I1 INDI\n1 SEX M\n0 @@ INDI\n1 SEX M\n0 I2@ INDI\n1 SEX M\n",
         u"forme-identifiant 3"_s);
+    row("a pointer that goes on in CONC",
+        "0 @I1@ INDI\n1 BIRT\n2 SOUR @S1@\n2 CONC b\n1 FAMS @F1@ \n2 CONC c\n1 NOTE x\n"
+        "2 CONT @F1@\n2 CONC d\n",
+        u"conc-sous-pointeur 2"_s);
     row("a citation with a blank behind it", "0 @I1@ INDI\n1 SOUR @S1@ \n", u"citation 1"_s);
     row("small letters", "0 @I1@ INDI\n1 name Jean\n", u"balise-minuscule 1"_s);
     row("a person that goes on in CONC", "0 @I1@ INDI\n1 CONC x\n", u"conc-sous-fiche 1"_s);
@@ -306,6 +310,14 @@ void TstPreparation::warnings_data()
         << QStringList() << fileOf(deep.chopped(3) + " a\n")
         << QStringList{u"niveaux-profonds 1"_s};
     const QByteArray header = "0 HEAD\n1 CHAR UTF-8\n";
+    const QByteArray numbers = "0 @I1@ INDI\n1 NOTE x\n1914 guerre\n";
+    QTest::newRow("a text that begins with a number")
+        << fileOf(numbers) << QStringList() << QStringList{u"sans-niveau"_s} << fileOf(numbers)
+        << QStringList{u"ligne-mal-lue 1"_s};
+    const QByteArray blanks = "0 @I1@ INDI \n1  SEX M\n1\tNAME x\n1 NOTE  x\n";
+    QTest::newRow("blanks too many")
+        << fileOf(blanks) << QStringList() << QStringList{u"mise-en-forme"_s} << fileOf(blanks)
+        << QStringList{u"ligne-mal-lue 3"_s};
     QTest::newRow("a last line that is lost")
         << header + "1 NOTE x\n"
         << QStringList() << QStringList{u"fin"_s} << header + "1 NOTE x\n"
