@@ -325,6 +325,7 @@ private slots:
     void linkNotes();
     void placeInALinkNote_data();
     void placeInALinkNote();
+    void noRecordWithinARecord();
     void manyLinksInOneNote();
     void noteThatIsAnEventToo();
     void severalLinkNotes_data();
@@ -1168,6 +1169,21 @@ void TstMedialinks::placeInALinkNote_data()
 void TstMedialinks::placeInALinkNote()
 {
     compareLinkNote();
+}
+
+/// A replacement can give a line within a record the form of a source. It begins no record.
+void TstMedialinks::noRecordWithinARecord()
+{
+    const QStringList lines{u"0 @O1@ OBJE"_s, u"1 FILE media/a.jpg"_s, u"0 @I1@ INDI"_s,
+                            u"1 @S1@ SOUR"_s, u"2 OBJE @O1@"_s,        u"1 BIRT"_s,
+                            u"2 SOUR @S1@"_s};
+    Document doc;
+    QVERIFY(doc.load(lines));
+    doc.entry(u"1 @S1@ SOUR"_s)->setText(0, u"0"_s);
+    doc.entry(u"2 OBJE @O1@"_s)->setText(0, u"1"_s);
+    QCOMPARE(run(&doc, OneLink, u"sour evt del"_s), 0);
+    QCOMPARE(doc.lines().mid(3),
+             (QStringList{u"0 @S1@ SOUR"_s, u"1 OBJE @O1@"_s, u"1 BIRT"_s, u"2 SOUR @S1@"_s}));
 }
 
 /// More lines than between two refreshes; the first and the last CONT of the note frame the others.
