@@ -157,6 +157,10 @@ std::optional<Encoding> declaredEncoding(const QString &declared, QByteArrayView
     if (encoding == Encoding::Utf8 || encoding == Encoding::Utf16LE
         || encoding == Encoding::Utf16BE)
         return std::nullopt;
+    // Programs of Windows say ISO 8859-1, and write characters that it does not have.
+    if (encoding == Encoding::Latin1 && !decode(sample, Encoding::Latin1).undecoded.isEmpty()
+        && decode(sample, Encoding::Windows1252).undecoded.isEmpty())
+        return std::nullopt;
     return encoding;
 }
 

@@ -400,6 +400,12 @@ void TstPreparation::encodings_data()
     row("LF", "\n");
     row("CR LF", "\r\n");
     row("CR", "\r");
+    QTest::newRow("Windows-1252 that is called ISO 8859-1")
+        << QByteArray(text)
+               .replace('%', "ISO-8859-1")
+               .replace("0 TRLR", "1 NOTE l\x92"
+                                  "an\n0 TRLR")
+        << u"Windows-1252"_s << QStringList{u"codage 2"_s};
     const QString utf16 = u"0 HEAD\n1 CHAR UNICODE\n0 @I1@ INDI\n1 NAME René /LEGUÉ/\n0 TRLR\n"_s;
     const QByteArray little(reinterpret_cast<const char *>(utf16.utf16()), 2 * utf16.size());
     QTest::newRow("UTF-16 with a mark")
