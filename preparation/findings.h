@@ -31,6 +31,7 @@ enum class Finding : quint8 {
     CitationLevel,
     InlineMedia,
     IdentifierForm,
+    UnknownRecord,
     SmallTag,
     GluedText,
     GluedPointer,

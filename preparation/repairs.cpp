@@ -78,6 +78,13 @@ bool isKnownRecord(QByteArrayView tag)
     return tag == "INDI" || tag == "FAM" || tag == "SOUR" || tag == "OBJE" || tag == "REPO";
 }
 
+/// Whether records of that tag need no identifier to be known for what they are.
+bool isUsualRecord(QByteArrayView tag)
+{
+    return isKnownRecord(tag) || tag.startsWith('_') || isTag(tag, "HEAD") || isTag(tag, "TRLR")
+        || isTag(tag, "NOTE") || isTag(tag, "SNOTE") || isTag(tag, "SUBM") || isTag(tag, "SUBN");
+}
+
 /// Whether blanks behind the tag would make the line a record of unknown kind.
 bool endsInBlank(const GedLine &line)
 {
@@ -615,6 +622,8 @@ void Repairer::warnOfRecord(const GedLine &line)
     if ((!line.identifier.isEmpty() && !hasSeenForm(line.tag, line.identifier))
         || isHalfIdentifier(line.tag))
         m_writer.noteLast(Finding::IdentifierForm);
+    else if (line.identifier.isEmpty() && !isUsualRecord(line.tag))
+        m_writer.noteLast(Finding::UnknownRecord);
 }
 
 } // namespace

@@ -162,8 +162,6 @@ void TstPreparation::repairs_data()
         "0 @I1@ INDI\n1 NOTE un\n2 CONT 0 euros\n", {u"sans-niveau 1"_s});
     row("below a record", "0 @I1@ INDI\nun\n", "0 @I1@ INDI\n1 CONT un\n", {u"sans-niveau 1"_s});
 
-    row("below a record with the tag of a continuation", "0 CONT x\nun\n", "0 CONT x\n1 CONT un\n",
-        {u"sans-niveau 1"_s});
     row("a line of marks alone", "0 @I1@ INDI\n1 SEX M\n\xEF\xBB\xBF\n", "0 @I1@ INDI\n1 SEX M\n",
         {u"mise-en-forme 1"_s});
     row("a level below a folded line", "0 @N1@ NOTE\n1 CONC a\n2 SOUR @S1@\n",
@@ -293,6 +291,8 @@ void TstPreparation::warnings_data()
         "2 CONT @F1@\n2 CONC d\n",
         u"conc-sous-pointeur 2"_s);
     row("a citation with a blank behind it", "0 @I1@ INDI\n1 SOUR @S1@ \n", u"citation 1"_s);
+    row("a text that begins with 0 and a word in capitals", "0 KG a la naissance\n1 NOTE x\n",
+        u"fiche-inconnue 1"_s);
     row("small letters", "0 @I1@ INDI\n1 name Jean\n", u"balise-minuscule 1"_s);
     row("a person that goes on in CONC", "0 @I1@ INDI\n1 CONC x\n", u"conc-sous-fiche 1"_s);
 
@@ -310,6 +310,10 @@ void TstPreparation::warnings_data()
         << QStringList() << fileOf(deep.chopped(3) + " a\n")
         << QStringList{u"niveaux-profonds 1"_s};
     const QByteArray header = "0 HEAD\n1 CHAR UTF-8\n";
+    QTest::newRow("below a record with the tag of a continuation")
+        << fileOf("0 CONT x\nun\n") << QStringList() << QStringList()
+        << fileOf("0 CONT x\n1 CONT un\n")
+        << QStringList({u"sans-niveau 1"_s, u"fiche-inconnue 1"_s});
     const QByteArray numbers = "0 @I1@ INDI\n1 NOTE x\n1914 guerre\n";
     QTest::newRow("a text that begins with a number")
         << fileOf(numbers) << QStringList() << QStringList{u"sans-niveau"_s} << fileOf(numbers)
