@@ -1,6 +1,6 @@
 # Holds what tells version and date by itself against the About box: the newest release of the metadata,
-# the heading of the changelog, the packages that the README names, and the version that the program was
-# built with, VERSION.
+# the heading of the changelog, the packages that the README and the manual name, and the version that
+# the program was built with, VERSION.
 include(${CMAKE_CURRENT_LIST_DIR}/../packaging/release.cmake)
 set(project "${CMAKE_CURRENT_LIST_DIR}/..")
 
@@ -22,14 +22,16 @@ if(NOT newest STREQUAL "## ${varlune_version} (${varlune_date})")
         "the About box tells ${varlune_version} of ${varlune_date}")
 endif()
 
-file(READ "${project}/README.md" readme)
-string(REGEX MATCHALL "varlune[-_][0-9]+\\.[0-9.]*[0-9]" names "${readme}")
-list(REMOVE_DUPLICATES names)
-foreach(name ${names})
-    if(NOT name MATCHES "^varlune[-_]${varlune_version}$")
-        message(FATAL_ERROR "README.md names a package ${name}, the About box tells ${varlune_version}")
+foreach(page README.md docs/manuel/01-premiere-heure.adoc)
+    file(READ "${project}/${page}" text)
+    string(REGEX MATCHALL "varlune[-_][0-9]+[.][0-9.]*[0-9]" packages "${text}")
+    if(NOT packages)
+        message(FATAL_ERROR "${page} names no package")
     endif()
+    foreach(package IN LISTS packages)
+        string(REGEX REPLACE "^varlune[-_]" "" version ${package})
+        if(NOT version STREQUAL varlune_version)
+            message(FATAL_ERROR "${page} names ${package}, the About box tells ${varlune_version}")
+        endif()
+    endforeach()
 endforeach()
-if(NOT names)
-    message(FATAL_ERROR "README.md names no package")
-endif()
