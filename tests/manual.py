@@ -82,8 +82,6 @@ def template(text):
 def check_quotes():
     templates = [template(text) for text in program_texts() if re.sub(r"%\d|\W", "", text)]
     for chapter in [*CHAPTERS, MANUAL / "manuel.adoc"]:
-        if chapter.name == "10-preparer.adoc" and not (ROOT / "preparation").exists():
-            continue  # the companion is not among these sources yet
         for found in re.finditer(r'\*\*"(.+?)"\*\*', chapter.read_text(encoding="utf-8"), re.DOTALL):
             quote = plain(found[1]).replace("\\", "").replace("&", "").strip()
             # A quote may leave out what comes at the end, behind a blank.
@@ -121,24 +119,27 @@ def check_labels(text):
 
 
 def check_companion():
-    """The chapter on the companion tells each of its options and repairs by name."""
+    """The chapter on the companion tells each of its options, repairs and warnings."""
     chapter = plain((MANUAL / "10-preparer.adoc").read_text(encoding="utf-8"))
     console, findings = (ROOT / "preparation" / name for name in ("console.cpp", "findings.cpp"))
-    if not console.exists():
-        return  # not among these sources yet
     options = set()
     for found in re.finditer(r"m_\w+\(\s*(u\"[\w-]+\"_s|\{[^}]*\})", console.read_text(encoding="utf-8")):
         options |= set(re.findall(r'u"([\w-]+)"_s', found[1]))
-    repairs = set(re.findall(r'\{Finding::\w+, (?:repair|onRequest), u"([\w-]+)"_s',
-                             findings.read_text(encoding="utf-8")))
-    if not options or not repairs:
-        fault("no options or repairs found in preparation/")
+    types = findings.read_text(encoding="utf-8")
+    repairs = set(re.findall(r'\{Finding::\w+, (?:repair|onRequest), u"([\w-]+)"_s', types))
+    warnings = {literal(found[1]) for found in re.finditer(
+        rf'\{{Finding::\w+, warning, u"[\w-]+"_s,\s*tr\(({LITERALS})', types)}
+    if not options or not repairs or not warnings:
+        fault("no options, repairs or warnings found in preparation/")
     for option in sorted(options):
         if not re.search(rf"`{'-' * min(len(option), 2)}{option}[` ]", chapter):
             fault(f"10-preparer.adoc does not tell the option {option}")
     for repair in sorted(repairs):
         if f"`{repair}`" not in chapter:
             fault(f"10-preparer.adoc does not tell the repair {repair}")
+    for warning in sorted(warnings):
+        if f'**"{warning}"**' not in chapter:
+            fault(f"10-preparer.adoc does not tell the warning {warning}")
 
 
 def check_figures():
