@@ -26,6 +26,27 @@ DATA = ROOT / "tests" / "data"
 SCALE = 2  # pixels a point
 RED = "#c0182b"
 
+# What the companion is shown with: one of most things that it repairs.
+UNPREPARED = """\
+0 HEAD
+1 SOUR ANCIEN
+1 CHAR ANSI
+0 @U1@ SUBM
+0 @I1@ INDI
+1 NAME Zoé /LEFÈVRE/
+1 BIRT
+3 DATE 6 MAR 1812
+1 NOTE Baptisée le lendemain,
+marraine Thérèse Dubois
+0 @P2@ INDI
+  1 NAME Jérôme /LEFÈVRE/
+1 BIRT
+2 OBJE
+3 FILE photos/jerome.jpg
+0 @N1@ NOTE
+1 CONC Relevés faits à Tours
+"""
+
 
 def run(*command):
     return subprocess.run(command, check=True, capture_output=True, text=True).stdout
@@ -73,17 +94,17 @@ def area(node):
 class Program:
     """A program at work in a folder of its own, with a PARAM.INI of the given lines."""
 
-    def __init__(self, programs, work, settings=()):
+    def __init__(self, programs, work, settings=(), program="varlune", arguments=()):
         self.folder = Path(work) / "programme"
         shutil.rmtree(self.folder, ignore_errors=True)
         self.folder.mkdir()
-        shutil.copy(Path(programs) / "varlune", self.folder)
+        executable = shutil.copy(Path(programs) / program, self.folder)
         (self.folder / "PARAM.INI").write_text("\n".join(settings) + "\n", encoding="utf-8")
         (self.folder / "SEQUENCE.INI").write_text("", encoding="utf-8")
         environment = dict(os.environ, QT_QPA_PLATFORM="xcb", QT_QPA_PLATFORMTHEME="",
                            QT_STYLE_OVERRIDE="Fusion", QT_SCALE_FACTOR=str(SCALE),
                            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LC_ALL="C.UTF-8", HOME=str(work))
-        self.process = subprocess.Popen([self.folder / "varlune"], cwd=self.folder, env=environment,
+        self.process = subprocess.Popen([executable, *arguments], cwd=self.folder, env=environment,
                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
     def __enter__(self):
@@ -206,9 +227,9 @@ class Program:
             time.sleep(0.3)
             below = place.bottom
 
-    def widened(self, width, height=967):
+    def widened(self, width, height=967, title="^Varlune v"):
         """The main window, of this size in points."""
-        window = self.window("^Varlune v")
+        window = self.window(title)
         run("xdotool", "windowsize", "--sync", window, str(width * SCALE), str(height * SCALE))
         time.sleep(0.5)
         return window
@@ -414,6 +435,30 @@ class Pictures:
     def filtre_multiusage(self):
         tool = "Sources utilisées plusieurs fois"
         self._review("filtre-multiusage", tool, lambda varlune: varlune.click(tool))
+
+    # ---- the companion
+
+    def preparer(self):
+        document = Path(self.work) / "arbre.ged"
+        document.write_text(UNPREPARED, encoding="cp1252")
+        with Program(self.programs, self.work, program="preparation/varlune-preparer",
+                     arguments=[document]) as companion:
+            window = companion.widened(1100, 500, "^Préparer pour Varlune$")
+
+            def begins(text):
+                return area(companion.find(lambda node: node.get_name().startswith(text), text))
+            verdict = begins("Varlune ouvrira ce fichier")
+            verdict.right -= 12  # its number stands clear of the buttons
+            companion.click("marraine Thérèse Dubois")
+            found = begins("Trouvé dans le fichier").united(
+                companion.area("Réparations et avertissements"))
+            listed = begins("Liste : ").united(companion.area("Ligne choisie dans la liste"))
+            companion.take("preparer", window, marks=[
+                companion.area("Choisir un fichier…").united(companion.area("Fichier choisi")).grown(2),
+                companion.area("Codage :").united(begins("Windows-1252 : ")).grown(1), verdict,
+                found.grown(2), listed.grown(2),
+                companion.area("Enregistrer la copie…").united(
+                    companion.area("Enregistrer le rapport…")).grown(2)])
 
 
 def main():
