@@ -529,8 +529,9 @@ void TstEncoding::noByteIsLost()
         QByteArray restored;
         for (qsizetype i = 0; i < decoded.utf8.size(); ++i) {
             if (decoded.utf8.at(i) == '<') {
-                restored += QByteArray::fromHex(decoded.utf8.sliced(i + 1, 2));
-                i += 3;
+                const qsizetype end = decoded.utf8.indexOf('>', i);
+                restored += QByteArray::fromHex(decoded.utf8.sliced(i + 1, end - i - 1));
+                i = end;
             } else {
                 restored += decoded.utf8.at(i);
             }
