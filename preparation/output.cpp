@@ -96,7 +96,7 @@ QString saveCopy(const Preparation &preparation, const QString &input, const QSt
                        "un autre nom à la copie.")
                 .arg(path);
     }
-    const QString refusal = refusalOfSize(copy, preparation.copy.size());
+    QString refusal = refusalOfSize(copy, preparation.copy.size());
     if (!refusal.isEmpty())
         return refusal;
     // The table before the copy takes its name: a copy without it would be of no use.
