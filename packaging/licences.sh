@@ -18,13 +18,8 @@ copy_licences() # FOLDER PACKAGE...
     done
 }
 
-# Writes a text for users to FILE, with the marks @VERSION@, @QT@ and @PAQUETS@ filled in, and without the
-# lines on what is not beside it.
+# Writes a text for users to FILE, with the marks @VERSION@, @QT@ and @PAQUETS@ filled in.
 write_text() # SOURCE FILE VERSION PACKAGE...
 {
     sed -e "s/@VERSION@/$3/g" -e "s/@QT@/$PACKAGE_QT/g" -e "s/@PAQUETS@/${*:4}/g" "$1" >"$2"
-    local name
-    for name in varlune-preparer manuel; do
-        compgen -G "$(dirname "$2")/$name*" >/dev/null || sed -i "/^  $name/d" "$2"
-    done
 }

@@ -24,10 +24,9 @@ need_packages()
     }
 }
 
-# Builds the manual, where there is one, into the folder of a build.
+# Builds the manual into the folder of a build.
 build_manual() # BUILD
 {
-    [ -e docs/manuel/build.sh ] || return 0
     need_packages "${MANUAL_PACKAGES[@]}"
     docs/manuel/build.sh "$1/manuel"
 }

@@ -28,7 +28,5 @@ link("${program}/SEQUENCE.INI" "${settings}/SEQUENCE.INI")
 
 file(MAKE_DIRECTORY "${prefix}/bin")
 foreach(name varlune varlune-preparer)
-    if(EXISTS "${program}/${name}")
-        link("${prefix}/bin/${name}" "../lib/varlune/${name}")
-    endif()
+    link("${prefix}/bin/${name}" "../lib/varlune/${name}")
 endforeach()

@@ -26,6 +26,7 @@ set(packaging ${CMAKE_CURRENT_LIST_DIR}/../packaging)
 
 install_to_folder()
 expect_link(usr/bin/varlune ../lib/varlune/varlune)
+expect_link(usr/bin/varlune-preparer ../lib/varlune/varlune-preparer)
 expect_link(usr/lib/varlune/PARAM.INI /etc/varlune/PARAM.INI)
 expect_link(usr/lib/varlune/SEQUENCE.INI /etc/varlune/SEQUENCE.INI)
 expect_same(etc/varlune/PARAM.INI ${packaging}/PARAM.INI)

@@ -22,9 +22,3 @@ execute_process(
 
 file(MAKE_DIRECTORY "${usr}/share/lintian/overrides")
 file(COPY_FILE "${CMAKE_CURRENT_LIST_DIR}/lintian-overrides" "${usr}/share/lintian/overrides/varlune")
-if(NOT pages)
-    file(REMOVE_RECURSE "${usr}/share/man")
-    file(APPEND "${usr}/share/lintian/overrides/varlune"
-        "# The package has been made without the manual, of which the pages are a part.\n"
-        "varlune: no-manual-page [usr/bin/*]\n")
-endif()

@@ -19,7 +19,6 @@ rm -rf "$folder"
 build=$(dirname "$work")/linux
 build_linux "$build" -DVARLUNE_PORTABLE=ON
 cmake --install "$build" --prefix "$folder" --strip
-rmdir --ignore-fail-on-non-empty "$folder/manuel" # where there is no manual
 
 # What of Qt is loaded by name: screens, icons, dead keys, and the frame of windows under Wayland.
 qt_plugins=$(/usr/lib/qt6/bin/qtpaths --query QT_INSTALL_PLUGINS)

@@ -23,7 +23,6 @@ name=varlune-$version-windows-x86_64
 folder=$work/$name
 rm -rf "$folder"
 cmake --install build/windows --prefix "$folder"
-rmdir --ignore-fail-on-non-empty "$folder/manuel" # where there is no manual
 
 # What of Qt is loaded by name, and the libraries of Qt and of the compiler.
 for plugin in platforms/qwindows imageformats/qico styles/qwindowsvistastyle; do
