@@ -305,9 +305,13 @@ void Repairer::takeGedLine(QByteArrayView text, GedLine line)
     warnOf(line);
 }
 
-/// A text without a level goes on where the line before ends.
+/// A text without a level goes on where the line before ends, and goes with it if that is removed.
 void Repairer::takeText(QByteArrayView text)
 {
+    if (m_inVersion) {
+        m_writer.noteRemoved(Finding::Encoding);
+        return;
+    }
     if (!isOn(Finding::NoLevel) || m_writer.lastLevel() == GedLine::NoLevel) {
         m_writer.write(text, {});
         if (!text.isEmpty() && text.front() >= '0' && text.front() <= '9')
@@ -349,7 +353,7 @@ bool Repairer::isCharacterSetVersion(const GedLine &line)
         m_inCharacterSet = m_inVersion = false;
     if (!m_inCharacterSet)
         return false;
-    if (line.level == 2)
+    if (line.level == 2 && !isContinuation(line.tag))
         m_inVersion = isTag(line.tag, "VERS");
     if (!m_inVersion)
         return false;

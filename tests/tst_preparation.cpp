@@ -422,6 +422,10 @@ void TstPreparation::encodings_data()
         << QByteArray("0 HEAD\n1 CHAR ANSEL\n2 VERS ANSI\n3 NOTE x\n0 @I1@ INDI\n"
                       "1 NAME René /LEGUÉ/\n0 TRLR\n")
         << u"UTF-8"_s << QStringList{u"codage 3"_s};
+    QTest::newRow("a version that goes on")
+        << QByteArray("0 HEAD\n1 CHAR ANSEL\n2 VERS 5\n2 CONT b\nc\n0 @I1@ INDI\n"
+                      "1 NAME René /LEGUÉ/\n0 TRLR\n")
+        << u"UTF-8"_s << QStringList{u"codage 4"_s};
 }
 
 void TstPreparation::encodings()

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QRegularExpression>
+#include <QStringDecoder>
 
 #include <algorithm>
 
@@ -28,7 +29,9 @@ QStringList linesOf(const QByteArray &utf8)
 {
     static const QRegularExpression control(u"[\\x01-\\x08\\x0B\\x0C\\x0E-\\x1F\\x7F]"_s);
     static const QRegularExpression blank(u"^[ \\t\\x{FEFF}]*$"_s);
-    QString text = QString::fromUtf8(utf8);
+    // A mark in front is text here: that of the file is gone.
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    QString text = decoder.decode(utf8);
     text.remove(QChar(0)).remove(control);
     text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
     QStringList lines = text.split(u'\n');
@@ -148,15 +151,13 @@ QList<Entry> joined(const QList<Entry> &entries)
     return whole;
 }
 
-/// What a preparation may change in a record.
+/// What a preparation may change in the line of a record: the blanks behind its tag.
 void neutralise(Entry *entry)
 {
-    if (entry->level != 0)
-        return;
     static const QStringList known{u"INDI"_s, u"FAM"_s, u"SOUR"_s, u"OBJE"_s, u"REPO"_s};
-    if (known.contains(entry->tag) && entry->value.trimmed().isEmpty()
-        && !entry->value.contains(u'\n'))
-        entry->value.clear();
+    static const QRegularExpression blanks(u"^[ \\t]+(?=\n|$)"_s);
+    if (entry->level == 0 && known.contains(entry->tag))
+        entry->value.remove(blanks);
 }
 
 /// The entries of a header without its character set.
@@ -197,6 +198,8 @@ QStringList valuesOf(const QByteArray &utf8)
 {
     QList<Entry> entries = entriesOf(utf8);
     closeGaps(&entries);
+    for (Entry &entry : entries)
+        neutralise(&entry);
     entries = joined(entries);
     QStringList values;
     for (qsizetype begin = 0; begin < entries.size();) {
@@ -204,7 +207,6 @@ QStringList valuesOf(const QByteArray &utf8)
         while (end < entries.size() && entries.at(end).level > 0)
             ++end;
         QList<Entry> record = entries.mid(begin, end - begin);
-        neutralise(&record.first());
         if (isTag(record.first(), u"HEAD"_s))
             record = withoutCharacterSet(record);
         record = withoutSecondLine(record);
