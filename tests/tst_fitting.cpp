@@ -362,7 +362,10 @@ void TstFitting::spacingGoesBeforeMarginsBeforeFont()
     const int needed = plain->minimumSizeHint().height();
     enum Reached { Nothing, Spacing, Margins, Font };
     int reached = Nothing;
+    const auto *button = plain->findChild<QWidget *>(u"pbApply"_s);
+    const int buttonHeight = button->sizeHint().height();
     QList<int> points;
+    QList<int> paddings; // taken off a button while the font stays
     for (int height = needed; height >= 480; height -= 5) {
         QApplication::setStyle(QStyleFactory::create(u"fusion"_s));
         const std::unique_ptr<MainWindow> window = makeFullWindow();
@@ -382,10 +385,15 @@ void TstFitting::spacingGoesBeforeMarginsBeforeFont()
         QVERIFY2(now == reached || now == reached + 1, qPrintable(QString::number(height)));
         reached = now;
         points += window->font().pointSize();
+        if (now != Font)
+            paddings += buttonHeight
+                      - window->findChild<QWidget *>(u"pbApply"_s)->sizeHint().height();
     }
     QCOMPARE(reached, int(Font));
     points.erase(std::unique(points.begin(), points.end()), points.end());
     QCOMPARE(points, (QList<int>{9, 8, 7}));
+    paddings.erase(std::unique(paddings.begin(), paddings.end()), paddings.end());
+    QCOMPARE(paddings, (QList<int>{0, 2, 4}));
 }
 
 void TstFitting::widthsStay()

@@ -24,7 +24,7 @@ ROOT = Path(__file__).resolve().parents[2]
 COPY = ROOT / "build" / "mutation"
 PRESET = "dev"
 TOO_LONG = 900  # seconds for one command; an endless loop counts as seen
-SLOW = ("events", "kill", "corpus", "faults")
+SLOW = ("events", "kill", "corpus", "faults", "inifiles")
 
 OPERATORS = {" == ": " != ", " != ": " == ", " < ": " <= ", " <= ": " < ", " > ": " >= ",
              " >= ": " > ", " && ": " || ", " || ": " && ", " + ": " - ", " - ": " + ",
