@@ -1051,6 +1051,16 @@ void TstDatefilter::replacedTexts_data()
                     u"+0 MARR"_s, u" 2 DATE 12 MAR 1805"_s, u"*2 SOUR @S1@ | 12 MAR 1805 | 1840"_s}
             + s1,
         1);
+    const QStringList reader{u" 0 @I2@ INDI"_s, u" 1 SEX F"_s};
+    row("line of another record that reads as the husband, who comes later",
+        reader + QStringList{u" 1 @I1@ INDI"_s, u" 0 @I1@ INDI"_s, u" 1 FAMS @F1@"_s}
+            + family(false, {HusbandLine}) + s1,
+        {u"1"_s, u"0"_s, u"INDI.INDI"_s},
+        reader
+            + QStringList{u" 0 @I1@ INDI"_s, u"+0 @I1@ INDI"_s,
+                          u"*1 FAMS @F1@ | 5 MAY 1805 | 1840"_s}
+            + family(false, {HusbandLine}) + s1,
+        1);
     row("husband's line below the event",
         QStringList{u" 0 @I1@ INDI"_s, u" 1 FAMS @F1@"_s}
             + family(false, {u" 1 EVEN"_s, u" 2 HUSB @I1@"_s}) + s1,
