@@ -86,7 +86,7 @@ void Gedcom::addToJournal(QString log, QString level)
         m_journalMsecs = now;
         m_journalTime = QTime::currentTime().toString(u"hh:mm:ss.zzz"_s) + " - "_L1;
     }
-    m_journal->append(m_journalTime).append(levelWord).append(log).append("\r\n"_L1);
+    *m_journal += m_journalTime + levelWord + log + "\r\n"_L1;
 }
 
 namespace {
@@ -770,7 +770,8 @@ int Gedcom::setMediaFilePath(QString newPath)
         // Intentional: only "/" separates directories here, whereas bareFileName() accepts a
         // backslash, too. A path with backslashes only is treated as a file name.
         const qsizetype slashIndex = twiTextCol.lastIndexOf(u'/');
-        twiObjeFile->setText(col, (newPath + twiTextCol.mid(slashIndex + 1)).trimmed());
+        const QString path = newPath + twiTextCol.mid(slashIndex + 1);
+        twiObjeFile->setText(col, path.trimmed());
         addToJournal(editLog(twiObjeFile, twiTextCol, twiObjeFile->text(col)), u"INFO"_s);
         ++edited;
         showProgress(m_progress, edited, edited, EditProgressPeriod);

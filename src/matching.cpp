@@ -80,7 +80,7 @@ bool LineMatcher::matches(const QTreeWidgetItem *row) const
             return lineBeginsWith(row, m_prefix);
         const QString level = row->text(LevelColumn);
         return !level.isEmpty() && isDigit(level.front())
-            && lineBeginsWith(row, level.front() + m_prefix);
+            && lineBeginsWith(row, QString(level.front() + m_prefix));
     }
     if (!m_record.isEmpty())
         return lineBeginsWith(row, m_record.begin()) && m_record.matches(lineText(row));
