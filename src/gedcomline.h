@@ -37,8 +37,11 @@ inline constexpr int MaxLineSize = 255; // characters of a GEDCOM line, without 
 /// Whether lineText() begins with \p prefix. Most lines are ruled out by their first column.
 [[nodiscard]] bool lineBeginsWith(const QTreeWidgetItem *row, QStringView prefix);
 
-/// The level of a child of \p row: one more than the number in column 0. Wider than int, since a
-/// replacement can have made that number the greatest there is.
+/// The number in column 0, 0 if it holds none.
+[[nodiscard]] int levelOf(const QTreeWidgetItem *row);
+
+/// The level of a child of \p row: one more than levelOf(). Wider than int, since a replacement can
+/// have made that number the greatest there is.
 [[nodiscard]] qint64 childLevel(const QTreeWidgetItem *row);
 
 /// The last component of a path; "/" and the backslash both separate folders.

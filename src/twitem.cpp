@@ -9,6 +9,7 @@
 
 #include <QIcon>
 #include <QSet>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <array>
@@ -54,29 +55,50 @@ bool TwItem::isRoot()
     return text(LevelColumn) == "0"_L1;
 }
 
-QString TwItem::getTag()
+namespace {
+
+/// The first column, from \p column on, that has the form of a tag; null if none has.
+QString firstTag(const TwItem *twi, int column)
 {
-    for (int column = 0; column < columnCount(); ++column) {
-        QString value = text(column);
+    for (; column < twi->columnCount(); ++column) {
+        QString value = twi->text(column);
         if (isTag(value))
             return value;
     }
-    return NoTag;
+    return {};
+}
+
+/// The tag of \p twi as a component of full tags; null if it takes no part in them, and they begin
+/// below it. A section node reads as level 0, but has no tag. A record of unknown kind stands at
+/// the top of the tree, with no section node above it.
+QString fullTagComponent(const TwItem *twi)
+{
+    if (!twi)
+        return {};
+    // One character, as in every line of a file, is no tag, nor a negative level.
+    const QString level = twi->text(LevelColumn);
+    const bool isLong = level.size() > 1;
+    const QString tag = firstTag(twi, isLong ? LevelColumn : TagColumn);
+    return tag == NoTag || (isLong && !tag.isNull() && level.toInt() < 0) ? QString() : tag;
+}
+
+} // namespace
+
+QString TwItem::getTag()
+{
+    const QString tag = firstTag(this, LevelColumn);
+    return tag.isNull() ? QString(NoTag) : tag;
 }
 
 QStringList TwItem::getFullTag()
 {
-    QStringList fullTag;
-    // A section node reads as level 0, and the walk ends since it has no tag. A record of unknown
-    // kind stands at the top of the tree, with no section node above it.
-    for (TwItem *twi = this; twi && twi->text(LevelColumn).toInt() >= 0; twi = twi->getParent()) {
-        const QString tag = twi->getTag();
-        if (tag == NoTag)
-            break;
-        fullTag.append(tag);
+    QVarLengthArray<QString, 10> tags; // from this entry up
+    TwItem *twi = this;
+    for (QString tag = fullTagComponent(twi); !tag.isNull(); tag = fullTagComponent(twi)) {
+        tags.append(tag);
+        twi = twi->getParent();
     }
-    std::reverse(fullTag.begin(), fullTag.end());
-    return fullTag;
+    return {tags.crbegin(), tags.crend()};
 }
 
 QList<TwItem *> TwItem::getTabTwiChilds(bool noHidden)
@@ -144,7 +166,7 @@ int TwItem::getThisTabIndexParent(TwItem *child) const
 
 int TwItem::getLevel()
 {
-    return getTwiValuesList().value(LevelColumn).toInt();
+    return levelOf(this);
 }
 
 const QStringList TwItem::getGedEntryList()
@@ -235,7 +257,7 @@ int TwItem::setEntryTwItems(QStringList listEntryValues, int currentLineGedFile)
         m_tabTwiChilds.append(twiChild);
         setTwiValuesFromStr(listEntryValues.at(i), twiChild);
 
-        const int level = twiChild->text(LevelColumn).toInt();
+        const int level = levelOf(twiChild);
         if (!levels.take(level))
             return 0;
         if (level == 1) {
@@ -290,38 +312,37 @@ QList<QStringList> TwItem::splitAllOverSized(const QList<TwItem *> &entries)
     return splitLists;
 }
 
+namespace {
+
+/// Whether \p pattern, in which a component "*" stands for any one tag, is the full tag of \p twi,
+/// whose own component is \p tag. A null pattern is the full tag without a component.
+bool isFullTag(QStringView pattern, TwItem *twi, const QString &tag)
+{
+    if (pattern.isNull() || tag.isNull())
+        return pattern.isNull() && tag.isNull();
+    // From the end: most entries differ in their own tag, and need no walk up to the root.
+    const qsizetype dot = pattern.lastIndexOf(u'.');
+    const QStringView component = pattern.sliced(dot + 1);
+    if (component != tag && component != "*"_L1)
+        return false;
+    TwItem *parent = twi->getParent();
+    return isFullTag(dot == -1 ? QStringView() : pattern.first(dot), parent,
+                     fullTagComponent(parent));
+}
+
+} // namespace
+
 bool TwItem::isTagMatch(QStringList fullTagsList)
 {
     if (fullTagsList.isEmpty())
         return true;
-    const QString tag = getTag();
-    if (fullTagsList.contains(tag))
-        return true;
-
-    // A full tag ends in the entry's own tag, or is empty. This rules out most entries without the
-    // walk up to the root.
-    const auto mayMatch = [&tag](const QString &fulltag) {
-        const QStringView last = QStringView(fulltag).mid(fulltag.lastIndexOf(u'.') + 1);
-        return last == tag || last == "*"_L1 || last.isEmpty();
-    };
-    if (std::none_of(fullTagsList.cbegin(), fullTagsList.cend(), mayMatch))
-        return false;
-
-    const QStringList thisFullTag = getFullTag();
-    const QString joinedFullTag = thisFullTag.join(u'.');
-    for (QString fulltag : std::as_const(fullTagsList)) {
-        QStringList tagList = fulltag.split(u'.');
-        if (fulltag.contains(u'*') && tagList.size() == thisFullTag.size()) {
-            for (qsizetype i = 0; i < tagList.size(); ++i) {
-                if (tagList.at(i) == "*"_L1)
-                    tagList[i] = thisFullTag.at(i);
-            }
-            fulltag = tagList.join(u'.');
-        }
-        if (fulltag == joinedFullTag)
-            return true;
-    }
-    return false;
+    const QString component = fullTagComponent(this);
+    const QString tag =
+        component.isNull() ? getTag() : component; // which counts by itself in any case
+    return std::any_of(fullTagsList.cbegin(), fullTagsList.cend(), [&](const QString &fulltag) {
+        return fulltag == tag
+            || isFullTag(fulltag.isEmpty() ? QStringView() : fulltag, this, component);
+    });
 }
 
 QList<TwItem *> TwItem::getTabTwiChildsMatchReg(QRegularExpression rx)
@@ -337,8 +358,6 @@ void TwItem::getChildsListFromFullTag(QStringList fullTag, QList<TwItem *> *list
         listTwiMatch->append(twiParent);
         return;
     }
-    if (twiParent->getFullTag().size() >= fullTag.size())
-        return;
 
     const qint64 level = childLevel(twiParent);
     // An entry without a tag on the way makes the full tag shorter than the level suggests. The
@@ -349,7 +368,7 @@ void TwItem::getChildsListFromFullTag(QStringList fullTag, QList<TwItem *> *list
     const QList<TwItem *> tabTwi = twiParent->getTabTwiChilds(true);
     for (TwItem *twi : tabTwi) {
         // The list of a root holds all its descendants.
-        if (twi->text(LevelColumn).toInt() != level)
+        if (levelOf(twi) != level)
             continue;
         if (component != "*"_L1 && twi->getTag() != component)
             continue;
@@ -362,21 +381,13 @@ void TwItem::getChildsListFromFullTag(QStringList fullTag, QList<TwItem *> *list
 
 TwItem *TwItem::getItemParentFromFullTag(QStringList fullTag, TwItem *twi)
 {
-    if (fullTag.isEmpty())
-        return nullptr;
+    // The full tags of the ancestors are those that this one begins with.
     const QStringList thisFullTag = twi->getFullTag();
-    if (thisFullTag == fullTag)
-        return twi;
-    if (thisFullTag.size() <= fullTag.size())
+    if (fullTag.isEmpty() || fullTag != thisFullTag.mid(0, fullTag.size()))
         return nullptr;
-
-    TwItem *ancestor = twi->getParent();
-    for (qsizetype climbed = 1; ancestor && climbed < thisFullTag.size(); ++climbed) {
-        if (ancestor->getFullTag() == fullTag)
-            return ancestor;
-        ancestor = ancestor->getParent();
-    }
-    return nullptr;
+    for (qsizetype above = thisFullTag.size() - fullTag.size(); above > 0; --above)
+        twi = twi->getParent();
+    return twi;
 }
 
 int TwItem::getColumnIndexMatchRx(QRegularExpression rx) const
