@@ -572,6 +572,10 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
     const QList<TwItem *> tabTwItemsRoot = getTabTwItemsRoot();
     const QStringList listFullTagOri = strListTagsOri.split(u';');
     const QStringList listFullTagsDest = strListTagDest.split(u';');
+    QList<std::pair<QStringList, QStringList>> paths; // of an origin and of its destination
+    // An origin without a destination at the same position is ignored.
+    for (qsizetype i = 0; i < std::min(listFullTagOri.size(), listFullTagsDest.size()); ++i)
+        paths.append({listFullTagOri.at(i).split(u'.'), listFullTagsDest.at(i).split(u'.')});
     m_progress->setRange(0, int(tabTwItemsRoot.size()));
     int mvCount = 0;
     int delCount = 0;
@@ -603,6 +607,7 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
         return created;
     };
 
+    const QString log = tr("Modification de l'entrée : %1 %2%3 en %4%5");
     const auto movePair = [&](TwItem *twiOriMatch, const QStringList &tagDestList) {
         TwItem *twiDestMatch = findDestination(twiOriMatch, tagDestList);
         if (!twiDestMatch)
@@ -612,9 +617,8 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
         if (mvOriContent && !value.isEmpty()) {
             const QString valInit = lineText(twiDestMatch);
             twiDestMatch->setText(ValueColumn, value);
-            addToJournal(tr("Modification de l'entrée : %1 %2%3 en %4%5")
-                             .arg(fullTagText(twiDestMatch), valInit, lineReference(twiDestMatch),
-                                  value.trimmed(), lineReference(twiOriMatch)),
+            addToJournal(log.arg(fullTagText(twiDestMatch), valInit, lineReference(twiDestMatch),
+                                 value.trimmed(), lineReference(twiOriMatch)),
                          u"INFO"_s);
             ++mvCount;
         }
@@ -626,16 +630,12 @@ int Gedcom::moveTagContent(QString strListTagsOri, QString strListTagDest, bool 
     };
 
     int progressCount = 0;
-    // An origin without a destination at the same position is ignored.
-    const qsizetype pairs = std::min(listFullTagOri.size(), listFullTagsDest.size());
     for (TwItem *twItemRoot : tabTwItemsRoot) {
-        for (qsizetype tagsIndex = 0; tagsIndex < pairs; ++tagsIndex) {
+        for (const auto &[tagOriList, tagDestList] : std::as_const(paths)) {
             lists.renew(twItemRoot);
             // Listed once, before the pairs below create and delete entries.
             QList<TwItem *> listTwiOriMatch;
-            twItemRoot->getChildsListFromFullTag(listFullTagOri.at(tagsIndex).split(u'.'),
-                                                 &listTwiOriMatch, twItemRoot);
-            const QStringList tagDestList = listFullTagsDest.at(tagsIndex).split(u'.');
+            twItemRoot->getChildsListFromFullTag(tagOriList, &listTwiOriMatch, twItemRoot);
             for (TwItem *twiOriMatch : std::as_const(listTwiOriMatch))
                 movePair(twiOriMatch, tagDestList);
         }
