@@ -672,9 +672,9 @@ public:
           m_strDest(std::move(strDest)),
           m_regex(regex),
           m_cs(sensitive ? Qt::CaseSensitive : Qt::CaseInsensitive),
-          m_re(m_strOri, sensitive ? QRegularExpression::NoPatternOption
-                                   : QRegularExpression::CaseInsensitiveOption),
-          m_matcher(m_re)
+          m_matcher(QRegularExpression(m_strOri, sensitive
+                                                     ? QRegularExpression::NoPatternOption
+                                                     : QRegularExpression::CaseInsensitiveOption))
     {
     }
 
@@ -686,7 +686,7 @@ public:
         if (column != -1) {
             const QString before = twi->text(column);
             // Intentional: the expression only finds a text, which is then replaced throughout.
-            const QString found = m_regex ? m_re.match(before).captured(0) : m_strOri;
+            const QString found = m_regex ? m_matcher.match(before).captured(0) : m_strOri;
             return {column, before, QString(before).replace(found, m_strDest, m_cs)};
         }
         if (m_regex && m_strOri == "^$"_L1 && twi->columnCount() <= ValueColumn)
@@ -699,7 +699,6 @@ private:
     QString m_strDest;
     bool m_regex;
     Qt::CaseSensitivity m_cs;
-    QRegularExpression m_re;
     ColumnMatcher m_matcher;
 };
 
@@ -723,6 +722,7 @@ int Gedcom::searchAndReplace(QString strOri, QString strDest, QString tags, cons
                });
     };
     Replacer replacer(strOri, strDest, sensitive, regex);
+    const QString log = tr("Remplacement de '%1 %2' par '%3'%4");
     int count = 0;
     const auto replaceIn = [&](TwItem *twi) {
         if (!isSelected(twi))
@@ -730,8 +730,7 @@ int Gedcom::searchAndReplace(QString strOri, QString strDest, QString tags, cons
         const Replacer::Edit edit = replacer.edit(twi);
         if (edit.column == -1)
             return;
-        addToJournal(tr("Remplacement de '%1 %2' par '%3'%4")
-                         .arg(fullTagText(twi), edit.before, edit.after, lineReference(twi)),
+        addToJournal(log.arg(fullTagText(twi), edit.before, edit.after, lineReference(twi)),
                      u"INFO"_s);
         twi->setText(edit.column, edit.after);
         ++count;
@@ -886,6 +885,8 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     m_progress->setRange(0, int(linesFileUrl.size()));
 
     MediaIndex index(listTwiObjeFile, listTwiSourObje, listTwiIndiAndFam);
+    ColumnMatcher colIdObje(m_rxColIdObje);
+    ColumnMatcher colIdSour(m_rxColIdSour);
     LinkWriter writer(this);
     LinkCount count;
     int countProgress = 0;
@@ -894,7 +895,7 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
 
     const auto linkEvents = [&](TwItem *twiRootSour, const QString &urlFichier) {
         // An event can have changed the identifier; without one this is empty.
-        const QString idSour = twiRootSour->text(twiRootSour->getColumnIndexMatchRx(m_rxColIdSour));
+        const QString idSour = twiRootSour->text(colIdSour.firstColumn(twiRootSour));
         const QList<TwItem *> twiIndiAndFamList = index.citations.find(idSour);
         for (TwItem *twiIndiAndFam : twiIndiAndFamList) {
             TwItem *link = writer.linkEvent(twiIndiAndFam, urlFichier, idSour, twiRootSour);
@@ -927,7 +928,7 @@ int Gedcom::setMediaFileURL(const QStringList csvFiles, const QString splitStr, 
     };
     const auto linkMedia = [&](const QString &line) {
         lienAjoute = false;
-        const MediaMatch media = matchLine(this, line, splitStr, m_rxColIdObje, &index);
+        const MediaMatch media = matchLine(this, line, splitStr, &colIdObje, &index);
         if (!media.twiRootObje)
             return;
         const QString idObje = media.twiRootObje->text(media.indexColObje);
@@ -982,9 +983,9 @@ namespace {
 
 /// Whether the entry holds a web address in a column without a link. A column that has one is left
 /// alone as a whole, which makes it safe to run the operation twice.
-bool hasUntreatedUrl(TwItem *twi, const QRegularExpression &rxUrl)
+bool hasUntreatedUrl(const TwItem *twi, ColumnMatcher *url)
 {
-    const int colMatch = urlColumn(twi, rxUrl);
+    const int colMatch = urlColumn(twi, url);
     if (colMatch == -1)
         return false;
     const QString text = twi->text(colMatch);
@@ -999,8 +1000,9 @@ int Gedcom::setURLClickable(bool markdown, QStringList tagsToApply)
     const PausedLayout pausedLayout(m_treeWidget);
     m_status->showMessage(tr("Modification des URL en cours..."), 0);
 
+    ColumnMatcher url(m_rxURL);
     QList<TwItem *> tabUrlTwItems = getTabTotalTwItems();
-    tabUrlTwItems.removeIf([this](TwItem *twi) { return !hasUntreatedUrl(twi, m_rxURL); });
+    tabUrlTwItems.removeIf([&url](const TwItem *twi) { return !hasUntreatedUrl(twi, &url); });
     // Intentional: an entry that two tags name is listed and rewritten twice, a link inside a link.
     const QList<TwItem *> tabUrlMatchTwItems =
         tagsToApply.isEmpty() ? tabUrlTwItems : entriesByTag(tabUrlTwItems, tagsToApply);
@@ -1010,15 +1012,14 @@ int Gedcom::setURLClickable(bool markdown, QStringList tagsToApply)
 
     const QString linkForm =
         markdown ? u"[%1](%1)"_s : u"<a href=\"%1\" target=\"_blank\">%1</a>"_s;
+    const QString log = tr("Modification du lien %1 %2%3");
     int count = 0;
     for (TwItem *twi : tabUrlMatchTwItems) {
-        const int col = twi->getColumnIndexMatchRx(m_rxURL);
+        const int col = url.firstColumn(twi);
         QString text = twi->text(col);
-        const QString match = m_rxURL.match(text).captured(0);
+        const QString match = url.match(text).captured(0);
         twi->setText(col, text.replace(match, linkForm.arg(match)).trimmed());
-        addToJournal(tr("Modification du lien %1 %2%3")
-                         .arg(fullTagText(twi), twi->text(col), lineReference(twi)),
-                     u"INFO"_s);
+        addToJournal(log.arg(fullTagText(twi), twi->text(col), lineReference(twi)), u"INFO"_s);
         ++count;
         showProgress(m_progress, count, count, EditProgressPeriod);
     }

@@ -94,22 +94,20 @@ int ColumnMatcher::firstColumn(const QTreeWidgetItem *row)
     if (!m_rx.isValid())
         return -1; // matches nothing, and would warn at every try
     for (int column = 0; column < row->columnCount(); ++column) {
-        if (matches(row->text(column)))
+        const QString text = row->text(column);
+        if (m_id.isEmpty() ? match(text).hasMatch() : m_id.matches(text))
             return column;
     }
     return -1;
 }
 
-bool ColumnMatcher::matches(const QString &text)
+const QRegularExpressionMatch &ColumnMatcher::match(const QString &text)
 {
-    if (!m_id.isEmpty())
-        return m_id.matches(text);
-    if (text.isEmpty() || text.size() > MaxTriedSize)
-        return m_rx.match(text).hasMatch();
-    Tried &tried = m_tried.at(qHash(text) % m_tried.size());
-    if (tried.text != text)
-        tried = {text, m_rx.match(text).hasMatch()};
-    return tried.matches;
+    Tried &tried =
+        text.size() > MaxTriedSize ? m_triedLong : m_tried.at(qHash(text) % m_tried.size());
+    if (tried.text != text || text.isEmpty())
+        tried = {text, m_rx.match(text)};
+    return tried.match;
 }
 
 ColumnIndex::ColumnIndex(const QList<TwItem *> &entries)
@@ -160,11 +158,11 @@ QList<TwItem *> entriesByTag(const QList<TwItem *> &entries, const QStringList &
     return matches;
 }
 
-int urlColumn(TwItem *twi, const QRegularExpression &rxUrl)
+int urlColumn(const TwItem *twi, ColumnMatcher *url)
 {
     for (int column = 0; column < twi->columnCount(); ++column) {
         if (twi->text(column).contains("http"_L1))
-            return twi->getColumnIndexMatchRx(rxUrl);
+            return url->firstColumn(twi);
     }
     return -1;
 }

@@ -57,7 +57,7 @@ private:
 
 /// Tries one expression on the columns of many entries, with the outcome of
 /// TwItem::getColumnIndexMatchRx. A file has few distinct levels and tags ("1", "DATE"), whose
-/// results are kept. The pattern of an identifier, "^@S[0-9]+@$", does without the expression
+/// matches are kept. The pattern of an identifier, "^@S[0-9]+@$", does without the expression
 /// engine.
 class ColumnMatcher
 {
@@ -67,17 +67,20 @@ public:
     /// The first column of \p row that matches, or -1.
     [[nodiscard]] int firstColumn(const QTreeWidgetItem *row);
 
-private:
-    [[nodiscard]] bool matches(const QString &text);
+    /// What the expression, a valid one, finds in \p text; to be read before the next text is
+    /// tried.
+    [[nodiscard]] const QRegularExpressionMatch &match(const QString &text);
 
+private:
     struct Tried
     {
         QString text;
-        bool matches = false;
+        QRegularExpressionMatch match;
     };
     QRegularExpression m_rx;
     NumberedForm m_id;
     std::array<Tried, 256> m_tried; // short texts, each at the index that its hash gives
+    Tried m_triedLong; // the last long text
 };
 
 using EntryIndex = QHash<QString, QList<TwItem *>>;
@@ -105,9 +108,9 @@ private:
 /// listed twice. An empty tag names none.
 [[nodiscard]] QList<TwItem *> entriesByTag(const QList<TwItem *> &entries, const QStringList &tags);
 
-/// The first column that matches \p rxUrl, or -1. Every web address contains "http", and a column
-/// without it is ruled out much faster.
-[[nodiscard]] int urlColumn(TwItem *twi, const QRegularExpression &rxUrl);
+/// The first column in which \p url finds a web address, or -1. Each one contains "http", and an
+/// entry without it is ruled out much faster.
+[[nodiscard]] int urlColumn(const TwItem *twi, ColumnMatcher *url);
 
 /// The live entries in the child list of \p twi whose line text matches.
 [[nodiscard]] QList<TwItem *> childsMatching(TwItem *twi, const LineMatcher &matcher);

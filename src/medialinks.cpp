@@ -48,7 +48,7 @@ MediaIndex::MediaIndex(const QList<TwItem *> &listTwiObjeFile,
 }
 
 MediaMatch matchLine(Gedcom *gedcom, const QString &line, const QString &splitStr,
-                     const QRegularExpression &rxColIdObje, MediaIndex *index)
+                     ColumnMatcher *colIdObje, MediaIndex *index)
 {
     const auto logError = [gedcom](const QString &log) { gedcom->addToJournal(log, u"ERROR"_s); };
     MediaMatch media;
@@ -74,7 +74,7 @@ MediaMatch matchLine(Gedcom *gedcom, const QString &line, const QString &splitSt
     TwItem *twiRootObje = rootOf(media.twiObjeFile);
     if (!twiRootObje)
         return media;
-    media.indexColObje = twiRootObje->getColumnIndexMatchRx(rxColIdObje);
+    media.indexColObje = colIdObje->firstColumn(twiRootObje);
     if (media.indexColObje == -1) {
         logError(Gedcom::tr("Impossible de déterminer l'id de l'objet %1%2")
                      .arg(entryText(twiRootObje), lineReference(media.twiObjeFile)));

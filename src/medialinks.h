@@ -14,7 +14,6 @@
 #include <QStringList>
 
 class Gedcom;
-class QRegularExpression;
 class TwItem;
 
 /// The indexes in which correspondence lines find what they name.
@@ -48,10 +47,10 @@ struct LinkCount
                                                   // the correspondence lines that have added one
 };
 
-/// Finds the media record of a line, or logs why there is none. \p rxColIdObje is the form of its
-/// id. What is found is kept in \p index for later lines with the same name.
+/// Finds the media record of a line, or logs why there is none. \p colIdObje finds the column of
+/// its id. What is found is kept in \p index for later lines with the same name.
 [[nodiscard]] MediaMatch matchLine(Gedcom *gedcom, const QString &line, const QString &splitStr,
-                                   const QRegularExpression &rxColIdObje, MediaIndex *index);
+                                   ColumnMatcher *colIdObje, MediaIndex *index);
 
 /// Adds the addresses of one run to the document.
 class LinkWriter
