@@ -13,6 +13,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr char Mark[] = "\xEF\xBB\xBF"; // the byte-order mark in UTF-8
+constexpr qsizetype BeginSize = 1024; // first bytes of a file that are kept while it is prepared
 
 /// Whether the text stands in the bytes, and is no copy.
 bool pointsInto(const QByteArray &text, const QByteArray &bytes)
@@ -23,11 +24,8 @@ bool pointsInto(const QByteArray &text, const QByteArray &bytes)
 }
 
 /// Decodes the bytes into the source of \p preparation.
-void readText(Preparation *preparation, QByteArray bytes, const Options &options)
+void readText(Preparation *preparation, QByteArray bytes)
 {
-    preparation->encoding = options.encoding
-                              ? EncodingChoice{*options.encoding, Preparation::tr("imposé")}
-                              : chooseEncoding(bytes);
     Decoded decoded = decode(bytes, preparation->encoding.encoding);
     preparation->hasMark =
         preparation->encoding.encoding == Encoding::Utf8 && bytes.startsWith(Mark);
@@ -80,16 +78,19 @@ Preparation prepare(QByteArray bytes, const Options &options, const Progress &pr
     preparation.refusal = refusalOfBytes(bytes);
     if (!preparation.isDone())
         return preparation;
-    readText(&preparation, std::move(bytes), options);
-    preparation.refusal = refusalOfText(preparation.source);
+    const bool isForced = options.encoding.has_value();
+    preparation.encoding = isForced ? EncodingChoice{*options.encoding, Preparation::tr("imposé")}
+                                    : chooseEncoding(bytes);
+    preparation.refusal = refusalOfText(bytes, preparation.encoding.encoding, isForced);
     if (!preparation.isDone())
         return preparation;
 
+    const QByteArray begin = bytes.left(BeginSize);
+    readText(&preparation, std::move(bytes));
     const std::optional<qint64> records = repair(&preparation, options, progress);
     preparation.cancelled = !records;
     if (records == 0)
-        preparation.refusal =
-            refusalWithoutRecords(preparation.source, options.encoding.has_value());
+        preparation.refusal = refusalWithoutRecords(preparation.source, begin, isForced);
     if (preparation.isDone())
         preparation.proof = proveOpening(preparation.copy);
     else

@@ -1,5 +1,6 @@
 #include "refusal.h"
 
+#include "bytes.h"
 #include "files.h"
 #include "preparation.h"
 
@@ -14,8 +15,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qint64 MaxFileSize = 1'000'000'000; // bytes; Varlune's tree would take 25 times as much
-constexpr qsizetype SampleSize = 65536; // bytes of a text that are looked at
-constexpr qsizetype MinTextPerControl = 20; // bytes in a text, for each control character
+constexpr qsizetype SampleSize = 65536; // bytes of a file that are looked at
+constexpr qsizetype MinTextPerControl = 20; // bytes in a text, for each one that is none
 
 QString archive(const QString &kind)
 {
@@ -35,6 +36,31 @@ QString encrypted()
 {
     return Preparation::tr(
         "Ce fichier est chiffré. Déchiffrez-le, puis préparez le fichier obtenu.");
+}
+
+QByteArrayView withoutMark(QByteArrayView bytes)
+{
+    for (const QByteArrayView mark : {"\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF"}) {
+        if (bytes.startsWith(mark))
+            return bytes.sliced(mark.size());
+    }
+    return bytes;
+}
+
+bool isControl(char c)
+{
+    return (c > 0 && c < ' ' && c != '\t' && !isLineEnd(c)) || c == '\x7F';
+}
+
+/// Whether the first character is the "<" of a markup. In the decoded text it might be that of the
+/// digits which a byte has there.
+bool beginsMarkup(QByteArrayView bytes)
+{
+    bytes = withoutMark(bytes);
+    const auto *const first = std::find_if(bytes.begin(), bytes.end(), [](char c) {
+        return c != '\0' && c != ' ' && c != '\t' && !isLineEnd(c); // a zero byte: UTF-16
+    });
+    return first != bytes.end() && *first == '<';
 }
 
 } // namespace
@@ -65,11 +91,12 @@ QString readForPreparation(const QString &path, QByteArray *bytes)
 
 QString refusalOfBytes(QByteArrayView bytes)
 {
-    if (bytes.isEmpty())
+    const QByteArrayView text = withoutMark(bytes).trimmed();
+    if (text.isEmpty())
         return Preparation::tr("Ce fichier est vide. Refaites l'export depuis votre logiciel de "
                                "généalogie.");
-    const auto begins = [bytes](const char *prefix) { return bytes.startsWith(prefix); };
-    if (begins("PK\x03\x04"))
+    const auto begins = [text](const char *prefix) { return text.startsWith(prefix); };
+    if (begins("PK\x03\x04") || begins("PK\x05\x06"))
         return archive(u"ZIP (GEDZIP)"_s);
     if (begins("\x1F\x8B"))
         return archive(u"gzip"_s);
@@ -92,33 +119,33 @@ QString refusalOfBytes(QByteArrayView bytes)
         return document(Preparation::tr("une image"));
     if (begins("SQLite format 3"))
         return document(Preparation::tr("une base de données"));
-    if (begins("-----BEGIN PGP") || begins("Salted__") || begins("U2FsdGVkX1")
-        || begins("age-encryption.org"))
+    if (begins("-----BEGIN PGP") || begins("-----BEGIN AGE") || begins("Salted__")
+        || begins("U2FsdGVkX1") || begins("age-encryption.org"))
         return encrypted();
     return {};
 }
 
-QString refusalOfText(QByteArrayView text)
+QString refusalOfText(QByteArrayView bytes, Encoding encoding, bool isForced)
 {
-    const QByteArrayView sample = text.first(std::min(text.size(), SampleSize));
-    const qsizetype controls = std::count_if(sample.begin(), sample.end(), [](char c) {
-        return (c > 0 && c < ' ' && c != '\t' && c != '\n' && c != '\r') || c == '\x7F';
-    });
-    if (controls * MinTextPerControl > sample.size())
+    const QByteArrayView sample = bytes.first(std::min(bytes.size(), SampleSize));
+    const Decoded decoded = decode(sample, encoding);
+    qsizetype strange = std::count_if(decoded.utf8.begin(), decoded.utf8.end(), isControl);
+    if (!isForced)
+        strange += decoded.undecoded.size();
+    if (strange * MinTextPerControl > sample.size())
         return Preparation::tr("Ce fichier est binaire ou chiffré, et non un texte GEDCOM. "
                                "Déchiffrez-le ou exportez votre arbre au format GEDCOM.");
     return {};
 }
 
-QString refusalWithoutRecords(QByteArrayView text, bool isForced)
+QString refusalWithoutRecords(QByteArrayView text, QByteArrayView begin, bool isForced)
 {
     if (isForced)
         return Preparation::tr("Aucune ligne ne commence une fiche dans le codage imposé. Laissez "
                                "choisir le codage, ou imposez-en un autre.");
-    const QByteArrayView begin = text.trimmed();
-    if (begin.isEmpty())
-        return refusalOfBytes(begin);
-    if (begin.startsWith('<'))
+    if (text.trimmed().isEmpty())
+        return refusalOfBytes({});
+    if (beginsMarkup(begin))
         return document(Preparation::tr("une page HTML ou un document XML"));
     return Preparation::tr("Ce fichier n'est pas un texte GEDCOM : aucune ligne n'y commence une "
                            "fiche, comme « 0 HEAD » ou « 0 @I1@ INDI ». Exportez votre arbre au "

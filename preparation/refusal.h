@@ -3,6 +3,8 @@
 
 // Why a file cannot be prepared: sentences that say what is wrong and what to do, or nothing.
 
+#include "encoding.h"
+
 #include <QByteArrayView>
 #include <QString>
 
@@ -13,10 +15,12 @@
 /// Of bytes that are no text at all, by their first ones.
 [[nodiscard]] QString refusalOfBytes(QByteArrayView bytes);
 
-/// Of a decoded text that is rather something else.
-[[nodiscard]] QString refusalOfText(QByteArrayView text);
+/// Of bytes that are rather something else in that encoding, by their first ones. \p isForced: the
+/// encoding is not the one that the file shows; what does not decode then says nothing of the file.
+[[nodiscard]] QString refusalOfText(QByteArrayView bytes, Encoding encoding, bool isForced);
 
-/// Of a text without any record. \p isForced: its encoding is not the one that the file shows.
-[[nodiscard]] QString refusalWithoutRecords(QByteArrayView text, bool isForced);
+/// Of a text without any record. \p begin: the first bytes of its file.
+[[nodiscard]] QString refusalWithoutRecords(QByteArrayView text, QByteArrayView begin,
+                                            bool isForced);
 
 #endif // REFUSAL_H

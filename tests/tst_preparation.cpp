@@ -94,6 +94,7 @@ private slots:
     void verdicts();
     void refusals_data();
     void refusals();
+    void forcedEncoding();
     void refusedPaths();
     void tooLarge();
     void longLine();
@@ -599,17 +600,34 @@ void TstPreparation::refusals_data()
     QTest::newRow("zip") << QByteArray("PK\x03\x04\x14")
                          << u"Ce fichier est une archive ZIP (GEDZIP) et non un texte GEDCOM. "
                             "Extrayez-en"_s;
+    QTest::newRow("empty zip") << "PK\x05\x06"_ba + QByteArray(18, '\0')
+                               << u"Ce fichier est une archive ZIP (GEDZIP)"_s;
     QTest::newRow("gzip") << QByteArray("\x1F\x8B\x08") << u"Ce fichier est une archive gzip"_s;
     QTest::newRow("PDF") << QByteArray("%PDF-1.4\n")
                          << u"Ce fichier est un document PDF et non un texte GEDCOM. Exportez"_s;
     QTest::newRow("picture") << QByteArray("\xFF\xD8\xFF\xE0") << u"Ce fichier est une image"_s;
     QTest::newRow("encrypted text") << QByteArray("-----BEGIN PGP MESSAGE-----\n\nhQEMA0 x\n")
                                     << u"Ce fichier est chiffré. Déchiffrez-le"_s;
+    QTest::newRow("encrypted text behind a mark")
+        << "\uFEFF-----BEGIN PGP MESSAGE-----\n"_ba << u"Ce fichier est chiffré."_s;
+    QTest::newRow("encrypted text behind a blank line")
+        << "\r\n-----BEGIN PGP MESSAGE-----\r\n"_ba << u"Ce fichier est chiffré."_s;
+    QTest::newRow("text that age has encrypted")
+        << "-----BEGIN AGE ENCRYPTED FILE-----\nYWdl\n"_ba << u"Ce fichier est chiffré."_s;
     QTest::newRow("noise") << noise << u"Ce fichier est binaire ou chiffré"_s;
+    QTest::newRow("noise behind a mark")
+        << "\xEF\xBB\xBF\xFF"_ba + noise.left(5000) << u"Ce fichier est binaire ou chiffré"_s;
+    QTest::newRow("bytes of no character") << "\uFEFF0 HEAD\n1 NOTE "_ba.leftJustified(200, '\x81')
+                                           << u"Ce fichier est binaire ou chiffré"_s;
     QTest::newRow("zeros") << QByteArray(5000, '\0')
                            << u"Ce fichier n'est pas un texte GEDCOM : aucune ligne"_s;
     QTest::newRow("markup") << QByteArray("<!DOCTYPE html>\n<p>0 HEAD</p>\n")
                             << u"Ce fichier est une page HTML ou un document XML"_s;
+    QTest::newRow("markup in UTF-16")
+        << "\xFF\xFE\n\0<\0p\0>\0"_ba << u"Ce fichier est une page HTML ou un document XML"_s;
+    QTest::newRow("prose that begins with a byte of no character")
+        << "\x81 bonjour ch\xE8re tante Ren\xE9\x65\n"_ba
+        << u"Ce fichier n'est pas un texte GEDCOM : aucune ligne"_s;
     QTest::newRow("prose") << QByteArray("Chère tante,\n1 fois encore\n0 euros\n")
                            << u"Ce fichier n'est pas un texte GEDCOM : aucune ligne"_s;
     QTest::newRow("lines without a record")
@@ -631,6 +649,17 @@ void TstPreparation::refusals()
     QCOMPARE(preparation.copy, QByteArray());
     QCOMPARE(occurrencesOf(preparation), QStringList());
     QCOMPARE(countsOf(preparation), QStringList());
+}
+
+/// What does not decode in an encoding that the user has chosen says nothing of the file.
+void TstPreparation::forcedEncoding()
+{
+    Options options = optionsOf({}, {});
+    options.encoding = Encoding::Utf8;
+    const Preparation preparation =
+        prepare("0 HEAD\n0 @I1@ INDI\n1 NAME " + QByteArray("\xE9").repeated(100) + '\n', options);
+    QCOMPARE(preparation.refusal, QString());
+    QCOMPARE(preparation.count(Finding::Undecoded), 100);
 }
 
 void TstPreparation::refusedPaths()
