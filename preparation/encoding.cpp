@@ -2,6 +2,7 @@
 
 #include "bytes.h"
 #include "encodingfit.h"
+#include "lines.h"
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -72,16 +73,14 @@ qsizetype endOfLine(QByteArrayView bytes, qsizetype at)
 /// The value of HEAD.CHAR, empty if there is none.
 QString declaredCharset(QByteArrayView bytes)
 {
-    bytes = bytes.first(std::min(bytes.size(), HeadSize));
+    LineReader reader(bytes.first(std::min(bytes.size(), HeadSize)));
     int records = 0;
-    for (qsizetype i = 0; i < bytes.size(); ++i) {
-        const qsizetype end = endOfLine(bytes, i);
-        const QByteArray line = bytes.sliced(i, end - i).toByteArray().simplified();
-        if (line.startsWith("1 CHAR "))
-            return QString::fromLatin1(line.sliced(7).left(MaxCharset));
-        if (line.startsWith("0 ") && ++records > 1)
+    while (!reader.atEnd()) {
+        const GedLine line = readGedLine(reader.readLine());
+        if (line.level == 1 && isTag(line.tag, "CHAR"))
+            return QString::fromLatin1(line.value.toByteArray().simplified().left(MaxCharset));
+        if (line.level == 0 && ++records > 1)
             break;
-        i = end;
     }
     return {};
 }

@@ -363,6 +363,12 @@ void TstEncoding::chooses_data()
     QTest::newRow("declared with other line ends and indentation")
         << gedcom("ANSI", "Andr\xE9").replace('\n', "\r\r ") << Encoding::Windows1252
         << u"HEAD.CHAR dit « ANSI »"_s;
+    QTest::newRow("declared behind zeros in front of the level")
+        << gedcom("MACINTOSH", "Andr\x8E").replace("0 ", "00 ").replace("1 ", "\t01\t")
+        << Encoding::MacRoman << u"HEAD.CHAR dit « MACINTOSH »"_s;
+    QTest::newRow("declared in small letters")
+        << gedcom("MACINTOSH", "Andr\x8E").replace("CHAR", "char") << Encoding::MacRoman
+        << u"HEAD.CHAR dit « MACINTOSH »"_s;
     QTest::newRow("declared IBMPC")
         << gedcom("IBMPC", "Andr\x82") << Encoding::Cp437 << u"HEAD.CHAR dit « IBMPC »"_s;
     QTest::newRow("declared IBMPC, with a letter of CP850")
