@@ -36,11 +36,19 @@ QString refusalOfSize(const QString &path, qint64 size)
         .arg(path, QString::number(size), QString::number(storage.bytesAvailable()));
 }
 
+/// A field of a table whose fields a semicolon parts, in quotes where it must be (RFC 4180).
+QByteArray field(QByteArray text)
+{
+    if (!text.contains(';') && !text.contains('"'))
+        return text;
+    return '"' + text.replace('"', "\"\"") + '"';
+}
+
 bool writeTable(QIODevice *out, const Preparation &preparation)
 {
     QByteArray table = Preparation::tr("ancien;nouveau\n").toUtf8();
     for (const RenamedIdentifier &renamed : preparation.identifiers)
-        table += renamed.before + ';' + renamed.after + '\n';
+        table += field(renamed.before) + ';' + field(renamed.after) + '\n';
     return out->write(table) == table.size();
 }
 

@@ -854,18 +854,20 @@ void TstPreparation::table()
 {
     const QTemporaryDir folder;
     const QString input = folder.filePath(u"arbre.ged"_s);
-    writeBytes(input, fileOf("0 @3I@ INDI\n1 SEX M\n"));
+    writeBytes(input, fileOf("0 @3I@ INDI\n1 SEX M\n0 @a;b@ INDI\n1 SEX M\n"
+                             "0 @\"c\"@ INDI\n1 SEX M\n"));
     const Preparation preparation = prepareFile(input, optionsOf({u"identifiants"_s}, {}));
+    const QByteArray rows = "ancien;nouveau\n@3I@;@I3@\n\"@a;b@\";@I1@\n\"@\"\"c\"\"@\";@I2@\n";
     const QString copy = copyPath(input);
     const QString table = folder.filePath(u"arbre.prepare.identifiants.csv"_s);
     QCOMPARE(writtenFiles(preparation, copy), QStringList({copy, table}));
     QCOMPARE(saveCopy(preparation, input, copy), QString());
-    QCOMPARE(readBytes(table), "ancien;nouveau\n@3I@;@I3@\n");
+    QCOMPARE(readBytes(table), rows);
 
     // The report does not take the place of the table.
     const ReportEntry entry{input, copy, {}, &preparation};
     QVERIFY(!saveReport(table, ReportFormat::Text, entry).isEmpty());
-    QCOMPARE(readBytes(table), "ancien;nouveau\n@3I@;@I3@\n");
+    QCOMPARE(readBytes(table), rows);
 
     // Without a table there is no copy.
     QVERIFY(QFile::remove(table) && QFile::remove(copy) && QDir(folder.path()).mkdir(table));
