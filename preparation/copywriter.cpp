@@ -69,50 +69,56 @@ void CopyWriter::appendToValue(QByteArrayView text)
 
 void CopyWriter::note(Finding finding, qsizetype detail)
 {
-    add(finding, m_source, m_copy.size());
-    m_preparation->occurrences.last().detail = qint32(detail);
+    m_noted.append(counted(finding, m_source, -1));
+    m_noted.last().detail = qint32(detail);
 }
 
 void CopyWriter::noteRemoved(Finding finding)
 {
-    add(finding, m_source, -1);
     settle(-1);
+    m_preparation->occurrences.append(counted(finding, m_source, -1));
 }
 
 void CopyWriter::noteLast(Finding finding, int lines)
 {
-    add(finding, m_last.source, m_last.begin);
+    m_preparation->occurrences.append(counted(finding, m_last.source, m_last.begin));
     m_preparation->occurrences.last().linesAfter = quint8(lines);
 }
 
 void CopyWriter::noteJoined(Finding finding)
 {
-    add(finding, m_source, m_last.begin);
     settle(m_last.begin);
+    m_preparation->occurrences.append(counted(finding, m_source, m_last.begin));
 }
 
-/// What was noted of the line of the source before is now known to be there.
+/// Where the line of the source has come to is now known, and with it what was noted of it.
 void CopyWriter::settle(qint64 after)
 {
-    QList<Occurrence> &all = m_preparation->occurrences;
-    for (auto it = all.rbegin(); it != all.rend() && it->before == m_source.begin; ++it)
-        it->after = after;
+    // A line that is inserted has no place in the source. A trailer waits for the last line.
+    if (m_noted.isEmpty() || m_noted.constFirst().before != m_source.begin)
+        return;
+    for (Occurrence &occurrence : m_noted)
+        occurrence.after = after;
+    m_preparation->occurrences.append(m_noted);
+    m_noted.clear();
 }
 
-void CopyWriter::add(Finding finding, const SourceLine &source, qint64 after)
+/// An occurrence, which counts from now on.
+Occurrence CopyWriter::counted(Finding finding, const SourceLine &source, qint64 after)
 {
     Occurrence occurrence;
     occurrence.before = source.begin;
     occurrence.after = after;
     occurrence.line = qint32(source.number);
     occurrence.finding = finding;
-    m_preparation->occurrences.append(occurrence);
     ++m_preparation->counts.at(size_t(finding));
+    return occurrence;
 }
 
 void CopyWriter::finish(const GedLine &line, qint64 begin)
 {
     m_copy.append('\n');
+    settle(begin);
     ++m_lineCount;
     m_last.source = m_source;
     m_last.begin = begin;

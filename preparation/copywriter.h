@@ -8,6 +8,7 @@
 #include "preparation.h"
 
 #include <QByteArrayView>
+#include <QList>
 
 /// A line of the source; none, for what is inserted, if it begins at -1.
 struct SourceLine
@@ -38,7 +39,7 @@ public:
     /// Lengthens the value of the line written last.
     void appendToValue(QByteArrayView text);
 
-    /// Notes something about the line that is written next.
+    /// Notes something about what becomes of the line of the source.
     void note(Finding finding, qsizetype detail = 0);
     /// Notes that the line of the source is taken away.
     void noteRemoved(Finding finding);
@@ -67,7 +68,7 @@ public:
     }
 
 private:
-    void add(Finding finding, const SourceLine &source, qint64 after);
+    [[nodiscard]] Occurrence counted(Finding finding, const SourceLine &source, qint64 after);
     void settle(qint64 after);
     void finish(const GedLine &line, qint64 begin);
     void warnOfLength();
@@ -87,6 +88,7 @@ private:
     QByteArray &m_copy;
     Last m_last;
     SourceLine m_source;
+    QList<Occurrence> m_noted; // of one line of the source, which has not come to the copy yet
     qint64 m_lineCount = 0;
 };
 

@@ -143,7 +143,7 @@ private:
     void takeLine(const LineReader &reader, QByteArrayView text);
     void takeGedLine(QByteArrayView text, GedLine line);
     void takeText(QByteArrayView text);
-    void noteUndecoded();
+    void noteDecoding();
 
     // Lines that become no line of the copy: true for one of them.
     [[nodiscard]] bool isTrailer(QByteArrayView text, const GedLine &line);
@@ -202,7 +202,6 @@ private:
     bool m_hasCharacterSet = false;
     bool m_inCharacterSet = false;
     bool m_inVersion = false; // of the character set
-    qsizetype m_undecoded = 0; // the next to be noted
     QHash<QByteArray, QByteArray> m_renames;
     bool m_isPointer = false; // the value of the line written last
     // Parts of the present line that are not in the source:
@@ -258,18 +257,17 @@ void Repairer::takeLine(const LineReader &reader, QByteArrayView text)
 {
     const QByteArrayView clean = cleaned(text);
     const bool isCleaned = clean.size() != text.size();
-    const SourceLine source{reader.number(), reader.begin()};
-    m_writer.setSource(source);
-    noteUndecoded();
+    m_writer.setSource({reader.number(), reader.begin()});
     if (isBlankLine(clean) && isOn(Finding::Layout)) {
         m_writer.noteRemoved(isCleaned ? Finding::Control : Finding::Layout);
         return;
     }
     moveTrailer();
-    const GedLine line = readGedLine(clean);
-    ensureHeader(line);
+    noteDecoding();
     if (isCleaned)
         m_writer.note(Finding::Control);
+    const GedLine line = readGedLine(clean);
+    ensureHeader(line);
     if (isGedLine(line))
         takeGedLine(clean, line);
     else
@@ -327,13 +325,16 @@ void Repairer::takeText(QByteArrayView text)
     warnOf(line);
 }
 
-void Repairer::noteUndecoded()
+/// Notes what the decoder has found in the present line. The lines do not always come in their
+/// order: a late header comes first.
+void Repairer::noteDecoding()
 {
+    const qint64 number = m_writer.source().number;
     const QList<Undecoded> &undecoded = m_preparation->undecoded;
-    for (; m_undecoded < undecoded.size()
-           && undecoded.at(m_undecoded).line <= m_writer.source().number;
-         ++m_undecoded)
-        m_writer.note(Finding::Undecoded, m_undecoded);
+    auto place = std::lower_bound(undecoded.begin(), undecoded.end(), number,
+                                  [](const Undecoded &u, qint64 line) { return u.line < line; });
+    for (; place != undecoded.end() && place->line == number; ++place)
+        m_writer.note(Finding::Undecoded, place - undecoded.begin());
 }
 
 /// Whether the line is a trailer, which is written at the end.
@@ -570,16 +571,19 @@ void Repairer::endText()
             m_writer.noteLast(Finding::LostLine);
         return;
     }
-    const bool isThere = m_trailer.isLast;
-    if (isThere) {
+    if (m_trailer.isLast) {
         m_writer.setSource(m_trailer.source);
         if (!m_trailer.isPlain)
             m_writer.note(Finding::Trailer);
-    } else if (m_trailer.moved >= 0) {
-        m_preparation->occurrences[m_trailer.moved].after = m_preparation->copy.size();
+        m_writer.write(makeLine(0, "TRLR"));
+        return;
     }
+    QList<Occurrence> &occurrences = m_preparation->occurrences;
+    for (qsizetype i = m_trailer.moved; // with what else was found in its line
+         i >= 0 && occurrences.at(i).before == m_trailer.source.begin; --i)
+        occurrences[i].after = m_preparation->copy.size();
     m_writer.insert(makeLine(0, "TRLR"));
-    if (!isThere && m_trailer.moved < 0)
+    if (m_trailer.moved < 0)
         m_writer.noteLast(Finding::Trailer);
 }
 

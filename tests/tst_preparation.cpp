@@ -381,6 +381,39 @@ void TstPreparation::occurrences_data()
     QTest::newRow("long lines cut")
         << fileOf("0 @I1@ INDI\n1 NOTE " + QByteArray(400, 'x') + '\n')
         << QStringList{u"4 ligne-longue: 1 NOTE %1… > 1 NOTE %1…"_s.arg(QString(292, u'x'))};
+    QTest::newRow("a note glued to its tag")
+        << fileOf("0 @N1@ NOTEa\n1 CONT b\n")
+        << QStringList{u"3 note-collee: 0 @N1@ NOTEa > 0 @N1@ NOTE a"_s};
+    QTest::newRow("an undecoded byte and a medium")
+        << fileOf("0 @I1@ INDI\n1 NOTE éé\n1 OBJE\n2 FILE \xE9\n")
+        << QStringList({u"5 media-sans-fiche: 1 OBJE > 1 OBJE"_s,
+                        u"6 octets: 2 FILE <E9> > 2 FILE <E9>"_s});
+    QTest::newRow("undecoded bytes in front of a late header")
+        << "André Désir\xE9\nligne\n0 HEAD\n1 CHAR UTF-8\n0 @I1@ INDI\n1 SEX M\n0 TRLR\n"_ba
+        << QStringList({u"3 mise-en-forme: 0 HEAD > 0 HEAD"_s,
+                        u"1 octets: André Désir<E9> > 1 CONT André Désir<E9>"_s,
+                        u"1 sans-niveau: André Désir<E9> > 1 CONT André Désir<E9>"_s,
+                        u"2 sans-niveau: ligne > 1 CONT ligne"_s});
+    QTest::newRow("undecoded bytes in a first line without a header")
+        << "0 @I1@ INDI\xE9\n1 NAME André Désiré\n0 TRLR\n"_ba
+        << QStringList({u"1 codage:  > 0 HEAD"_s, u"1 codage:  > 1 CHAR UTF-8"_s,
+                        u"1 octets: 0 @I1@ INDI<E9> > 0 @I1@ INDI<E9>"_s});
+    QTest::newRow("a control character behind a record of one line")
+        << fileOf("0 @N1@ NOTE x\n0 @I1@ INDI\x01\n1 SEX M\n")
+        << QStringList(
+               {u"3 fiche-seule: 0 @N1@ NOTE x > 0 @N1@ NOTE x\n1 CHAN\n2 DATE 5 MAR 2024"_s,
+                u"4 controle: 0 @I1@ INDI␁ > 0 @I1@ INDI"_s});
+    const QByteArray head = "0 HEAD\n1 CHAR UTF-8\n";
+    QTest::newRow("a control character in the trailer behind a record of one line")
+        << head + "0 @N1@ NOTE x\n0 TRLR\x1A\n\n"
+        << QStringList(
+               {u"5 mise-en-forme:  > "_s,
+                u"3 fiche-seule: 0 @N1@ NOTE x > 0 @N1@ NOTE x\n1 CHAN\n2 DATE 5 MAR 2024"_s,
+                u"4 controle: 0 TRLR␚ > 0 TRLR"_s});
+    QTest::newRow("a control character in a trailer that is moved")
+        << head + "0 @I1@ INDI\n1 NOTE a\n0 TRLR\x1A\n0 @I2@ INDI\x01\n1 SEX F\n"
+        << QStringList({u"5 controle: 0 TRLR␚ > 0 TRLR"_s, u"5 fin: 0 TRLR␚ > 0 TRLR"_s,
+                        u"6 controle: 0 @I2@ INDI␁ > 0 @I2@ INDI"_s});
 }
 
 void TstPreparation::occurrences()
