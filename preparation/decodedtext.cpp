@@ -22,9 +22,25 @@ void DecodedText::appendUndecoded(QByteArrayView bytes)
     ++m_column;
 }
 
+void DecodedText::appendCut(QByteArrayView utf8)
+{
+    recordCutLine();
+    append(utf8);
+    recordCutLine();
+}
+
 Decoded DecodedText::take()
 {
     return std::exchange(m_decoded, {});
+}
+
+/// The present line is cut, perhaps once more.
+void DecodedText::recordCutLine()
+{
+    advance();
+    QList<qint64> &lines = m_decoded.cutLines;
+    if (lines.isEmpty() || lines.constLast() != m_line)
+        lines.append(m_line);
 }
 
 /// Counts the lines and characters that have come since the last time.

@@ -17,10 +17,15 @@ public:
     /// Appends the hexadecimal digits of \p bytes, and records their place.
     void appendUndecoded(QByteArrayView bytes);
 
+    /// Appends the line end and the beginning of the next line that stand within a character, which
+    /// comes whole behind them, and records both lines.
+    void appendCut(QByteArrayView utf8);
+
     /// The whole text, which is no longer here then.
     [[nodiscard]] Decoded take();
 
 private:
+    void recordCutLine();
     void advance();
 
     Decoded m_decoded;

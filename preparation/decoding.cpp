@@ -84,7 +84,7 @@ qsizetype joinCutSequence(QByteArrayView bytes, qsizetype at, DecodedText *text)
         bytes.sliced(at, size - rest).toByteArray() + bytes.sliced(value, rest).toByteArray();
     if (!sequence.isValidUtf8() || isControl(sequence))
         return -1;
-    text->append(bytes.sliced(lineEnd, value - lineEnd));
+    text->appendCut(bytes.sliced(lineEnd, value - lineEnd));
     text->append(sequence);
     return value + rest;
 }
@@ -92,7 +92,7 @@ qsizetype joinCutSequence(QByteArrayView bytes, qsizetype at, DecodedText *text)
 Decoded decodeUtf8(QByteArrayView bytes)
 {
     if (bytes.isValidUtf8() && !hasControls(bytes))
-        return {QByteArray::fromRawData(bytes.data(), bytes.size()), {}};
+        return {QByteArray::fromRawData(bytes.data(), bytes.size()), {}, {}};
 
     DecodedText text(bytes.size());
     for (qsizetype i = 0; i < bytes.size();) {
@@ -205,7 +205,7 @@ qsizetype appendMarked(QByteArrayView bytes, QByteArrayView marks, qsizetype at,
         value >= 0 && value < bytes.size() && marks.size() <= MaxMarks
         && anselBase(bytes.at(value)).isLetter()) {
         // The letter of a mark that ends its line is the first one of the CONC line below.
-        text->append(bytes.sliced(at, value - at));
+        text->appendCut(bytes.sliced(at, value - at));
         at = value;
     }
     const QChar base = at < bytes.size() ? anselBase(bytes.at(at)) : QChar();

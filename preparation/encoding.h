@@ -60,6 +60,7 @@ struct Decoded
 {
     QByteArray utf8;
     QList<Undecoded> undecoded;
+    QList<qint64> cutLines; // that have lost or got a part of a character, in their order
 };
 
 /// The text without a byte-order mark, its line ends as they are; ANSEL comes in the composed form

@@ -60,6 +60,9 @@ QString encodingBefore(const Preparation &preparation, bool hasReturns)
 QString whyOf(const Occurrence &occurrence, const Preparation &preparation)
 {
     const QString &why = findingType(occurrence.finding).why;
+    if (occurrence.finding == Finding::Encoding && occurrence.before >= 0 && occurrence.detail != 0)
+        return Preparation::tr(
+            "Un caractère que CONC coupait en deux est remis entier, au début de la ligne CONC.");
     if (occurrence.finding != Finding::Undecoded)
         return why;
     const Undecoded &place = preparation.undecoded.at(occurrence.detail);

@@ -87,7 +87,9 @@ struct Occurrence
     qint64 before = -1;
     qint64 after = -1;
     qint32 line = 0; // of the file, counted from 1
-    qint32 detail = 0; // which undecoded place; for the whole file, whether a line ended in CR
+    // Which undecoded place; for the whole file, whether a line ended in CR; for the encoding of a
+    // line, whether it had a part of a character.
+    qint32 detail = 0;
     Finding finding = Finding::Encoding;
     quint8 linesAfter = 1; // how many lines of the copy stand for it
 };

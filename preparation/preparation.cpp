@@ -31,6 +31,7 @@ void readText(Preparation *preparation, QByteArray bytes)
         preparation->encoding.encoding == Encoding::Utf8 && bytes.startsWith(Mark);
     preparation->source = std::move(decoded.utf8);
     preparation->undecoded = std::move(decoded.undecoded);
+    preparation->cutLines = std::move(decoded.cutLines);
     if (pointsInto(preparation->source, bytes))
         preparation->file = std::move(bytes);
 }

@@ -67,6 +67,7 @@ public:
     QList<Occurrence> occurrences; // in the order of the file; textOf() makes texts of them
     std::array<qint64, FindingCount> counts{}; // of the occurrences
     QList<Undecoded> undecoded;
+    QList<qint64> cutLines; // of the file, as decode() tells them
     QList<RenamedIdentifier> identifiers; // in the order of the records
     Proof proof;
 

@@ -335,6 +335,9 @@ void Repairer::noteDecoding()
                                   [](const Undecoded &u, qint64 line) { return u.line < line; });
     for (; place != undecoded.end() && place->line == number; ++place)
         m_writer.note(Finding::Undecoded, place - undecoded.begin());
+    const QList<qint64> &cut = m_preparation->cutLines;
+    if (std::binary_search(cut.begin(), cut.end(), number))
+        m_writer.note(Finding::Encoding, 1);
 }
 
 /// Whether the line is a trailer, which is written at the end.

@@ -283,6 +283,8 @@ void TstAnsel::placeOfMarks()
     const Decoded decoded = decode(bytes, Encoding::Ansel);
     QCOMPARE(QString::fromUtf8(decoded.utf8), expected);
     QVERIFY(decoded.undecoded.isEmpty());
+    QCOMPARE(decoded.cutLines,
+             expected.contains("CONC"_L1) ? QList<qint64>({1, 2}) : QList<qint64>());
 }
 
 /// The time that sorting marks takes grows with the square of their number.

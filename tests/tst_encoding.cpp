@@ -310,6 +310,7 @@ void TstEncoding::cutSequences()
     const Decoded decoded = decode(bytes, Encoding::Utf8);
     QCOMPARE(decoded.utf8, expected);
     QCOMPARE(decoded.undecoded.size(), expected.count('<'));
+    QCOMPARE(decoded.cutLines, expected.contains('<') ? QList<qint64>() : QList<qint64>({1, 2}));
 }
 
 void TstEncoding::chooses_data()

@@ -107,6 +107,7 @@ private slots:
     void impossibleCopies();
     void table();
     void reports();
+    void reasons();
 };
 
 void TstPreparation::initTestCase()
@@ -398,6 +399,12 @@ void TstPreparation::occurrences_data()
         << "0 @I1@ INDI\xE9\n1 NAME André Désiré\n0 TRLR\n"_ba
         << QStringList({u"1 codage:  > 0 HEAD"_s, u"1 codage:  > 1 CHAR UTF-8"_s,
                         u"1 octets: 0 @I1@ INDI<E9> > 0 @I1@ INDI<E9>"_s});
+    QTest::newRow("characters that a continuation cuts in two")
+        << fileOf("0 @I1@ INDI\n1 NOTE D\xC3\xA9sir\xC3\n2 CONC \xA9 ou Ren\xC3\n2 CONC \xA9\n1 "
+                  "SEX M\n")
+        << QStringList({u"4 codage: 1 NOTE Désir > 1 NOTE Désir"_s,
+                        u"5 codage: 2 CONC é ou Ren > 2 CONC é ou Ren"_s,
+                        u"6 codage: 2 CONC é > 2 CONC é"_s});
     QTest::newRow("a control character behind a record of one line")
         << fileOf("0 @N1@ NOTE x\n0 @I1@ INDI\x01\n1 SEX M\n")
         << QStringList(
@@ -964,6 +971,28 @@ void TstPreparation::reports()
                  u"]}"_s,
                  u""_s,
              }));
+}
+
+/// The reasons that differ from one occurrence of a kind to the next.
+void TstPreparation::reasons()
+{
+    Options options = optionsOf({}, {});
+    options.encoding = Encoding::Utf8;
+    const Preparation preparation = prepare(
+        fileOf("0 @I1@ INDI\n1 NOTE é\n1 NOTE ab\xE9\x63\n1 NOTE Ren\xC3\n2 CONC \xA9\n"), options);
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    ReportWriter writer(&buffer, ReportFormat::Text);
+    writer.add({u"a.ged"_s, {}, {}, &preparation});
+    QVERIFY(writer.finish());
+    const QString cut =
+        u"Un caractère que CONC coupait en deux est remis entier, au début de la ligne CONC."_s;
+    QCOMPARE(
+        QString::fromUtf8(buffer.data()).split(u'\n').filter(u"l."_s),
+        QStringList({u"l.5 octets : « 1 NOTE ab<E9>c ». Colonne 10, E9. Le codage est peut-être "
+                     "un autre, ou le fichier est abîmé à cet endroit."_s,
+                     u"l.6 codage : « 1 NOTE Ren » devient « 1 NOTE Ren ». "_s + cut,
+                     u"l.7 codage : « 2 CONC é » devient « 2 CONC é ». "_s + cut}));
 }
 
 VARLUNE_TEST_MAIN(TstPreparation)
