@@ -147,7 +147,7 @@ private:
 
     // Lines that become no line of the copy: true for one of them.
     [[nodiscard]] bool isTrailer(QByteArrayView text, const GedLine &line);
-    [[nodiscard]] bool isCharacterSetVersion(const GedLine &line);
+    [[nodiscard]] bool isOfCharacterSet(const GedLine &line);
     [[nodiscard]] bool joinToEmptyNote(const GedLine &line);
     [[nodiscard]] bool foldDeepLevel(const GedLine &line);
 
@@ -183,6 +183,9 @@ private:
         bool isTrailer = false;
         bool isEmpty = false; // an identifier and a tag, without a value
     };
+    // Where the line before stands: outside of HEAD.CHAR, in its name, in what goes with the name
+    // that it had, in the rest.
+    enum class CharacterSetPart { None, Name, Removed, Kept };
     struct Trailer
     {
         SourceLine source;
@@ -200,8 +203,7 @@ private:
     qint64 m_records = 0;
     qint64 m_lateHeader = 0; // the number of its line
     bool m_hasCharacterSet = false;
-    bool m_inCharacterSet = false;
-    bool m_inVersion = false; // of the character set
+    CharacterSetPart m_characterSet = CharacterSetPart::None;
     QHash<QByteArray, QByteArray> m_renames;
     bool m_isPointer = false; // the value of the line written last
     // Parts of the present line that are not in the source:
@@ -283,7 +285,7 @@ void Repairer::takeGedLine(QByteArrayView text, GedLine line)
         ++m_records;
     }
     const bool isLowered = lowerLevel(&line);
-    if (isCharacterSetVersion(line) || joinToEmptyNote(line) || foldDeepLevel(line))
+    if (isOfCharacterSet(line) || joinToEmptyNote(line) || foldDeepLevel(line))
         return;
 
     if (isLowered)
@@ -306,7 +308,7 @@ void Repairer::takeGedLine(QByteArrayView text, GedLine line)
 /// A text without a level goes on where the line before ends, and goes with it if that is removed.
 void Repairer::takeText(QByteArrayView text)
 {
-    if (m_inVersion) {
+    if (m_characterSet == CharacterSetPart::Name || m_characterSet == CharacterSetPart::Removed) {
         m_writer.noteRemoved(Finding::Encoding);
         return;
     }
@@ -351,15 +353,19 @@ bool Repairer::isTrailer(QByteArrayView text, const GedLine &line)
     return true;
 }
 
-bool Repairer::isCharacterSetVersion(const GedLine &line)
+/// The version of the former character set, and what goes on with either, is no longer true.
+bool Repairer::isOfCharacterSet(const GedLine &line)
 {
+    using Part = CharacterSetPart;
     if (line.level <= 1)
-        m_inCharacterSet = m_inVersion = false;
-    if (!m_inCharacterSet)
-        return false;
-    if (line.level == 2 && !isContinuation(line.tag))
-        m_inVersion = isTag(line.tag, "VERS");
-    if (!m_inVersion)
+        m_characterSet = Part::None;
+    const bool isVersion = line.level == 2 && isTag(line.tag, "VERS");
+    const bool goesOn = isContinuation(line.tag);
+    if (m_characterSet == Part::Name)
+        m_characterSet = isVersion || goesOn ? Part::Removed : Part::Kept;
+    else if (m_characterSet != Part::None && line.level == 2 && !goesOn)
+        m_characterSet = isVersion ? Part::Removed : Part::Kept;
+    if (m_characterSet != Part::Removed)
         return false;
     m_writer.noteRemoved(Finding::Encoding);
     return true;
@@ -413,8 +419,10 @@ bool Repairer::setCharacterSet(GedLine *line)
     if (!m_record.isHeader || line->level != 1 || !isTag(line->tag, "CHAR"))
         return false;
     m_hasCharacterSet = true;
-    m_inCharacterSet = isOn(Finding::Encoding);
-    if (!m_inCharacterSet || line->value == "UTF-8")
+    if (!isOn(Finding::Encoding))
+        return false;
+    m_characterSet = CharacterSetPart::Name;
+    if (line->value == "UTF-8")
         return false;
     m_writer.note(Finding::Encoding);
     line->value = "UTF-8";

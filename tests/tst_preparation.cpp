@@ -467,6 +467,13 @@ void TstPreparation::encodings_data()
         << QByteArray("0 HEAD\n1 CHAR ANSEL\n2 VERS 5\n2 CONT b\nc\n0 @I1@ INDI\n"
                       "1 NAME René /LEGUÉ/\n0 TRLR\n")
         << u"UTF-8"_s << QStringList{u"codage 4"_s};
+    QTest::newRow("a name that goes on")
+        << QByteArray("0 HEAD\n1 CHAR ANSEL\n2 CONC x\ny\n2 CONT z\n3 NOTE n\n0 @I1@ INDI\n"
+                      "1 NAME René /LEGUÉ/\n0 TRLR\n")
+        << u"UTF-8"_s << QStringList{u"codage 5"_s};
+    QTest::newRow("UTF-8 that goes on")
+        << QByteArray("0 HEAD\n1 CHAR UTF-8\n2 CONC x\n0 @I1@ INDI\n1 NAME René /LEGUÉ/\n0 TRLR\n")
+        << u"UTF-8"_s << QStringList{u"codage 1"_s};
 }
 
 void TstPreparation::encodings()
