@@ -118,7 +118,8 @@ QList<FindingType> makeTypes()
          tr("Identifiants d'une autre forme que @I1@, @F1@, @S1@, @O1@, @R1@"),
          tr("Les liens, les filtres et les médias de Varlune ne voient pas cette fiche.")},
         {Finding::UnknownRecord, warning, u"fiche-inconnue"_s, tr("Fiches d'un genre inconnu"),
-         tr("Varlune en fera une fiche ; c'est peut-être un texte qui commence par 0.")},
+         tr("Varlune en fera une fiche qu'il ne reconnaît pas ; c'est peut-être un texte qui "
+            "commence par 0, ou du texte derrière la balise.")},
         {Finding::SmallTag, warning, u"balise-minuscule"_s, tr("Balises en minuscules"),
          tr("Varlune ne reconnaît que les balises en capitales.")},
         {Finding::GluedText, warning, u"conc-sous-fiche"_s, tr("Fiches continuées par CONC"),

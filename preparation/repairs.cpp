@@ -641,7 +641,8 @@ void Repairer::warnOfRecord(const GedLine &line)
     if ((!line.identifier.isEmpty() && !hasSeenForm(line.tag, line.identifier))
         || isHalfIdentifier(line.tag))
         m_writer.noteLast(Finding::IdentifierForm);
-    else if (line.identifier.isEmpty() && !isUsualRecord(line.tag))
+    else if ((line.identifier.isEmpty() && !isUsualRecord(line.tag))
+             || (isKnownRecord(line.tag) && !isBlank(line.value)))
         m_writer.noteLast(Finding::UnknownRecord);
 }
 

@@ -295,6 +295,8 @@ void TstPreparation::warnings_data()
     row("a citation with a blank behind it", "0 @I1@ INDI\n1 SOUR @S1@ \n", u"citation 1"_s);
     row("a text that begins with 0 and a word in capitals", "0 KG a la naissance\n1 NOTE x\n",
         u"fiche-inconnue 1"_s);
+    row("text behind the tag of a person", "0 @I1@ INDI x\n1 SEX M\n0 FAM x\n1 MARR\n",
+        u"fiche-inconnue 2"_s);
     row("small letters", "0 @I1@ INDI\n1 name Jean\n", u"balise-minuscule 1"_s);
     row("a person that goes on in CONC", "0 @I1@ INDI\n1 CONC x\n", u"conc-sous-fiche 1"_s);
 
