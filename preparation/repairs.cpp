@@ -3,6 +3,7 @@
 #include "copywriter.h"
 #include "identifiers.h"
 #include "lines.h"
+#include "standardtags.h"
 
 #include <QHash>
 #include <QLocale>
@@ -60,6 +61,21 @@ bool isCapitalTag(QByteArrayView tag)
         && std::all_of(tag.begin(), tag.end(), [](char c) {
                return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
            });
+}
+
+/// Whether a line that skips a level behind a text has a tag, and not the first word of more text.
+/// MARS, a marriage settlement, is more often the month: "3 MARS 1850".
+bool isTagBehindText(QByteArrayView tag)
+{
+    return tag.startsWith('_') || (isStandardTag(tag) && tag != "MARS");
+}
+
+/// Whether the value of the line is a text, which a broken line below it may go on with. That of a
+/// note may be glued to the tag.
+bool endsInText(const GedLine &line)
+{
+    return isContinuation(line.tag) || line.tag.startsWith("NOTE") || line.tag == "SNOTE"
+        || line.tag == "TEXT";
 }
 
 bool hasSmallLetter(QByteArrayView tag)
@@ -202,6 +218,7 @@ private:
     Trailer m_trailer;
     qint64 m_records = 0;
     qint64 m_lateHeader = 0; // the number of its line
+    bool m_inText = false; // the line before ends a text
     bool m_hasCharacterSet = false;
     CharacterSetPart m_characterSet = CharacterSetPart::None;
     QHash<QByteArray, QByteArray> m_renames;
@@ -251,8 +268,10 @@ bool Repairer::isGedLine(const GedLine &line) const
         return !line.identifier.isEmpty() || isCapitalTag(line.tag) || line.tag.startsWith('_')
             || isTag(line.tag, "HEAD") || isTag(line.tag, "TRLR") || isHalfIdentifier(line.tag);
     // Where the level fits, Varlune takes the line as it is, whatever its tag.
-    return line.level <= m_levels.previous() + 1
-        || (line.level <= MaxStandardLevel && isCapitalTag(line.tag));
+    if (line.level <= m_levels.previous() + 1)
+        return true;
+    return line.level <= MaxStandardLevel && isCapitalTag(line.tag)
+        && (!m_inText || isTagBehindText(line.tag));
 }
 
 void Repairer::takeLine(const LineReader &reader, QByteArrayView text)
@@ -270,10 +289,12 @@ void Repairer::takeLine(const LineReader &reader, QByteArrayView text)
         m_writer.note(Finding::Control);
     const GedLine line = readGedLine(clean);
     ensureHeader(line);
-    if (isGedLine(line))
-        takeGedLine(clean, line);
-    else
+    const bool isText = !isGedLine(line);
+    if (isText)
         takeText(clean);
+    else
+        takeGedLine(clean, line);
+    m_inText = isText || endsInText(line);
 }
 
 void Repairer::takeGedLine(QByteArrayView text, GedLine line)

@@ -163,6 +163,18 @@ void TstPreparation::repairs_data()
     row("a text that begins with 0", "0 @I1@ INDI\n1 NOTE un\n0 euros\n",
         "0 @I1@ INDI\n1 NOTE un\n2 CONT 0 euros\n", {u"sans-niveau 1"_s});
     row("below a record", "0 @I1@ INDI\nun\n", "0 @I1@ INDI\n1 CONT un\n", {u"sans-niveau 1"_s});
+    row("a number and words in capitals in a broken note",
+        "0 @I1@ INDI\n1 NOTE <p>Domicile\n12 RUE DU PORT\n3 MARS 1850</p>\n",
+        "0 @I1@ INDI\n1 NOTE <p>Domicile\n2 CONT 12 RUE DU PORT\n2 CONT 3 MARS 1850</p>\n",
+        {u"sans-niveau 2"_s});
+    row("behind each kind of text",
+        "0 @N1@ NOTE a\n3 FILS\n1 CONC b\n4 FILLES\n1 CONT c\n5 ANS\n1 CHAN\n"
+        "0 @S1@ SOUR\n1 TEXT d\n6 RUE X\n0 @N2@ SNOTE e\n7 MOIS\n",
+        "0 @N1@ NOTE a\n1 CONT 3 FILS\n1 CONC b\n1 CONT 4 FILLES\n1 CONT c\n1 CONT 5 ANS\n1 CHAN\n"
+        "0 @S1@ SOUR\n1 TEXT d\n2 CONT 6 RUE X\n0 @N2@ SNOTE e\n1 CONT 7 MOIS\n",
+        {u"sans-niveau 5"_s});
+    row("a blank line in a broken note", "0 @I1@ INDI\n1 NOTE <p>un\n\ndeux</p>\n",
+        "0 @I1@ INDI\n1 NOTE <p>un\n2 CONT deux</p>\n", {u"mise-en-forme 1"_s, u"sans-niveau 1"_s});
 
     row("a line of marks alone", "0 @I1@ INDI\n1 SEX M\n\xEF\xBB\xBF\n", "0 @I1@ INDI\n1 SEX M\n",
         {u"mise-en-forme 1"_s});
@@ -175,6 +187,13 @@ void TstPreparation::repairs_data()
         "0 @I1@ INDI\n1 BIRT\n3 DATE 1900\n3 PLAC Brest\n4 NOTE x\n2 SOUR @S1@\n",
         "0 @I1@ INDI\n1 BIRT\n2 DATE 1900\n2 PLAC Brest\n3 NOTE x\n2 SOUR @S1@\n",
         {u"niveau-saute 3"_s});
+    row("skipped levels behind a text",
+        "0 @I1@ INDI\n1 NOTE a\n3 SOUR @S1@\n1 NOTE b\n2 CONT c\n4 _TAG d\n",
+        "0 @I1@ INDI\n1 NOTE a\n2 SOUR @S1@\n1 NOTE b\n2 CONT c\n3 _TAG d\n",
+        {u"niveau-saute 2"_s});
+    row("a tag of one's own that skips a level elsewhere",
+        "0 @I1@ INDI\n1 BIRT\n4 LIEU Brest\n1 EVEN\n3 MARS x\n",
+        "0 @I1@ INDI\n1 BIRT\n2 LIEU Brest\n1 EVEN\n2 MARS x\n", {u"niveau-saute 2"_s});
 
     row("a record of one line", "0 @N1@ NOTE court\n0 @U1@ SUBM\n",
         "0 @N1@ NOTE court\n1 CHAN\n2 DATE 5 MAR 2024\n0 @U1@ SUBM\n1 CHAN\n2 DATE 5 MAR 2024\n",

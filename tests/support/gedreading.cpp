@@ -41,8 +41,27 @@ QStringList linesOf(const QByteArray &utf8)
     return lines;
 }
 
-/// Reads a line with a level behind one that had \p previous; false for a mere text.
-bool readEntry(const QString &line, int previous, Entry *entry)
+/// Whether a line that skips a level behind a text begins with a tag of the standard or of a
+/// program. MARS is not among them: there it is a month.
+bool isTagBehindText(const QString &tag)
+{
+    static const QStringList tags = uR"(
+        ABBR ADDR ADR1 ADR2 ADR3 ADOP AFN AGE AGNC ALIA ANCE ANCI ANUL ASSO AUTH BAPL BAPM BARM
+        BASM BIRT BLES BLOB BURI CALN CAST CAUS CENS CHAN CHAR CHIL CHR CHRA CITY CONC CONF CONL
+        CONT COPR CORP CREM CTRY DATA DATE DEAT DESC DESI DEST DIV DIVF DSCR EDUC EMAIL EMIG
+        ENDL ENGA EVEN FACT FAM FAMC FAMF FAMS FAX FCOM FILE FONE FORM GEDC GIVN GRAD HEAD HUSB
+        IDNO IMMI INDI LANG LATI LEGA LONG MAP MARB MARC MARL MARR MEDI NAME NATI NATU NCHI NICK
+        NMR NOTE NPFX NSFX OBJE OCCU ORDI ORDN PAGE PEDI PHON PLAC POST PROB PROP PUBL QUAY REFN
+        RELA RELI REPO RESI RESN RETI RFN RIN ROLE ROMN SEX SLGC SLGS SOUR SPFX SSN STAE STAT
+        SUBM SUBN SURN TEMP TEXT TIME TITL TRLR TYPE VERS WIFE WILL WWW
+        CREA CROP EXID HEIGHT INIL LEFT MIME NO PHRASE SCHMA SDATE SNOTE TAG TOP TRAN UID WIDTH
+        )"_s.split(QRegularExpression(u"\\s+"_s), Qt::SkipEmptyParts);
+    return tag.startsWith(u'_') || tags.contains(tag);
+}
+
+/// Reads a line with a level behind one that had \p previous, and a text if \p isBehindText; false
+/// for a mere text.
+bool readEntry(const QString &line, int previous, bool isBehindText, Entry *entry)
 {
     static const QRegularExpression rx(
         u"^[ \\t\\x{FEFF}]*([0-9]{1,9})[ \\t]+(?:(@[^@]+@)(?:[ \\t]+|$))?(?:([^ \\t]+)(?:[ \\t](.*))?)?$"_s);
@@ -70,7 +89,8 @@ bool readEntry(const QString &line, int previous, Entry *entry)
         return !entry->identifier.isEmpty() || isCapital || entry->tag.startsWith(u'_')
             || entry->tag.startsWith(u'@') || entry->tag.endsWith(u'@') || isTag(*entry, u"HEAD"_s)
             || isTag(*entry, u"TRLR"_s);
-    return entry->level <= previous + 1 || (entry->level <= 99 && isCapital);
+    return entry->level <= previous + 1
+        || (entry->level <= 99 && isCapital && (!isBehindText || isTagBehindText(entry->tag)));
 }
 
 /// Puts the header in front where only lines that belong to no record stand before it.
@@ -78,7 +98,7 @@ void advanceHeader(QStringList *lines)
 {
     for (qsizetype i = 0; i < lines->size(); ++i) {
         Entry entry;
-        if (!readEntry(lines->at(i), -1, &entry) || entry.level != 0)
+        if (!readEntry(lines->at(i), -1, false, &entry) || entry.level != 0)
             continue;
         if (isTag(entry, u"HEAD"_s))
             lines->move(i, 0);
@@ -98,12 +118,15 @@ bool beginsText(const Entry &record, const Entry &entry)
 QList<Entry> entriesOf(const QByteArray &utf8)
 {
     QList<Entry> entries;
+    static const QRegularExpression text(u"^(NOTE.*|SNOTE|TEXT|CONT|CONC)$"_s);
     int previous = 0;
+    bool isBehindText = false;
     QStringList lines = linesOf(utf8);
     advanceHeader(&lines);
     for (const QString &line : std::as_const(lines)) {
         Entry entry;
-        const bool isEntry = readEntry(line, previous, &entry);
+        const bool isEntry = readEntry(line, previous, isBehindText, &entry);
+        isBehindText = !isEntry || text.match(entry.tag).hasMatch();
         if (entries.isEmpty() && !(isEntry && entry.level == 0 && isTag(entry, u"HEAD"_s)))
             entries.append({0, {}, u"HEAD"_s, {}, 0});
         if (!isEntry) {
