@@ -82,6 +82,7 @@ private slots:
     void warnings();
     void occurrences_data();
     void occurrences();
+    void foldedOccurrences();
     void encodings_data();
     void encodings();
     void highControls();
@@ -228,6 +229,9 @@ void TstPreparation::repairs_data()
         "0 @I1@ INDI\n1 NAME J\x01"
         "ean\x7F\n",
         "0 @I1@ INDI\n1 NAME Jean\n", {u"controle 1"_s});
+    QTest::newRow("a zero byte") << fileOf("0 @I1@ INDI\n1 NAME J\0ean\n"_ba)
+                                 << fileOf("0 @I1@ INDI\n1 NAME Jean\n")
+                                 << QStringList{u"controle 1"_s};
     row("a line of control characters", "0 @I1@ INDI\n1 SEX M\n\x1A\n", "0 @I1@ INDI\n1 SEX M\n",
         {u"controle 1"_s});
 
@@ -299,6 +303,8 @@ void TstPreparation::warnings_data()
         u"ligne-longue 1"_s);
     row("of two bytes each", "0 @I1@ INDI\n1 NOTE " + QByteArray("é").repeated(249) + '\n',
         u"ligne-longue 1"_s);
+    row("of two units each, as Varlune counts", // 132 characters
+        "0 @I1@ INDI\n1 NOTE " + QByteArray("😀").repeated(125) + '\n', u"ligne-longue 1"_s);
     row("a citation of a record", "0 @I1@ INDI\n1 SOUR @S1@\n", u"citation 1"_s);
     row("a citation of a citation", "0 @F1@ FAM\n1 MARR\n2 PLAC x\n3 SOUR @S1@\n", u"citation 1"_s);
     row("a medium without a record", "0 @I1@ INDI\n1 OBJE\n2 FILE a.jpg\n",
@@ -323,6 +329,14 @@ void TstPreparation::warnings_data()
         << fileOf("0 @I1@ INDI\n1 NOTE " + QByteArray(248, 'x') + '\n') << QStringList()
         << QStringList() << fileOf("0 @I1@ INDI\n1 NOTE " + QByteArray(248, 'x') + '\n')
         << QStringList();
+    QTest::newRow("124 of two units each")
+        << fileOf("0 @I1@ INDI\n1 NOTE " + QByteArray("😀").repeated(124) + '\n') << QStringList()
+        << QStringList() << fileOf("0 @I1@ INDI\n1 NOTE " + QByteArray("😀").repeated(124) + '\n')
+        << QStringList();
+    const QByteArray tail = QByteArray(260, 'x') + "\n1 CONC b\n";
+    QTest::newRow("256 characters once the line is joined")
+        << fileOf("0 @N1@ NOTE\n1 CONC " + tail) << QStringList() << QStringList()
+        << fileOf("0 @N1@ NOTE " + tail) << QStringList({u"note-vide 1"_s, u"ligne-longue 1"_s});
     QTest::newRow("levels folded on request")
         << fileOf(deep + "10 CONT y\n10 CONC z\n10 @X@ NOTE\n11 PAGE 3\nfin\n1 SEX M\n")
         << QStringList{u"niveaux-profonds"_s} << QStringList()
@@ -353,6 +367,19 @@ void TstPreparation::warnings_data()
         << QByteArray("0 HEAD\n1 CHAR ANSEL\n2 VERS 1\n0 TRLR\n") << QStringList()
         << QStringList{u"codage"_s} << QByteArray("0 HEAD\n1 CHAR ANSEL\n2 VERS 1\n0 TRLR\n")
         << QStringList{u"codage-annonce 1"_s};
+    QTest::newRow("which is still decoded")
+        << "0 HEAD\r\n1 CHAR ANSI\r\n0 @I1@ INDI\r\n1 NAME Ren\xE9\r\n0 TRLR\r\n"_ba
+        << QStringList() << QStringList{u"codage"_s}
+        << "0 HEAD\n1 CHAR ANSI\n0 @I1@ INDI\n1 NAME René\n0 TRLR\n"_ba
+        << QStringList({u"codage 1"_s, u"codage-annonce 1"_s});
+    QTest::newRow("a header of one line without a character set")
+        << "0 HEAD\n0 TRLR\n"_ba << QStringList() << QStringList{u"codage"_s}
+        << "0 HEAD\n1 DATE 5 MAR 2024\n0 TRLR\n"_ba << QStringList{u"fiche-seule 1"_s};
+    const QByteArray notes = "0 @N1@ NOTE\n1 CONC a\n0 @N2@ NOTEb\n1 CONT \x01\n";
+    QTest::newRow("notes and control characters left alone")
+        << fileOf(notes) << QStringList()
+        << QStringList({u"note-vide"_s, u"note-collee"_s, u"controle"_s}) << fileOf(notes)
+        << QStringList({u"balise-minuscule 1"_s, u"conc-sous-fiche 1"_s});
 }
 
 void TstPreparation::warnings()
@@ -450,6 +477,18 @@ void TstPreparation::occurrences()
     QFETCH(QStringList, expected);
 
     QCOMPARE(occurrencesOf(prepare(file, optionsOf({}, {}))), expected);
+}
+
+void TstPreparation::foldedOccurrences()
+{
+    QByteArray deep = "0 @I1@ INDI\n";
+    for (char level = '1'; level <= '9'; ++level)
+        deep += level + QByteArray(" NOTE x\n");
+    const Preparation preparation =
+        prepare(fileOf(deep + "10 CONT y\nz\n"), optionsOf({u"niveaux-profonds"_s}, {}));
+    QCOMPARE(occurrencesOf(preparation),
+             QStringList({u"13 niveaux-profonds: 10 CONT y > 9 NOTE x y z"_s,
+                          u"14 niveaux-profonds: z > 9 NOTE x y z"_s}));
 }
 
 void TstPreparation::encodings_data()
