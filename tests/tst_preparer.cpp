@@ -66,6 +66,7 @@ private slots:
     void withoutConsole();
     void pipe();
     void fullDisk();
+    void brokenOff();
 
 private:
     Outcome run(const QStringList &arguments, const QString &output = {});
@@ -444,6 +445,34 @@ void TstPreparer::fullDisk()
         u"Il n'y a pas assez de place pour « petit/copie.ged » : il faut 180"));
     QCOMPARE(left, QStringList{u"copie.ged"_s});
     QCOMPARE(bytesOf(u"petit/copie.ged"_s), "ancien");
+}
+
+/// The copy has room, but what is written beside it has not: nothing of either is left.
+void TstPreparer::brokenOff()
+{
+    QVERIFY(QDir(m_folder->path()).mkdir(u"petit"_s));
+    const QString folder = m_folder->filePath(u"petit"_s);
+    const SmallDisk disk(folder, 64 * 1024);
+    if (!disk.isMounted())
+        QSKIP(qPrintable("the small disk cannot be mounted: "_L1 + disk.reason()));
+    // The table has the long identifiers, the copy the short ones.
+    QByteArray file = "0 HEAD\n1 CHAR UTF-8\n";
+    for (int i = 0; i < 1000; ++i)
+        file += "0 @" + QByteArray::number(i).rightJustified(100, 'x') + "@ INDI\n1 SEX M\n";
+    write(u"long.ged"_s, file + "0 TRLR\n");
+
+    const Outcome table =
+        run({u"--console"_s, u"--identifiants"_s, u"-o"_s, u"petit"_s, u"long.ged"_s});
+    const QStringList leftOfTable = QDir(folder).entryList(QDir::Files | QDir::Hidden);
+    const Outcome report = run({u"--console"_s, u"--rapport"_s, u"petit/r.txt"_s, u"long.ged"_s});
+    const QStringList leftOfReport = QDir(folder).entryList(QDir::Files | QDir::Hidden);
+    QCOMPARE(table.status, 2);
+    QVERIFY(table.errors.constLast().startsWith(
+        u"« petit/long.prepare.identifiants.csv » n'a pas pu être écrit ("_s));
+    QCOMPARE(leftOfTable, QStringList());
+    QCOMPARE(report.status, 2);
+    QVERIFY(report.errors.constLast().startsWith(u"« petit/r.txt » n'a pas pu être écrit ("_s));
+    QCOMPARE(leftOfReport, QStringList());
 }
 
 VARLUNE_TEST_MAIN(TstPreparer)
