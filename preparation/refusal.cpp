@@ -127,12 +127,14 @@ QString refusalOfBytes(QByteArrayView bytes)
 
 QString refusalOfText(QByteArrayView bytes, Encoding encoding, bool isForced)
 {
-    const QByteArrayView sample = bytes.first(std::min(bytes.size(), SampleSize));
-    const Decoded decoded = decode(sample, encoding);
+    const Decoded decoded = decode(bytes.first(std::min(bytes.size(), SampleSize)), encoding);
+    qsizetype size = decoded.utf8.size();
+    for (const Undecoded &piece : decoded.undecoded)
+        size -= 2 * piece.bytes.size() + 1; // its digits stand for one character
     qsizetype strange = std::count_if(decoded.utf8.begin(), decoded.utf8.end(), isControl);
     if (!isForced)
         strange += decoded.undecoded.size();
-    if (strange * MinTextPerControl > sample.size())
+    if (strange * MinTextPerControl > size)
         return Preparation::tr("Ce fichier est binaire ou chiffré, et non un texte GEDCOM. "
                                "Déchiffrez-le ou exportez votre arbre au format GEDCOM.");
     return {};

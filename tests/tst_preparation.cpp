@@ -726,6 +726,9 @@ void TstPreparation::refusals_data()
         << "\xEF\xBB\xBF\xFF"_ba + noise.left(5000) << u"Ce fichier est binaire ou chiffré"_s;
     QTest::newRow("bytes of no character") << "\uFEFF0 HEAD\n1 NOTE "_ba.leftJustified(200, '\x81')
                                            << u"Ce fichier est binaire ou chiffré"_s;
+    QTest::newRow("control characters in UTF-16")
+        << "\xFF\xFE"_ba + "0\0 \0H\0E\0A\0D\0 \0a\0b\0c\0d\0e\0\x01\0\n\0"_ba.repeated(10)
+        << u"Ce fichier est binaire ou chiffré"_s;
     QTest::newRow("zeros") << QByteArray(5000, '\0')
                            << u"Ce fichier n'est pas un texte GEDCOM : aucune ligne"_s;
     QTest::newRow("markup") << QByteArray("<!DOCTYPE html>\n<p>0 HEAD</p>\n")
