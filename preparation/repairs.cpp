@@ -154,6 +154,10 @@ private:
     }
     [[nodiscard]] QByteArrayView cleaned(QByteArrayView text);
     [[nodiscard]] bool isGedLine(const GedLine &line) const;
+    [[nodiscard]] bool goesToEnd(const GedLine &line) const
+    {
+        return isOn(Finding::Trailer) && isBareTrailer(line);
+    }
 
     // The way of a line.
     void takeLine(const LineReader &reader, QByteArrayView text);
@@ -366,7 +370,7 @@ void Repairer::noteDecoding()
 /// Whether the line is a trailer, which is written at the end.
 bool Repairer::isTrailer(QByteArrayView text, const GedLine &line)
 {
-    if (!isOn(Finding::Trailer) || !isBareTrailer(line))
+    if (!goesToEnd(line))
         return false;
     m_trailer.source = m_writer.source();
     m_trailer.isLast = true;
@@ -516,6 +520,8 @@ void Repairer::takeLateHeader()
     while (!reader.atEnd()) {
         const QByteArrayView text = reader.readLine();
         const GedLine line = readGedLine(cleaned(text));
+        if (goesToEnd(line))
+            continue;
         if (line.level == 0 && isGedLine(line)) {
             if (!isLate || !isTag(line.tag, "HEAD") || !isOn(Finding::Layout))
                 return;
@@ -532,7 +538,7 @@ void Repairer::takeLateHeader()
 /// Makes a header in front of the first line if that is none.
 void Repairer::ensureHeader(const GedLine &line)
 {
-    if (m_writer.lineCount() > 0 || !isOn(Finding::Encoding)
+    if (m_writer.lineCount() > 0 || !isOn(Finding::Encoding) || goesToEnd(line)
         || (line.level == 0 && isTag(line.tag, "HEAD")))
         return;
     const GedLine header = makeLine(m_levels.place(0), "HEAD");

@@ -262,6 +262,13 @@ void TstPreparation::repairs_data()
         << QByteArray("bonjour\n0 HEAD\n1 CHAR UTF-8\n0 TRLR\n")
         << QByteArray("0 HEAD\n1 CONT bonjour\n1 CHAR UTF-8\n0 TRLR\n")
         << QStringList{u"mise-en-forme 1"_s, u"sans-niveau 1"_s};
+    QTest::newRow("a trailer in front of the header")
+        << QByteArray("0 TRLR\n0 HEAD\n1 CHAR UTF-8\n")
+        << QByteArray("0 HEAD\n1 CHAR UTF-8\n0 TRLR\n") << QStringList{u"fin 1"_s};
+    QTest::newRow("a trailer in front of them, too")
+        << QByteArray("0 TRLR\n1 SOUR x\n0 HEAD\n1 CHAR UTF-8\n")
+        << QByteArray("0 HEAD\n1 SOUR x\n1 CHAR UTF-8\n0 TRLR\n")
+        << QStringList{u"mise-en-forme 1"_s, u"fin 1"_s};
     QTest::newRow("a header of one line") << QByteArray("0 HEAD\n0 TRLR\n") << header + "0 TRLR\n"
                                           << QStringList{u"codage 1"_s};
 }

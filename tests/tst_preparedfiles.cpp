@@ -10,6 +10,8 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLoggingCategory>
+#include <QMap>
+#include <QRandomGenerator>
 #include <QTest>
 
 #include <cstdio>
@@ -45,35 +47,62 @@ QString difference(const QStringList &actual, const QStringList &expected)
     return {};
 }
 
-/// What is wrong with a preparation, or nothing: it is refused in a sentence, or its copy has the
-/// values of the file, opens in Varlune with every line of it, and is not changed by another one.
-QString faultOf(const Preparation &preparation)
+/// What is wrong with the outcome of a preparation, or nothing: it is refused in a sentence, or
+/// Varlune opens its copy if that is said, and another one does not change the copy. The lines that
+/// Varlune would save go into \p saved.
+QString faultOf(const Preparation &preparation, Options options, QStringList *saved = nullptr)
 {
     if (!preparation.isDone())
         return preparation.refusal.endsWith(u'.') && preparation.copy.isEmpty() ? QString()
                                                                                 : u"no refusal"_s;
-    if (!preparation.proof.opens())
-        return preparation.verdict();
-    const QString values = difference(valuesOf(preparation.copy), valuesOf(preparation.source));
-    if (!values.isEmpty())
-        return "values "_L1 + values;
-
+    const AnsweredBoxes boxes;
     Document doc;
     writeBytes(doc.path(), preparation.copy);
-    if (!doc.loadFile())
-        return u"Varlune refuses the copy"_s;
+    if (doc.loadFile() != preparation.proof.opens())
+        return u"Varlune does not agree: "_s + preparation.verdict();
     if (doc.gedcom.getTabTwItemsRoot().size() != preparation.proof.records)
         return u"another number of records"_s;
-    const QString lines = difference(doc.lines(), keptLines(preparation.copy));
-    if (!lines.isEmpty())
-        return "lines "_L1 + lines;
+    if (saved)
+        *saved = doc.lines();
 
-    const Preparation again = prepare(preparation.copy, {});
+    options.encoding.reset();
+    const Preparation again = prepare(preparation.copy, options);
     if (again.copy != preparation.copy)
         return "prepared again "_L1
              + difference(QString::fromUtf8(again.copy).split(u'\n'),
                           QString::fromUtf8(preparation.copy).split(u'\n'));
     return {};
+}
+
+/// The same for one by default: the copy must have the values of the file, and open with every line
+/// of it.
+QString faultByDefault(const Preparation &preparation)
+{
+    QStringList saved;
+    const QString fault = faultOf(preparation, {}, &saved);
+    if (!fault.isEmpty() || !preparation.isDone())
+        return fault;
+    if (!preparation.proof.opens())
+        return preparation.verdict();
+    const QString values = difference(valuesOf(preparation.copy), valuesOf(preparation.source));
+    if (!values.isEmpty())
+        return "values "_L1 + values;
+    const QString lines = difference(saved, keptLines(preparation.copy));
+    return lines.isEmpty() ? QString() : "lines "_L1 + lines;
+}
+
+/// Switches that a user may have chosen. The same ones for the same number.
+Options drawnOptions(quint32 number, const BrokenFile &file)
+{
+    QRandomGenerator random(number);
+    Options options;
+    for (const FindingType &type : findingTypes()) {
+        if (type.kind != FindingKind::Warning && random.bounded(3) == 0)
+            options.repairs.set(type.finding, type.kind == FindingKind::RepairOnRequest);
+    }
+    if (random.bounded(2) == 0)
+        options.encoding = encodingFromName(file.encoding);
+    return options;
 }
 
 /// The number that an environment variable has, or \p number.
@@ -93,6 +122,7 @@ class TstPreparedFiles : public QObject
 private slots:
     void initTestCase();
     void madeUp();
+    void drawnSwitches();
     void whatIsMadeUp();
     void real();
 };
@@ -106,11 +136,29 @@ void TstPreparedFiles::madeUp()
 {
     const int files = numberFrom("PREPARATION_FILES", 2000);
     for (int i = 0; i < files; ++i) {
-        const QByteArray file = brokenFile(quint32(i));
+        const QByteArray file = brokenFile(quint32(i)).bytes;
         const QByteArray before(file.constData(), file.size());
-        const QString fault = faultOf(prepare(file, {}));
+        const QString fault = faultByDefault(prepare(file, {}));
         QVERIFY2(fault.isEmpty(), qPrintable(u"file %1: %2"_s.arg(QString::number(i), fault)));
         QVERIFY(file == before);
+    }
+}
+
+/// Whatever is switched on and off; and what is decoded is what was written, if the encoding is the
+/// right one.
+void TstPreparedFiles::drawnSwitches()
+{
+    const int files = numberFrom("PREPARATION_FILES", 2000);
+    for (int i = 0; i < files; ++i) {
+        const BrokenFile file = brokenFile(quint32(i));
+        const Options options = drawnOptions(quint32(i), file);
+        const Preparation preparation = prepare(file.bytes, options);
+        QString fault = faultOf(preparation, options);
+        if (fault.isEmpty() && preparation.isDone() && file.isIntact
+            && encodingName(preparation.encoding.encoding) == file.encoding)
+            fault = difference(QString::fromUtf8(preparation.source).split(u'\n'),
+                               file.text.split(u'\n'));
+        QVERIFY2(fault.isEmpty(), qPrintable(u"file %1: %2"_s.arg(QString::number(i), fault)));
     }
 }
 
@@ -119,7 +167,7 @@ void TstPreparedFiles::whatIsMadeUp()
 {
     QMap<QString, int> counts;
     for (quint32 i = 0; i < 500; ++i) {
-        const Preparation preparation = prepare(brokenFile(i), {});
+        const Preparation preparation = prepare(brokenFile(i).bytes, {});
         ++counts[preparation.isDone() ? u"done"_s : u"refused"_s];
         ++counts[encodingName(preparation.encoding.encoding)];
         for (const FindingType &type : findingTypes()) {
@@ -132,7 +180,10 @@ void TstPreparedFiles::whatIsMadeUp()
         if (type.kind == FindingKind::Repair)
             QVERIFY2(counts.value(type.name) > 20, qPrintable(type.name));
     }
-    QVERIFY(counts.value(u"UTF-16LE"_s) > 20 && counts.value(u"UTF-16BE"_s) > 20);
+    for (const QString &encoding :
+         {u"UTF-16LE"_s, u"UTF-16BE"_s, u"ANSEL"_s, u"CP437"_s, u"MacRoman"_s})
+        QVERIFY2(counts.value(encoding) > 10,
+                 qPrintable(u"%1 %2"_s.arg(encoding).arg(counts.value(encoding))));
 }
 
 void TstPreparedFiles::real()
@@ -143,7 +194,7 @@ void TstPreparedFiles::real()
     QStringList faults;
     for (const QFileInfo &file : files) {
         const Preparation preparation = prepareFile(file.filePath(), {});
-        const QString fault = faultOf(preparation);
+        const QString fault = faultByDefault(preparation);
         if (!fault.isEmpty())
             faults += file.fileName() + ": "_L1 + fault;
         QStringList repairs;

@@ -2,22 +2,55 @@
 
 #include <QList>
 #include <QRandomGenerator>
-#include <QString>
 #include <QStringEncoder>
 #include <QStringList>
 
 #include <algorithm>
+#include <iterator>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// The bytes that a character has, null where there are none.
+struct Sign
+{
+    char16_t character;
+    const char *ansel;
+    const char *cp437;
+    const char *macRoman;
+};
+
+constexpr Sign Signs[] = {
+    {u'é', "\xE2\x65", "\x82", "\x8E"},    {u'É', "\xE2\x45", "\x90", "\x83"},
+    {u'°', "\xC0", "\xF8", "\xA1"},        {u'œ', "\xB6", nullptr, "\xCF"},
+    {u'\u2014', nullptr, nullptr, "\xD1"},
+};
+
+/// The text in an encoding of one byte a character. What that does not have is a "?" in the text.
+BrokenFile inBytes(QString text, const char *Sign::*encoding, const QString &name)
+{
+    QByteArray bytes;
+    for (QChar &c : text) {
+        const auto *const sign = std::find_if(std::begin(Signs), std::end(Signs),
+                                              [c](const Sign &s) { return s.character == c; });
+        if (sign != std::end(Signs) && sign->*encoding) {
+            bytes += sign->*encoding;
+            continue;
+        }
+        if (c >= QChar(0x80))
+            c = u'?';
+        bytes += c.toLatin1();
+    }
+    return {bytes, name, text};
+}
 
 class Breaker
 {
 public:
     explicit Breaker(quint32 number) : m_random(number) { }
 
-    QByteArray file();
+    BrokenFile file();
 
 private:
     int draw(int count)
@@ -31,8 +64,8 @@ private:
     QString value();
     QStringList record();
     void breakLine(QStringList *lines, int i);
-    QByteArray encoded(const QString &text);
-    void breakBytes(QByteArray *bytes);
+    BrokenFile encoded(const QString &drawn);
+    void breakBytes(BrokenFile *file);
 
     QRandomGenerator m_random;
 };
@@ -112,7 +145,8 @@ void Breaker::breakLine(QStringList *lines, int i)
         lines->removeAt(i);
         break;
     case 9:
-        lines->insert(i, drawn({u"0 TRLR"_s, u"0"_s, u"1"_s, u"0 HEAD"_s, u"12 rue"_s, u"0 "_s}));
+        lines->insert(i, drawn({u"0 TRLR"_s, u"0"_s, u"1"_s, u"0 HEAD"_s, u"12 rue"_s, u"0 "_s,
+                                u"12 RUE DU PORT"_s, u"3 MARS 1850"_s, u"4 PAGE x"_s}));
         break;
     case 10:
         line.truncate(draw(int(line.size()) + 1));
@@ -128,34 +162,48 @@ void Breaker::breakLine(QStringList *lines, int i)
     }
 }
 
-QByteArray Breaker::encoded(const QString &text)
+BrokenFile Breaker::encoded(const QString &drawn)
 {
-    switch (draw(8)) {
+    const QString text = QString::fromUtf8(drawn.toUtf8()); // half a pair is no text
+    // A mark that a fault has put in front of all is that of the file.
+    const QString unmarked = text.startsWith(QChar::ByteOrderMark) ? text.mid(1) : text;
+    switch (draw(11)) {
     case 0:
-        return "\xEF\xBB\xBF" + text.toUtf8();
+        return {"\xEF\xBB\xBF" + text.toUtf8(), u"UTF-8"_s, text};
     case 1:
-        return QByteArray("\xFF\xFE") + QByteArray(QStringEncoder(QStringConverter::Utf16LE)(text));
+        return {"\xFF\xFE" + QByteArray(QStringEncoder(QStringConverter::Utf16LE)(text)),
+                u"UTF-16LE"_s, text};
     case 2:
-        return QStringEncoder(QStringConverter::Utf16BE)(text);
-    case 3:
-        return text.toLatin1();
+        return {QStringEncoder(QStringConverter::Utf16BE)(text), u"UTF-16BE"_s, unmarked};
+    case 3: {
+        const QByteArray bytes = text.toLatin1();
+        return {bytes, u"ISO-8859-1"_s, QString::fromLatin1(bytes)};
+    }
+    case 4:
+        return inBytes(text, &Sign::ansel, u"ANSEL"_s);
+    case 5:
+        return inBytes(text, &Sign::cp437, u"CP437"_s);
+    case 6:
+        return inBytes(text, &Sign::macRoman, u"MacRoman"_s);
     default:
-        return text.toUtf8();
+        return {text.toUtf8(), u"UTF-8"_s, unmarked};
     }
 }
 
-void Breaker::breakBytes(QByteArray *bytes)
+void Breaker::breakBytes(BrokenFile *file)
 {
-    for (int count = draw(4); count > 0 && !bytes->isEmpty(); --count) {
-        const int at = draw(int(bytes->size()));
+    QByteArray &bytes = file->bytes;
+    for (int count = draw(4); count > 0 && !bytes.isEmpty(); --count) {
+        const int at = draw(int(bytes.size()));
         if (draw(4) == 0)
-            bytes->truncate(at);
+            bytes.truncate(at);
         else
-            (*bytes)[at] = char(draw(256));
+            bytes[at] = char(draw(256));
+        file->isIntact = false;
     }
 }
 
-QByteArray Breaker::file()
+BrokenFile Breaker::file()
 {
     QStringList lines;
     if (draw(8) != 0)
@@ -168,15 +216,15 @@ QByteArray Breaker::file()
     for (int count = draw(6); count > 0 && !lines.isEmpty(); --count)
         breakLine(&lines, draw(int(lines.size())));
     const QString end = drawn({u"\n"_s, u"\n"_s, u"\r\n"_s, u"\r"_s, u"\r\r\n"_s, u"\n\r"_s});
-    QByteArray bytes = encoded(lines.join(end) + (draw(4) == 0 ? QString() : end));
+    BrokenFile file = encoded(lines.join(end) + (draw(4) == 0 ? QString() : end));
     if (draw(3) == 0)
-        breakBytes(&bytes);
-    return bytes;
+        breakBytes(&file);
+    return file;
 }
 
 } // namespace
 
-QByteArray brokenFile(quint32 number)
+BrokenFile brokenFile(quint32 number)
 {
     return Breaker(number).file();
 }

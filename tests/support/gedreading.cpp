@@ -93,12 +93,19 @@ bool readEntry(const QString &line, int previous, bool isBehindText, Entry *entr
         || (entry->level <= 99 && isCapital && (!isBehindText || isTagBehindText(entry->tag)));
 }
 
+/// Whether the entry is the trailer and nothing more.
+bool isTrailer(const Entry &entry)
+{
+    return entry.level == 0 && isTag(entry, u"TRLR"_s) && entry.identifier.isEmpty()
+        && entry.value.trimmed().isEmpty();
+}
+
 /// Puts the header in front where only lines that belong to no record stand before it.
 void advanceHeader(QStringList *lines)
 {
     for (qsizetype i = 0; i < lines->size(); ++i) {
         Entry entry;
-        if (!readEntry(lines->at(i), -1, false, &entry) || entry.level != 0)
+        if (!readEntry(lines->at(i), -1, false, &entry) || entry.level != 0 || isTrailer(entry))
             continue;
         if (isTag(entry, u"HEAD"_s))
             lines->move(i, 0);
@@ -131,8 +138,7 @@ QList<Entry> entriesOf(const QByteArray &utf8)
             entries.append({0, {}, u"HEAD"_s, {}, 0});
         if (!isEntry) {
             entries.last().value += u'\n' + line;
-        } else if (entry.level == 0 && isTag(entry, u"TRLR"_s) && entry.identifier.isEmpty()
-                   && entry.value.trimmed().isEmpty()) {
+        } else if (isTrailer(entry)) {
             continue;
         } else if (!entries.isEmpty() && beginsText(entries.last(), entry)) {
             entries.last().value += entry.value;
@@ -183,18 +189,21 @@ void neutralise(Entry *entry)
         entry->value.remove(blanks);
 }
 
-/// The entries of a header without its character set.
+/// The entries of a header without its character set: the name, what stands below a continuation of
+/// that, and the version.
 QList<Entry> withoutCharacterSet(const QList<Entry> &record)
 {
     QList<Entry> rest;
+    bool isKept = true;
     bool inCharacterSet = false;
-    bool inVersion = false;
     for (const Entry &entry : record) {
-        if (entry.level <= 1)
+        if (entry.level <= 1) {
             inCharacterSet = entry.level == 1 && isTag(entry, u"CHAR"_s);
-        if (entry.level <= 2)
-            inVersion = inCharacterSet && entry.level == 2 && isTag(entry, u"VERS"_s);
-        if (!inVersion && !(inCharacterSet && entry.level == 1))
+            isKept = !inCharacterSet;
+        } else if (entry.level == 2 && inCharacterSet) {
+            isKept = !isTag(entry, u"VERS"_s);
+        }
+        if (isKept)
             rest.append(entry);
     }
     return rest;
