@@ -95,11 +95,12 @@ void CopyWriter::noteJoined(Finding finding)
 void CopyWriter::settle(qint64 after)
 {
     // A line that is inserted has no place in the source. A trailer waits for the last line.
-    if (m_noted.isEmpty() || m_noted.constFirst().before != m_source.begin)
+    if (m_noted.isEmpty() || m_noted.front().before != m_source.begin)
         return;
-    for (Occurrence &occurrence : m_noted)
+    for (Occurrence &occurrence : m_noted) {
         occurrence.after = after;
-    m_preparation->occurrences.append(m_noted);
+        m_preparation->occurrences.append(occurrence);
+    }
     m_noted.clear();
 }
 

@@ -8,7 +8,7 @@
 #include "preparation.h"
 
 #include <QByteArrayView>
-#include <QList>
+#include <QVarLengthArray>
 
 /// A line of the source; none, for what is inserted, if it begins at -1.
 struct SourceLine
@@ -88,7 +88,8 @@ private:
     QByteArray &m_copy;
     Last m_last;
     SourceLine m_source;
-    QList<Occurrence> m_noted; // of one line of the source, which has not come to the copy yet
+    // Of one line of the source, which has not come to the copy yet.
+    QVarLengthArray<Occurrence, 4> m_noted;
     qint64 m_lineCount = 0;
 };
 
