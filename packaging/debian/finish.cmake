@@ -20,5 +20,8 @@ execute_process(
     COMMAND strip --strip-unneeded --remove-section=.comment --remove-section=.note ${programs}
     COMMAND_ERROR_IS_FATAL ANY)
 
+file(MAKE_DIRECTORY "${usr}/share/doc-base")
+file(COPY_FILE "${CMAKE_CURRENT_LIST_DIR}/doc-base" "${usr}/share/doc-base/varlune.varlune")
+
 file(MAKE_DIRECTORY "${usr}/share/lintian/overrides")
 file(COPY_FILE "${CMAKE_CURRENT_LIST_DIR}/lintian-overrides" "${usr}/share/lintian/overrides/varlune")
