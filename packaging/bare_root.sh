@@ -33,14 +33,20 @@ in_root() # ROOT COMMAND...
         DEBIAN_FRONTEND=noninteractive "${@:2}"
 }
 
-# Starts the command as the user "zoe", in her home folder and on the present display, which a root
-# shares; stop_user_program ends it.
-start_user_program() # ROOT COMMAND...
+# Runs the command as the user "zoe", in her home folder and on the present display, which a root shares.
+as_user() # ROOT COMMAND...
 {
     # shellcheck disable=SC2016 # for the shell of the root
     as_root chroot --userspec=1000:1000 "$1" env -i PATH=/usr/bin:/bin LC_ALL=C.UTF-8 \
-        HOME=/home/zoe DISPLAY="$DISPLAY" \
-        sh -c 'cd && echo $$ >.program && exec "$@"' sh "${@:2}" &
+        HOME=/home/zoe DISPLAY="${DISPLAY:-}" \
+        sh -c 'cd && exec "$@"' sh "${@:2}"
+}
+
+# Starts it; stop_user_program ends it.
+start_user_program() # ROOT COMMAND...
+{
+    # shellcheck disable=SC2016 # for the shell of the root
+    as_user "$1" sh -c 'echo $$ >.program && exec "$@"' sh "${@:2}" &
 }
 
 stop_user_program() # ROOT

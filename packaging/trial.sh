@@ -1,12 +1,14 @@
 # shellcheck shell=bash
 # Sourced by the scripts that try a package. Needs virtual_desktop.sh.
 
-# Lays out a home folder with a document to work on.
+# Lays out a home folder with a document to work on, and one as an old program for Windows has left it.
 prepare_trial() # HOME
 {
     mkdir -p "$1/Documents"
     printf '%s\n' '0 HEAD' '1 CHAR UTF-8' '0 @I1@ INDI' '1 NAME Zoé/LE GOFF/' '0 TRLR' \
         >"$1/Documents/arbre.ged"
+    printf '%s\n' '0 HEAD' '1 CHAR ANSI' '0 @I1@ INDI' $'1 NAME Zo\351/LE GOFF/' \
+        >"$1/Documents/ancien.ged"
 }
 
 # From the window to the entry of the menu that saves: the one above it is disabled, and passed over.
@@ -36,6 +38,43 @@ play_trial() # SCREENSHOTS DOCUMENTS
     until_true compgen -G "$2/ARCH/*/journal.*"
     sleep 1
     screenshot "$1/4-enregistre.png"
+}
+
+# Has the companion make a copy of the old document that will open, without a window; the command is the
+# companion with the path that it knows the document by.
+try_companion() # HOME COMMAND...
+{
+    local said expected=$'0 HEAD\n1 CHAR UTF-8\n0 @I1@ INDI\n1 NAME Zoé/LE GOFF/\n0 TRLR'
+    said=$("${@:2}" --console) || {
+        echo "The companion ends with $?" >&2
+        return 1
+    }
+    grep -q '^Varlune ouvrira ce fichier : 2 enregistrements' <<<"$said" || {
+        echo "The companion says: $said" >&2
+        return 1
+    }
+    [ "$(cat "$1/Documents/ancien.prepare.ged")" = "$expected" ] || {
+        echo "The companion's copy is not what it should be" >&2
+        return 1
+    }
+}
+
+# Waits until the companion shows the window that is about to come up.
+see_companion() # SCREENSHOTS
+{
+    until_true visible 'parer pour Varlune'
+    sleep 2
+    screenshot "$1/5-preparer.png"
+}
+
+# Asks whether the manual is there, with its pictures and as a file to print.
+check_manual() # FOLDER
+{
+    if ! grep -q 'src="data:image' "$1/varlune.html" ||
+        [ "$(file -b --mime-type "$1/varlune.pdf")" != application/pdf ]; then
+        echo "The manual is not as it should be in $1" >&2
+        return 1
+    fi
 }
 
 # Holds what the trial has left against what it must leave; line ends aside, which are the system's.

@@ -47,11 +47,16 @@ done
 echo "== Use, as an ordinary user"
 prepare_trial "$root/home/zoe"
 give_to_user "$root/home/zoe"
+try_companion "$root/home/zoe" as_user "$root" varlune-preparer Documents/ancien.ged
+check_manual "$root/usr/share/doc/varlune"
 start_desktop "$folder"
 start_user_program "$root" varlune
 play_trial "$folder" "$root/home/zoe/Documents"
 stop_user_program "$root"
 check_trial "$root/home/zoe"
+start_user_program "$root" varlune-preparer Documents/ancien.ged
+see_companion "$folder"
+stop_user_program "$root"
 
 echo "== Upgrade over a changed setting"
 echo 'EspacerPrenomNom=true' | as_root tee -a "$root/etc/varlune/PARAM.INI" >/dev/null
