@@ -3,6 +3,7 @@
 #include "compactstyle.h"
 #include "document.h"
 #include "filedialogs.h"
+#include "nofiles.h"
 #include "occurrencemodel.h"
 #include "testmain.h"
 
@@ -291,6 +292,7 @@ private slots:
     void overwriting_data();
     void overwriting();
     void tableIsAskedForToo();
+    void inputIsNeverOverwritten_data();
     void inputIsNeverOverwritten();
     void failedSave();
     void cancelledSave();
@@ -698,18 +700,29 @@ void TstPreparerWindow::tableIsAskedForToo()
     QCOMPARE(readLines(table), (QStringList{u"ancien;nouveau"_s, u"@X7@;@I7@"_s}));
 }
 
+void TstPreparerWindow::inputIsNeverOverwritten_data()
+{
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("itself") << u"arbre.ged"_s;
+    QTest::newRow("link") << u"lien.ged"_s;
+}
+
 void TstPreparerWindow::inputIsNeverOverwritten()
 {
+    QFETCH(QString, name);
+
     const Preparer preparer;
     preparer.open(Tree);
-    QVERIFY(QFile::link(preparer.path(), preparer.path(u"lien.ged"_s)));
-    const AnsweredQuestions questions(QMessageBox::Yes);
-    for (const QString &name : {u"arbre.ged"_s, u"lien.ged"_s}) {
-        preparer.save("pbSaveCopy", name);
-        preparer.save("pbSaveReport", name);
+    if (name == "lien.ged"_L1) {
+        SKIP_ON_WINDOWS(NoLinks);
+        QVERIFY(QFile::link(preparer.path(), preparer.path(name)));
     }
+    const AnsweredQuestions questions(QMessageBox::Yes);
+    preparer.save("pbSaveCopy", name);
+    preparer.save("pbSaveReport", name);
     // No question, which would promise something, but what is wrong.
-    QTRY_COMPARE(questions.texts().size(), 4);
+    QTRY_COMPARE(questions.texts().size(), 2);
     for (const QString &text : questions.texts())
         QVERIFY2(!text.contains(u"existe déjà"_s), qPrintable(text));
     QCOMPARE(readLines(preparer.path()), Tree);
