@@ -101,6 +101,8 @@ Section
     SetOutPath $DOCUMENTS
     CreateDirectory "$SMPROGRAMS\Varlune"
     CreateShortcut "$SMPROGRAMS\Varlune\Varlune.lnk" "$INSTDIR\varlune.exe"
+    CreateShortcut "$SMPROGRAMS\Varlune\Préparer un fichier.lnk" "$INSTDIR\varlune-preparer.exe"
+    CreateShortcut "$SMPROGRAMS\Varlune\Manuel.lnk" "$INSTDIR\manuel\varlune.html"
     CreateShortcut "$SMPROGRAMS\Varlune\Lisez-moi.lnk" "$INSTDIR\LISEZMOI.txt"
     CreateShortcut "$SMPROGRAMS\Varlune\Dossier de Varlune.lnk" "$INSTDIR"
 

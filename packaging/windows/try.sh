@@ -33,35 +33,49 @@ manager=$!
 start_wine "$folder/wine"
 user=$(realpath "$folder"/wine/prefix/drive_c/users/[!P]*)
 
-# Uses the program, and asks of the document that its lines end as Windows has them.
-use() # PROGRAM SCREENSHOTS
+# Uses the programs in FOLDER, and asks of the document that its lines end as Windows has them.
+use() # FOLDER SCREENSHOTS
 {
+    local old=$user/Documents/ancien.ged
     mkdir -p "$2"
-    rm -rf "$user/Documents/ARCH"
+    rm -rf "$user/Documents"/{ARCH,ancien.prepare.ged}
     prepare_trial "$user"
     give_to_wine "$folder/wine"
-    wine "$1" &
+    try_companion "$user" wine "$1/varlune-preparer.exe" "$(windows_path "$old")"
+    check_manual "$1/manuel"
+    wine "$1/varlune.exe" &
     local program=$!
     play_trial "$2" "$user/Documents"
     check_trial "$user"
     [ "$(grep -c $'\r$' "$user/Documents/arbre.ged")" = 5 ] || fail "the lines do not end in CR LF"
+    end_program "$program"
+    wine "$1/varlune-preparer.exe" "$(windows_path "$old")" &
+    program=$!
+    see_companion "$2"
+    end_program "$program"
+}
+
+end_program() # NUMBER
+{
     stop_wine
-    { wait "$program" || true; } 2>/dev/null # which would tell of its end
+    { wait "$1" || true; } 2>/dev/null # which would tell of its end
 }
 
 echo "== The archive"
 place="$folder/wine/Généalogie de l'été"
 mkdir -p "$place"
 (cd "$place" && cmake -E tar xf "$archive")
-use "$place"/*/varlune.exe "$folder/archive"
+use "$place/$(basename "$archive" .zip)" "$folder/archive"
 
 echo "== The installer"
 wine "$installer" /S
 installed=$user/AppData/Local/Programs/Varlune
 [ -e "$installed/varlune.exe" ] || fail "nothing is installed"
-[ -e "$user/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Varlune/Varlune.lnk" ] ||
-    fail "there is no entry in the start menu"
-use "$installed/varlune.exe" "$folder/installation"
+menu="$user/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Varlune"
+for entry in Varlune 'Préparer un fichier' Manuel Lisez-moi 'Dossier de Varlune'; do
+    [ -e "$menu/$entry.lnk" ] || fail "there is no entry \"$entry\" in the start menu"
+done
+use "$installed" "$folder/installation"
 printf 'EspacerPrenomNom=true\r\n' >>"$installed/PARAM.INI"
 wine "$installer" /S
 grep -q '^EspacerPrenomNom=true' "$installed/PARAM.INI" || fail "the upgrade has taken a setting away"
@@ -71,6 +85,5 @@ stop_wine
 left=$(cd "$installed" && find . -type f | LC_ALL=C sort | tr '\n' ' ')
 [ "$left" = './PARAM.INI ./desinstaller.exe ' ] || [ "$left" = './PARAM.INI ' ] ||
     fail "the removal leaves $left"
-[ ! -e "$user/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Varlune" ] ||
-    fail "the removal leaves the start menu"
+[ ! -e "$menu" ] || fail "the removal leaves the start menu"
 echo "The archive and the installer pass; screenshots in $folder"
