@@ -24,11 +24,11 @@ start_wine() # FOLDER
     done
 }
 
-# Runs the program, for ten minutes at most. No program for .NET or HTML is asked for, no entry is made
+# Runs the program, for half an hour at most. No program for .NET or HTML is asked for, no entry is made
 # in the menus of the desktop.
 wine() # PROGRAM ARGUMENT...
 {
-    "${as[@]}" timeout -k 5 600 env HOME="$wine_home" WINEPREFIX="$wine_home/prefix" WINEARCH=win64 WINEDEBUG=-all \
+    "${as[@]}" timeout -k 5 1800 env HOME="$wine_home" WINEPREFIX="$wine_home/prefix" WINEARCH=win64 WINEDEBUG=-all \
         WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=' LC_ALL=C.UTF-8 \
         WINEPATH="${wine_path:-}" WINEQT_QPA_FONTDIR='Z:\usr\share\fonts\truetype\dejavu' \
         nice /usr/lib/wine/wine64 "$@"
