@@ -24,6 +24,8 @@ start_wine "$folder/wine"
 trap stop_wine EXIT
 give_to_wine "$logs"
 give_to_wine build/windows/tests
+# What kills processes, or tries everything, takes its time on a machine that does other things, too.
+export QTEST_FUNCTION_TIMEOUT=1800000
 
 for test in "${tests[@]}"; do
     log=$logs/$test.log
