@@ -25,12 +25,12 @@ trap leave EXIT
 
 fail() { echo "$(basename "$package"): $*" >&2; exit 1; }
 
-# Whatever bears the program's name outside the home folder and the places of temporary files.
+# Whatever bears the program's name outside the home folder and the places of temporary files. The root
+# itself may lie in a folder of that name.
 traces()
 {
-    as_root find "$root" -xdev \( -path "$root/tmp" -o -path "$root/home" \
-        -o -path "$root/var/log" -o -path "$root/var/cache" \) -prune -o \
-        \( -name '*varlune*' -o -path '*/varlune/*' \) -print
+    in_root "$root" find / -xdev \( -path /tmp -o -path /home -o -path /var/log -o -path /var/cache \) \
+        -prune -o \( -name '*varlune*' -o -path '*/varlune/*' \) -print
 }
 
 bare_root bookworm "$root"
