@@ -59,6 +59,18 @@ const QStringList PreparedTree{u"0 HEAD"_s,      u"1 CHAR UTF-8"_s, u"0 @I1@ IND
                                u"2 DATE 1800"_s, u"0 @X7@ INDI"_s,  u"1 NAME Zoé"_s,  u"0 TRLR"_s};
 const QString TreeOpens = u"Varlune ouvrira ce fichier : 3 enregistrements"_s;
 
+/// The path as the window shows it.
+QString shown(const QString &path)
+{
+    return QDir::toNativeSeparators(path);
+}
+
+/// What the status bar says once the file is written.
+QString savedTo(const QString &path)
+{
+    return u"Enregistré : "_s + shown(path);
+}
+
 /// Answers each question whether a file may be overwritten, and keeps its text.
 class AnsweredQuestions
 {
@@ -356,7 +368,7 @@ void TstPreparerWindow::chosenFile()
              (QStringList{u"Fichiers GEDCOM (*.ged *.GED)"_s, u"Tous les fichiers (*)"_s}));
     preparer.waitForOutcome();
     QCOMPARE(preparer.verdict(), TreeOpens);
-    QCOMPARE(preparer.find<QLineEdit>("leFile")->text(), preparer.path());
+    QCOMPARE(preparer.find<QLineEdit>("leFile")->text(), shown(preparer.path()));
     QVERIFY(preparer.find<QPushButton>("pbSaveCopy")->isEnabled());
     QVERIFY(preparer.find<QPushButton>("pbSaveReport")->isEnabled());
     // The next choice begins in the folder of this file.
@@ -430,7 +442,7 @@ void TstPreparerWindow::nextFileTakesThePlaceOfTheFormer()
     QCOMPARE(preparer.verdict(), u"Varlune ouvrira ce fichier : 1 enregistrement"_s);
     QCOMPARE(preparer.counts(), QStringList());
     QCOMPARE(preparer.list(), QStringList());
-    QCOMPARE(preparer.find<QLineEdit>("leFile")->text(), next);
+    QCOMPARE(preparer.find<QLineEdit>("leFile")->text(), shown(next));
 }
 
 void TstPreparerWindow::encoding()
@@ -636,7 +648,7 @@ void TstPreparerWindow::copyIsSaved()
         [&suggested](const QFileDialog *dialog) { suggested = dialog->selectedFiles().value(0); });
     preparer.click("pbSaveCopy");
     QCOMPARE(suggested, preparer.path(u"arbre.prepare.ged"_s));
-    QTRY_COMPARE(preparer.status(), u"Enregistré : "_s + preparer.path(u"arbre.prepare.ged"_s));
+    QTRY_COMPARE(preparer.status(), savedTo(preparer.path(u"arbre.prepare.ged"_s)));
     QCOMPARE(readLines(preparer.path(u"arbre.prepare.ged"_s)), PreparedTree);
     QCOMPARE(readLines(preparer.path()), Tree);
 }
@@ -662,10 +674,10 @@ void TstPreparerWindow::overwriting()
     const AnsweredQuestions questions(answer);
     preparer.save("pbSaveCopy", u"copie.ged"_s);
     QCOMPARE(questions.texts(), QStringList{u"Le fichier %1 existe déjà. Voulez-vous le "
-                                            "remplacer ?"_s.arg(copy)});
+                                            "remplacer ?"_s.arg(shown(copy))});
     QVERIFY(questions.isSafe());
     if (answer == QMessageBox::Yes)
-        QTRY_COMPARE(preparer.status(), u"Enregistré : "_s + copy);
+        QTRY_COMPARE(preparer.status(), savedTo(copy));
     QCOMPARE(readLines(copy), expected);
 
     // The report likewise.
@@ -674,7 +686,7 @@ void TstPreparerWindow::overwriting()
     preparer.save("pbSaveReport", u"rapport.txt"_s);
     QCOMPARE(questions.texts().size(), 2);
     if (answer == QMessageBox::Yes)
-        QTRY_COMPARE(preparer.status(), u"Enregistré : "_s + report);
+        QTRY_COMPARE(preparer.status(), savedTo(report));
     QCOMPARE(readLines(report) == QStringList{u"ancien"_s}, answer == QMessageBox::No);
 }
 
@@ -690,13 +702,14 @@ void TstPreparerWindow::tableIsAskedForToo()
     {
         const AnsweredQuestions questions(QMessageBox::No);
         preparer.save("pbSaveCopy", u"copie.ged"_s);
-        QCOMPARE(questions.texts(), QStringList{u"Ces fichiers existent déjà :\n%1\n%2\n"
-                                                "Voulez-vous les remplacer ?"_s.arg(copy, table)});
+        const QString question = u"Ces fichiers existent déjà :\n%1\n%2\n"
+                                 "Voulez-vous les remplacer ?"_s.arg(shown(copy), shown(table));
+        QCOMPARE(questions.texts(), QStringList{question});
     }
     QCOMPARE(readLines(table), QStringList{u"ancien"_s});
     const AnsweredQuestions questions(QMessageBox::Yes);
     preparer.save("pbSaveCopy", u"copie.ged"_s);
-    QTRY_COMPARE(preparer.status(), u"Enregistré : "_s + copy);
+    QTRY_COMPARE(preparer.status(), savedTo(copy));
     QCOMPARE(readLines(table), (QStringList{u"ancien;nouveau"_s, u"@X7@;@I7@"_s}));
 }
 
@@ -741,7 +754,7 @@ void TstPreparerWindow::failedSave()
     QCOMPARE(preparer.status(), QString());
     // It can be tried again.
     preparer.save("pbSaveCopy", u"copie.ged"_s);
-    QTRY_COMPARE(preparer.status(), u"Enregistré : "_s + preparer.path(u"copie.ged"_s));
+    QTRY_COMPARE(preparer.status(), savedTo(preparer.path(u"copie.ged"_s)));
 }
 
 void TstPreparerWindow::cancelledSave()
@@ -769,7 +782,7 @@ void TstPreparerWindow::report()
     preparer.click("pbSaveReport");
     const QString path = preparer.path(u"arbre.prepare.rapport.txt"_s);
     QCOMPARE(suggested, path);
-    QTRY_COMPARE(preparer.status(), u"Enregistré : "_s + path);
+    QTRY_COMPARE(preparer.status(), savedTo(path));
     const QStringList lines = readLines(path);
     for (const QString &line : {"Fichier : "_L1 + preparer.path(), TreeOpens,
                                 "Copie : "_L1 + preparer.path(u"copie.ged"_s)})
@@ -896,7 +909,7 @@ void TstPreparerWindow::anotherFileWhileRunning()
     preparer.open(Tree);
     QCOMPARE(preparer.verdict(), TreeOpens);
     QCOMPARE(preparer.list().size(), 3);
-    QCOMPARE(preparer.find<QLineEdit>("leFile")->text(), preparer.path());
+    QCOMPARE(preparer.find<QLineEdit>("leFile")->text(), shown(preparer.path()));
 }
 
 void TstPreparerWindow::closedWhileRunning()
@@ -1014,7 +1027,7 @@ void TstPreparerWindow::keyboardAlone()
 
     const AnsweredFileDialogs dialogs(preparer.path(u"copie.ged"_s));
     press(Qt::Key_E, Qt::AltModifier);
-    QTRY_COMPARE(preparer.status(), u"Enregistré : "_s + preparer.path(u"copie.ged"_s));
+    QTRY_COMPARE(preparer.status(), savedTo(preparer.path(u"copie.ged"_s)));
     QCOMPARE(readLines(preparer.path(u"copie.ged"_s)), PreparedTree);
 }
 
