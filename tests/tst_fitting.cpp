@@ -386,8 +386,8 @@ void TstFitting::spacingGoesBeforeMarginsBeforeFont()
         reached = now;
         points += window->font().pointSize();
         if (now != Font)
-            paddings += buttonHeight
-                      - window->findChild<QWidget *>(u"pbApply"_s)->sizeHint().height();
+            paddings +=
+                buttonHeight - window->findChild<QWidget *>(u"pbApply"_s)->sizeHint().height();
     }
     QCOMPARE(reached, int(Font));
     points.erase(std::unique(points.begin(), points.end()), points.end());
