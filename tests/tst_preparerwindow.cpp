@@ -1037,7 +1037,11 @@ void TstPreparerWindow::accessibleNames()
     const QList<std::tuple<const char *, QString, QString>> expected{
         {"pbChoose", u"Choisir un fichier…"_s, u"Le fichier est examiné, et jamais modifié."_s},
         {"leFile", u"Fichier choisi"_s, {}},
+#ifdef Q_OS_WIN
+        {"cbEncoding", u"Codage du fichier"_s, {}},
+#else
         {"cbEncoding", u"Automatique"_s, {}}, // its name is that of its label
+#endif
         {"lbVerdict", Nothing, {}},
         {"pbSaveCopy", u"Enregistrer la copie…"_s, u"La copie réparée, que Varlune ouvrira"_s},
         {"pbSaveReport", u"Enregistrer le rapport…"_s, u"La liste entière, en texte ou en JSON"_s},
